@@ -1,0 +1,48 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QString>
+
+#include <cstdint>
+#include <memory>
+#include <span>
+
+namespace lantern {
+
+// A sound opened for playing: PCM at its own rate, as stereo floats, decoded from the start by a
+// thread of its own while it is already being read.
+//
+// Opening and destroying happen on the user-interface thread; Read and the const functions may
+// then be called from one other thread at a time. Destruction stops the decoding thread at once.
+class SoundDecoder {
+public:
+    struct Chunk {
+        int frames = 0;      // frames delivered, 0 to what was asked
+        bool atEnd = false;  // the frame after these is beyond the sound's end
+        bool notYet = false; // fewer frames than asked because they are still being decoded
+    };
+
+    // Null if the bytes hold no usable sound: nothing that decodes to at least one frame. The
+    // contents decide the type, not the name. A folder, a FIFO, a device, an unreadable file:
+    // null, and at once.
+    static std::unique_ptr<SoundDecoder> OpenFile(const QString& path);
+    // The memory stays the caller's and must outlive the decoder.
+    static std::unique_ptr<SoundDecoder> OpenMemory(std::span<const std::uint8_t> image);
+
+    // Milliseconds of the sound in the file, exact as playing it to the end would measure it and
+    // rounded to the nearest; 0 if there is none. Endless and absurd input ends within a second.
+    static std::int32_t FileDurationMs(const QString& path);
+
+    virtual ~SoundDecoder() = default;
+
+    virtual int SampleRate() const = 0; // frames per second, 8000 to 192000
+    // Frames from the start to the end: exact once DecodedToEnd, the best estimate before.
+    virtual std::int64_t FrameCount() const = 0;
+    virtual bool DecodedToEnd() const = 0;
+
+    // Copies interleaved stereo frames from the frame given on. Never waits, locks or allocates;
+    // a frame far ahead of what is decoded gives notYet.
+    virtual Chunk Read(std::int64_t firstFrame, std::span<float> stereo) = 0;
+};
+
+} // namespace lantern

@@ -1,0 +1,71 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QString>
+
+#include <cstdint>
+#include <functional>
+#include <span>
+
+namespace lantern {
+
+// What the player is doing, by the numbers that the rest of the program compares.
+enum class SoundStatus : std::int32_t { Empty = 0, Playing = 1, Paused = 2, Stopped = 3 };
+
+// One player of sound: it loads one sound at a time, plays it on one output device and tells the
+// position that is being heard.
+//
+// Life cycle: construct, EngineInit once, then any call in any order, destroy. The operations
+// before a successful EngineInit are harmless and do nothing. Everything is called on one thread,
+// the user-interface thread, and SoundDone is delivered on it, from its event loop.
+//
+// Volume, balance, key and tempo belong to the engine and outlive the loaded sound. They are
+// stored as given; callers clamp. A change while a sound plays is heard within 150 ms, without a
+// click and without a jump of the position.
+class AudioEngine {
+public:
+    virtual ~AudioEngine() = default;
+
+    // Devices are counted from 0; the first is the system's default. 0 means that there is none.
+    virtual int GetDeviceCount() = 0;
+    virtual bool EngineInit() = 0;
+    virtual QString GetDeviceName(int device) = 0; // empty for an index out of range
+    virtual void SelectDevice(int device) = 0;     // a sound that plays goes on, on that device
+
+    // Milliseconds of the sound in the file; 0 or less if it is no usable sound. The loaded sound
+    // stays as it is. Returns within a second whatever the path names.
+    virtual std::int32_t GetFileDuration(const QString& path) = 0;
+
+    // Both replace the loaded sound, which is then stopped at 0, and return 0 on success. After a
+    // failure nothing is loaded. The memory stays the caller's and must stay valid until the next
+    // load or CloseSound.
+    virtual std::int32_t LoadFile(const QString& path) = 0;
+    virtual std::int32_t LoadMemory(std::span<const std::uint8_t> image) = 0;
+    virtual std::int32_t GetLoadedDuration() = 0; // milliseconds
+    virtual void CloseSound() = 0;
+
+    // Positions are milliseconds within the loaded sound. A seek is exact to the sample at
+    // position * rate / 1000 and clamps to the sound.
+    virtual void SeekSound(std::int32_t positionMs) = 0;
+    virtual void StartSound() = 0; // starts or resumes at the present position
+    virtual void PauseSound() = 0;
+    virtual void StopSound() = 0; // stops and returns to 0
+    virtual SoundStatus GetSoundStatus() = 0;
+    // The position being heard now. It never runs backwards between seeks.
+    virtual std::int32_t GetSoundPosition() = 0;
+
+    virtual float GetEngineVolume() = 0; // 0 to 100 percent of full level
+    virtual void SetEngineVolume(float percent) = 0;
+    virtual float GetEngineBalance() = 0; // -50 left to +50 right
+    virtual void SetEngineBalance(float balance) = 0;
+    virtual int GetEnginePitch() = 0; // -10 to +10 semitones
+    virtual void SetEnginePitch(int semitones) = 0;
+    virtual float GetEngineTempo() = 0; // -90 to +90 percent faster
+    virtual void SetEngineTempo(float percent) = 0;
+
+    // Called when the sound has been heard to its end (the status is then Stopped). Never from
+    // inside an operation above.
+    std::function<void()> SoundDone;
+};
+
+} // namespace lantern

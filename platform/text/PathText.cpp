@@ -1,0 +1,139 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "PathText.h"
+
+#include <QStringConverter>
+
+#include <algorithm>
+#include <dirent.h>
+#include <memory>
+#include <sys/stat.h>
+#include <vector>
+
+namespace lantern {
+namespace {
+
+constexpr char16_t kFirstRider = 0xDC80;
+constexpr char16_t kLastRider = 0xDCFF;
+
+// The length of the well-formed UTF-8 sequence at the start of the bytes; 0 if there is none.
+// The ranges are those of table 3-7 of the Unicode standard.
+qsizetype SequenceLength(QByteArrayView bytes)
+{
+    const auto at = [&](qsizetype i) { return static_cast<unsigned char>(bytes[i]); };
+    const unsigned char lead = at(0);
+    if (lead < 0x80)
+        return 1;
+
+    qsizetype length = 0;
+    unsigned char lowest = 0x80;
+    unsigned char highest = 0xBF;
+    if (lead >= 0xC2 && lead <= 0xDF) {
+        length = 2;
+    } else if (lead >= 0xE0 && lead <= 0xEF) {
+        length = 3;
+        lowest = lead == 0xE0 ? 0xA0 : 0x80;
+        highest = lead == 0xED ? 0x9F : 0xBF;
+    } else if (lead >= 0xF0 && lead <= 0xF4) {
+        length = 4;
+        lowest = lead == 0xF0 ? 0x90 : 0x80;
+        highest = lead == 0xF4 ? 0x8F : 0xBF;
+    }
+    if (length == 0 || bytes.size() < length || at(1) < lowest || at(1) > highest)
+        return 0;
+    for (qsizetype i = 2; i < length; ++i) {
+        if ((at(i) & 0xC0) != 0x80)
+            return 0;
+    }
+    return length;
+}
+
+bool Exists(const QByteArray& nativePath)
+{
+    struct stat status = {};
+    return stat(nativePath.constData(), &status) == 0;
+}
+
+QString FoldedName(const QString& name)
+{
+    return name.normalized(QString::NormalizationForm_C).toCaseFolded();
+}
+
+} // namespace
+
+QString TextFromNative(QByteArrayView bytes)
+{
+    QString text;
+    text.reserve(bytes.size());
+    qsizetype wellFormedStart = 0;
+    qsizetype position = 0;
+    const auto flush = [&] {
+        text += QString::fromUtf8(bytes.sliced(wellFormedStart, position - wellFormedStart));
+    };
+    while (position < bytes.size()) {
+        const qsizetype length = SequenceLength(bytes.sliced(position));
+        if (length > 0) {
+            position += length;
+            continue;
+        }
+        flush();
+        text += QChar(static_cast<char16_t>(0xDC00 + static_cast<unsigned char>(bytes[position])));
+        wellFormedStart = ++position;
+    }
+    flush();
+    return text;
+}
+
+QByteArray NativeFromText(QStringView text)
+{
+    QByteArray bytes;
+    bytes.reserve(text.size());
+    qsizetype plainStart = 0;
+    qsizetype position = 0;
+    const auto flush = [&] { bytes += text.sliced(plainStart, position - plainStart).toUtf8(); };
+    while (position < text.size()) {
+        const char16_t unit = text[position].unicode();
+        if (QChar::isHighSurrogate(unit) && position + 1 < text.size() &&
+            text[position + 1].isLowSurrogate()) {
+            position += 2;
+        } else if (unit >= kFirstRider && unit <= kLastRider) {
+            flush();
+            bytes += static_cast<char>(unit & 0xFF);
+            plainStart = ++position;
+        } else {
+            ++position;
+        }
+    }
+    flush();
+    return bytes;
+}
+
+QString ResolveName(const QString& path)
+{
+    // An embedded zero would silently cut the name that the system sees.
+    if (path.isEmpty() || path.contains(QChar(u'\0')))
+        return {};
+    if (Exists(NativeFromText(path)))
+        return path;
+
+    const qsizetype slash = path.lastIndexOf(u'/');
+    const QString folder = path.left(slash + 1);
+    const QString wanted = FoldedName(path.mid(slash + 1));
+    if (wanted.isEmpty())
+        return {};
+
+    const QByteArray nativeFolder = folder.isEmpty() ? QByteArray(".") : NativeFromText(folder);
+    const std::unique_ptr<DIR, int (*)(DIR*)> directory(opendir(nativeFolder.constData()),
+                                                        closedir);
+    if (!directory)
+        return {};
+    std::vector<QByteArray> matches;
+    while (const dirent* entry = readdir(directory.get())) {
+        if (FoldedName(TextFromNative(QByteArrayView(entry->d_name))) == wanted)
+            matches.emplace_back(entry->d_name);
+    }
+    if (matches.empty())
+        return {};
+    return folder + TextFromNative(*std::min_element(matches.begin(), matches.end()));
+}
+
+} // namespace lantern

@@ -1,0 +1,107 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "PathText.h"
+
+#include <QFile>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+#include <random>
+
+namespace lantern {
+namespace {
+
+TEST(PathText, WellFormedUtf8IsDecodedAsUtf8)
+{
+    EXPECT_EQ(TextFromNative("caf\xC3\xA9 \xE6\xBC\xA2 \xF0\x9F\x8E\xA4"),
+              QStringLiteral(u"café 漢 🎤"));
+}
+
+TEST(PathText, AByteThatIsNoUtf8RidesAsALoneSurrogate)
+{
+    const QString text = TextFromNative("a\xE9z");
+    ASSERT_EQ(text.size(), 3);
+    EXPECT_EQ(text[1].unicode(), 0xDCE9);
+    EXPECT_EQ(NativeFromText(text), QByteArray("a\xE9z"));
+}
+
+TEST(PathText, EncodedSurrogatesAndOverlongFormsAreNotUtf8)
+{
+    for (const QByteArray bytes :
+         {"\xED\xA0\x80", "\xED\xB2\x80", "\xC0\xAF", "\xE0\x80\xAF", "\xF5\x80\x80\x80"}) {
+        const QString text = TextFromNative(bytes);
+        EXPECT_EQ(text.size(), bytes.size());
+        EXPECT_EQ(NativeFromText(text), bytes);
+    }
+}
+
+TEST(PathText, AnyBytesComeBackAsTheyWere)
+{
+    std::mt19937 random(7);
+    for (int round = 0; round < 20000; ++round) {
+        QByteArray bytes(static_cast<qsizetype>(random() % 12), '\0');
+        for (char& byte : bytes)
+            byte = static_cast<char>(random() % 3 == 0 ? random() % 128 : 128 + random() % 128);
+        ASSERT_EQ(NativeFromText(TextFromNative(bytes)), bytes) << bytes.toHex().constData();
+    }
+}
+
+class ResolveNameTest : public ::testing::Test {
+protected:
+    QString Make(const QByteArray& name)
+    {
+        const QByteArray path = m_folder.path().toUtf8() + '/' + name;
+        FILE* file = fopen(path.constData(), "w");
+        EXPECT_NE(file, nullptr);
+        fclose(file);
+        return TextFromNative(path);
+    }
+    QString In(const QString& name) const { return m_folder.path() + u'/' + name; }
+
+    QTemporaryDir m_folder;
+};
+
+TEST_F(ResolveNameTest, TheExactNameComesFirst)
+{
+    Make("SONG.mp3");
+    const QString exact = Make("song.mp3");
+    EXPECT_EQ(ResolveName(exact), exact);
+}
+
+TEST_F(ResolveNameTest, LetterCaseDoesNotCount)
+{
+    const QString made = Make("Song.Mp3");
+    EXPECT_EQ(ResolveName(In(QStringLiteral("sONG.mp3"))), made);
+}
+
+TEST_F(ResolveNameTest, ComposedAndDecomposedAccentsAreTheSame)
+{
+    const QString decomposed = Make("Cafe\xCC\x81.mp3");
+    EXPECT_EQ(ResolveName(In(QStringLiteral(u"CAFÉ.mp3"))), decomposed);
+}
+
+TEST_F(ResolveNameTest, TheFirstInByteOrderWinsAmongSeveral)
+{
+    Make("sOng.mp3");
+    const QString first = Make("SONG.mp3");
+    EXPECT_EQ(ResolveName(In(QStringLiteral("song.mp3"))), first);
+}
+
+TEST_F(ResolveNameTest, ANameWithBytesThatAreNoTextIsFound)
+{
+    const QString made = Make("Caf\xE9.MP3");
+    QString asked = made;
+    asked.replace(QStringLiteral(".MP3"), QStringLiteral(".mp3"));
+    EXPECT_EQ(ResolveName(asked), made);
+}
+
+TEST_F(ResolveNameTest, NothingIsFoundForAMissingFileOrAnEmptyPath)
+{
+    EXPECT_EQ(ResolveName(In(QStringLiteral("none.mp3"))), QString());
+    EXPECT_EQ(ResolveName(QString()), QString());
+    EXPECT_EQ(ResolveName(QStringLiteral("/no/such/folder/none.mp3")), QString());
+    const QString made = Make("cut");
+    EXPECT_EQ(ResolveName(made + QChar(u'\0') + QStringLiteral("tail")), QString());
+}
+
+} // namespace
+} // namespace lantern
