@@ -48,15 +48,23 @@ function(lantern_program name)
     set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin)
 endfunction()
 
-# lantern_test(NAME SOURCES file... LINK library...)
-# One program of GoogleTest cases, each a test of its own for ctest.
+# lantern_test(NAME SOURCES file... LINK library... [PROPERTIES name value...])
+# One program of GoogleTest cases, each a test of its own for ctest with the properties given.
+# Under sanitizers their names have a prefix, so that one ctest run can hold both trees.
 function(lantern_test name)
-    cmake_parse_arguments(arg "" "" "SOURCES;LINK" ${ARGN})
+    cmake_parse_arguments(arg "" "" "SOURCES;LINK;PROPERTIES" ${ARGN})
     add_executable(${name} ${arg_SOURCES})
     target_link_libraries(${name} PRIVATE ${arg_LINK} GTest::gmock_main lantern_options)
     set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/tests)
-    gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST
-        PROPERTIES TIMEOUT 120 ENVIRONMENT "QT_QPA_PLATFORM=offscreen;QT_FONT_DPI=96")
+    set(prefix "")
+    if(LANTERN_SANITIZE)
+        set(prefix "sanitized.")
+    endif()
+    # A list cannot be a property's value here, hence two properties for two variables.
+    gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60
+        TEST_PREFIX "${prefix}"
+        PROPERTIES TIMEOUT 120 ENVIRONMENT "QT_QPA_PLATFORM=offscreen"
+            ENVIRONMENT_MODIFICATION "QT_FONT_DPI=set:96" ${arg_PROPERTIES})
 endfunction()
 
 # Adds each folder that has a CMakeLists.txt.
