@@ -1,0 +1,54 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QString>
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <span>
+
+namespace lantern {
+
+// A regular file opened for reading. A FIFO or a device, which could block, doesn't open.
+class NativeFile {
+public:
+    // Nothing if the path (matched as ResolveName does) names no readable regular file.
+    static std::optional<NativeFile> OpenForReading(const QString& path);
+
+    NativeFile(NativeFile&& other) noexcept;
+    NativeFile& operator=(NativeFile&& other) noexcept;
+    ~NativeFile();
+
+    std::int64_t Size() const { return m_size; } // when it was opened
+    int Descriptor() const { return m_descriptor; }
+
+    // One read of the system from where the last one ended: the number of bytes that came, 0 at
+    // the end of the file and on a failure.
+    std::size_t Read(std::span<std::uint8_t> bytes);
+
+private:
+    NativeFile(int descriptor, std::int64_t size);
+
+    int m_descriptor = -1;
+    std::int64_t m_size = 0;
+};
+
+// Fills the bytes from the source in pieces of at most pieceSize, and gives how many came. A read
+// that delivers nothing ends it early: a file may be shorter than it said.
+template <typename Source>
+std::size_t ReadInPieces(Source& source, std::span<std::uint8_t> bytes, std::size_t pieceSize)
+{
+    std::size_t filled = 0;
+    while (filled < bytes.size()) {
+        const std::size_t wanted = std::min(pieceSize, bytes.size() - filled);
+        const std::size_t came = source.Read(bytes.subspan(filled, wanted));
+        if (came == 0)
+            break;
+        filled += came;
+    }
+    return filled;
+}
+
+} // namespace lantern
