@@ -1,0 +1,170 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "AudioControl.h"
+
+#include "AudioEngine.h"
+#include "Rounding.h"
+
+namespace lantern {
+namespace {
+
+QStringList DeviceNames(AudioEngine& engine)
+{
+    QStringList names;
+    const int count = engine.GetDeviceCount();
+    for (int i = 0; i < count; ++i)
+        names += engine.GetDeviceName(i);
+    return names;
+}
+
+} // namespace
+
+AudioControl::AudioControl(AudioEngine& engine, AudioControlHost& host)
+    : m_engine(engine), m_host(host)
+{
+}
+
+QString AudioControl::StartEngine()
+{
+    if (m_engine.GetDeviceCount() == 0)
+        return QStringLiteral("No audio device/speakers detected/connected.");
+    if (!m_engine.EngineInit())
+        return QStringLiteral("One of the audio devices may be locked by another application.");
+    return {};
+}
+
+void AudioControl::SetVolume(float value, bool showStatus)
+{
+    Set(AudioValue::Volume, value, showStatus);
+}
+
+void AudioControl::SetBalance(float value, bool showStatus)
+{
+    Set(AudioValue::Balance, value, showStatus);
+}
+
+void AudioControl::SetPitch(std::int32_t value, bool showStatus)
+{
+    Set(AudioValue::KeyPitch, static_cast<float>(value), showStatus);
+}
+
+void AudioControl::SetSpeed(float value, bool showStatus)
+{
+    Set(AudioValue::Speed, value, showStatus);
+}
+
+void AudioControl::Set(AudioValue value, float number, bool showStatus)
+{
+    const float clamped = ClampAudioValue(value, number);
+    switch (value) {
+    case AudioValue::Balance:
+        m_engine.SetEngineBalance(clamped);
+        break;
+    case AudioValue::KeyPitch:
+        m_engine.SetEnginePitch(static_cast<int>(clamped));
+        break;
+    case AudioValue::Speed:
+        m_engine.SetEngineTempo(clamped);
+        break;
+    case AudioValue::Volume:
+        m_engine.SetEngineVolume(clamped);
+        break;
+    }
+    m_host.SetValueText(value, AudioValueText(value, clamped));
+    if (showStatus)
+        m_host.ShowStatus(AudioStatusText(value, clamped));
+}
+
+float AudioControl::Present(AudioValue value)
+{
+    switch (value) {
+    case AudioValue::Balance:
+        return m_engine.GetEngineBalance();
+    case AudioValue::KeyPitch:
+        return static_cast<float>(m_engine.GetEnginePitch());
+    case AudioValue::Speed:
+        return m_engine.GetEngineTempo();
+    case AudioValue::Volume:
+        return m_engine.GetEngineVolume();
+    }
+    return 0;
+}
+
+void AudioControl::ToggleVolume(bool toDefault)
+{
+    const ToggleStep step = Toggle(AudioValue::Volume, double{CustomVolume}, toDefault);
+    CustomVolume = static_cast<float>(step.custom);
+    EndToggle(AudioValue::Volume, step);
+}
+
+void AudioControl::ToggleBalance(bool toDefault)
+{
+    const ToggleStep step = Toggle(AudioValue::Balance, double{CustomBalance}, toDefault);
+    CustomBalance = static_cast<float>(step.custom);
+    EndToggle(AudioValue::Balance, step);
+}
+
+void AudioControl::TogglePitch(bool toDefault)
+{
+    const ToggleStep step = Toggle(AudioValue::KeyPitch, CustomKeyPitch, toDefault);
+    CustomKeyPitch = RoundToEven(step.custom);
+    EndToggle(AudioValue::KeyPitch, step);
+}
+
+void AudioControl::ToggleSpeed(bool toDefault)
+{
+    const ToggleStep step = Toggle(AudioValue::Speed, double{CustomSpeed}, toDefault);
+    CustomSpeed = static_cast<float>(step.custom);
+    EndToggle(AudioValue::Speed, step);
+}
+
+ToggleStep AudioControl::Toggle(AudioValue value, double custom, bool toDefault)
+{
+    return Toggled(value, RoundToEven(double{Present(value)}), custom, toDefault);
+}
+
+// The wheel goes on to change what was just toggled.
+void AudioControl::EndToggle(AudioValue value, const ToggleStep& step)
+{
+    Set(value, static_cast<float>(step.value), true);
+    SetWheelType(static_cast<std::int16_t>(WheelModeOf(value)));
+}
+
+void AudioControl::SetAudioDevice(const QString& name)
+{
+    const int chosen = ChosenDevice(DeviceNames(m_engine), name);
+    AudioDevice = m_engine.GetDeviceName(chosen);
+    m_host.SetDeviceText(AudioDevice);
+    m_engine.SelectDevice(chosen);
+}
+
+void AudioControl::ToggleDeviceSave()
+{
+    AudioSave = m_host.IsDeviceSaveOn();
+}
+
+void AudioControl::ShowDeviceMenu()
+{
+    m_host.SetOptionsOnTop(false);
+    m_host.SetPointersBlank(false);
+    if (!m_host.ShowMenu(DeviceMenuItems(DeviceNames(m_engine))))
+        return;
+    if (m_host.IsMaximised())
+        m_host.SetPointersBlank(true);
+    m_host.SetOptionsOnTop(true);
+}
+
+void AudioControl::SetWheelType(std::int16_t number)
+{
+    WheelType = number;
+    if (const std::optional<AudioValue> value = WheelValue(number))
+        TurnWheel(*value, 0);
+    else if (number == static_cast<std::int16_t>(WheelMode::TrackPosition))
+        m_host.ShowStatus(QStringLiteral("Track Position"));
+}
+
+void AudioControl::TurnWheel(AudioValue value, int direction)
+{
+    Set(value, AfterWheel(value, Present(value), direction), true);
+}
+
+} // namespace lantern

@@ -1,0 +1,227 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "MediaLoader.h"
+
+#include "AudioEngine.h"
+#include "MediaTypes.h"
+#include "NativeFile.h"
+#include "PathHelpers.h"
+#include "PathText.h"
+#include "Rounding.h"
+#include "WavHeader.h"
+
+#include <algorithm>
+#include <cstring>
+#include <limits>
+#include <new>
+#include <utility>
+
+namespace lantern {
+namespace {
+
+constexpr std::size_t kReadPieceBytes = 1000 * kPacketSize;
+
+// Other blanks than the space may belong to the file's name.
+QString WithoutQuotesAndOuterSpaces(const QString& text)
+{
+    QString bare = text;
+    bare.remove(u'"');
+    qsizetype start = 0;
+    qsizetype end = bare.size();
+    while (start < end && bare[start] == u' ')
+        ++start;
+    while (end > start && bare[end - 1] == u' ')
+        --end;
+    return bare.sliced(start, end - start);
+}
+
+std::int32_t SumOfLengths(std::int32_t totalMs, std::int32_t lengthMs)
+{
+    const std::int64_t sum = std::int64_t{totalMs} + lengthMs;
+    return static_cast<std::int32_t>(
+        std::min<std::int64_t>(sum, std::numeric_limits<std::int32_t>::max()));
+}
+
+// The path with the letter case and the accents that it has on the disk.
+QString RealName(const QString& path)
+{
+    const QString name = ResolveName(path);
+    return name.isEmpty() ? path : name;
+}
+
+} // namespace
+
+MediaLoader::MediaLoader(Track& track, AudioEngine& engine, MediaHost& host)
+    : m_track(track), m_engine(engine), m_host(host)
+{
+}
+
+void MediaLoader::OpenMedia(const QString& path)
+{
+    m_track.MediaLoading = true;
+    m_host.SetTicker(-1, false);
+    const QString wanted = WithoutQuotesAndOuterSpaces(path);
+    ClearMedia();
+    m_track.CurrentMedia = wanted;
+    // The message ends here: the screen simply stays cleared.
+    if (AddMedia(wanted).isEmpty()) {
+        m_host.RememberLastPlayed(wanted);
+        m_host.SetSliderValues(0, m_track.TotalLengthMs - 1, 0);
+        m_host.Play(0);
+    } else {
+        m_track.CurrentMedia.clear();
+    }
+    m_host.SetTicker(0, true);
+    m_track.MediaLoading = false;
+}
+
+void MediaLoader::ClearMedia()
+{
+    m_host.ResetView();
+    m_host.SetSliderValues(0, 0, 0);
+    // Before the clips go: the engine may be playing out of their memory.
+    m_engine.CloseSound();
+    m_track.PacketStore.Erase();
+    m_track.ClipList.Erase();
+    m_host.FreeSnapshots();
+    m_track.TotalLengthMs = 0;
+    m_track.CurrentClip = 0;
+    m_host.HideMessage();
+    m_host.ResetPlayedPacket();
+    m_host.ClearPicture();
+}
+
+QString MediaLoader::AddMedia(const QString& path)
+{
+    if (path.isEmpty())
+        return {};
+    if (FileCheck(path) != QStringLiteral("FILE"))
+        return QStringLiteral("File not found: ") + path;
+    if (!IsMediaExtension(path) && !IsAudioExtension(path))
+        return QStringLiteral("Invalid file format");
+
+    QString message;
+    try {
+        AddByExtension(path);
+        LayOutTimeline();
+        BalanceLengths();
+    } catch (const std::bad_alloc&) {
+        m_track.PacketStore.Erase();
+        m_track.ClipList.Erase();
+        m_track.TotalLengthMs = 0;
+        message = QStringLiteral("Out of memory");
+    }
+    m_fileBuffer = {};
+    return message;
+}
+
+void MediaLoader::AddByExtension(const QString& path)
+{
+    const QString extension = FileExtension(path);
+    if (extension == QStringLiteral("cdg"))
+        AddCDGFile(path, true);
+    else if (extension == QStringLiteral("bin"))
+        AddBINFile(path);
+    else if (extension == QStringLiteral("zip"))
+        AddZipFile(path);
+    else
+        AddAudioFile(path, true);
+}
+
+void MediaLoader::LayOutTimeline()
+{
+    m_track.TotalLengthMs = 0;
+    for (std::int32_t i = 1; i <= m_track.ClipCount(); ++i) {
+        AudioClip& clip = m_track.ClipList[i];
+        clip.StartMs = m_track.TotalLengthMs;
+        m_track.TotalLengthMs = SumOfLengths(m_track.TotalLengthMs, clip.LengthMs);
+    }
+}
+
+void MediaLoader::BalanceLengths()
+{
+    const std::int32_t count = m_track.PacketCount();
+    const std::int32_t expected = RoundToEven(m_track.TotalLengthMs / 10.0 * 3.0);
+    if (expected < count) {
+        AddSilence(RoundToEven((count - expected) / 3.0 * 10.0));
+        AudioClip& silence = m_track.ClipList[m_track.ClipCount()];
+        silence.StartMs = m_track.TotalLengthMs;
+        m_track.TotalLengthMs = SumOfLengths(m_track.TotalLengthMs, silence.LengthMs);
+    } else if (expected > count) {
+        // Beyond the limit the picture stays as it is; the audio plays on.
+        m_track.PacketStore.Resize(std::max(count, std::min(expected, kMaxPackets)));
+    }
+}
+
+void MediaLoader::AddCDGFile(const QString& path, bool lookForAudio)
+{
+    if (FileCheck(path) == QStringLiteral("FILE")) {
+        const std::size_t size = ReadBinaryFile(path);
+        AppendPackets(FileBuffer().first(size));
+    }
+    if (!lookForAudio)
+        return;
+    const QString stem = StripExtension(path);
+    for (const QStringView extension : AudioExtensions) {
+        const QString candidate = stem + u'.' + extension.toString();
+        if (FileCheck(candidate) == QStringLiteral("FILE")) {
+            AddAudioFile(candidate, false);
+            return;
+        }
+    }
+}
+
+void MediaLoader::AddAudioFile(const QString& path, bool lookForCdg)
+{
+    const QString name = RealName(path);
+    const std::int32_t lengthMs = m_engine.GetFileDuration(name);
+    if (lengthMs > 0) {
+        AudioClip clip;
+        clip.Kind = ClipKind::File;
+        clip.Path = name;
+        clip.LengthMs = lengthMs;
+        m_track.ClipList.Add(std::move(clip));
+    }
+    if (lookForCdg)
+        AddCDGFile(StripExtension(path) + QStringLiteral(".cdg"), false);
+}
+
+void MediaLoader::AddSilence(std::int32_t lengthMs)
+{
+    AudioClip clip;
+    clip.Kind = ClipKind::Data;
+    clip.LengthMs = std::clamp(lengthMs, 0, kMaxSilenceMs);
+    const std::int32_t audioBytes = RoundToEven(clip.LengthMs / 1000.0 * kDiscBytesPerSecond);
+    m_track.ClipList.Add(std::move(clip));
+    WriteWavHeader(m_track.ClipCount(), audioBytes);
+}
+
+std::size_t MediaLoader::WriteWavHeader(std::int32_t clip, std::int32_t audioBytes)
+{
+    std::vector<std::uint8_t>& data = m_track.ClipList[clip].Data;
+    const auto header = WavHeader(static_cast<std::uint32_t>(audioBytes));
+    data.assign(header.size() + static_cast<std::size_t>(audioBytes), 0);
+    std::copy(header.begin(), header.end(), data.begin());
+    return header.size();
+}
+
+void MediaLoader::AppendPackets(std::span<const std::uint8_t> bytes)
+{
+    const PacketIndex oldCount = m_track.PacketCount();
+    const std::size_t room = static_cast<std::size_t>(std::max(0, kMaxPackets - oldCount));
+    const std::size_t added = std::min(bytes.size() / kPacketSize, room);
+    if (added == 0)
+        return;
+    m_track.PacketStore.Resize(oldCount + static_cast<PacketIndex>(added));
+    std::memcpy(m_track.PacketStore.Data() + oldCount, bytes.data(), added * kPacketSize);
+}
+
+std::size_t MediaLoader::ReadBinaryFile(const QString& path)
+{
+    std::optional<NativeFile> file = NativeFile::OpenForReading(path);
+    if (!file || file->Size() <= 0 || file->Size() > kMaxFileBytes)
+        return 0;
+    m_fileBuffer.resize(static_cast<std::size_t>(file->Size()));
+    return ReadInPieces(*file, m_fileBuffer, kReadPieceBytes);
+}
+
+} // namespace lantern

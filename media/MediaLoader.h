@@ -1,0 +1,83 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "Track.h"
+
+#include <QString>
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <vector>
+
+namespace lantern {
+
+class AudioEngine;
+
+// What the loader asks of the window that shows the track.
+class MediaHost {
+public:
+    virtual ~MediaHost() = default;
+
+    virtual void SetTicker(int seconds, bool running) = 0; // -1 seconds: no time is shown
+    virtual void SetSliderValues(std::int32_t minimum, std::int32_t maximum,
+                                 std::int32_t value) = 0;
+    virtual void HideMessage() = 0;
+    virtual void ResetView() = 0; // the visible part of the picture to its place of rest
+    virtual void FreeSnapshots() = 0;
+    virtual void ResetPlayedPacket() = 0; // no packet counts as applied to the picture
+    virtual void ClearPicture() = 0;
+    virtual void Play(std::int32_t positionMs) = 0;
+    virtual void RememberLastPlayed(const QString& path) = 0;
+};
+
+// Turns a path into the loaded track: sorts it by extension, fills the packets and the clips from
+// the files, and makes the two equally long in time. A load runs from start to end within one
+// call. What is wrong inside a file ends in a shorter or an empty track, never in a message.
+//
+// Sizes are bounded: a file of more than kMaxFileBytes counts as unreadable, packets beyond
+// kMaxPackets are not stored, and generated silence ends after kMaxSilenceMs.
+class MediaLoader {
+public:
+    static constexpr std::int64_t kMaxFileBytes = std::int64_t{1} << 30;
+    static constexpr std::int32_t kMaxPackets =
+        static_cast<std::int32_t>(kMaxFileBytes / static_cast<std::int64_t>(kPacketSize));
+    // Longer than any disc (99 minutes and 59 seconds), and a gigabyte of zeros already.
+    static constexpr std::int32_t kMaxSilenceMs = 100 * 60 * 1000;
+
+    // All three are borrowed and outlive the loader.
+    MediaLoader(Track& track, AudioEngine& engine, MediaHost& host);
+
+    // Clears the old track, loads the path and plays it. Double quotes in the path are dropped.
+    void OpenMedia(const QString& path);
+    void ClearMedia();
+
+    // Adds what the path names to the track. The result is a message, empty on success.
+    QString AddMedia(const QString& path);
+
+    void AddCDGFile(const QString& path, bool lookForAudio);
+    void AddAudioFile(const QString& path, bool lookForCdg);
+    void AddBINFile(const QString& path);
+    void AddZipFile(const QString& path);
+    void AddSilence(std::int32_t lengthMs);
+
+    // Reads a whole file into FileBuffer and gives the number of bytes that came. An empty or
+    // unreadable file gives 0 and leaves FileBuffer as it was.
+    std::size_t ReadBinaryFile(const QString& path);
+    std::span<const std::uint8_t> FileBuffer() const { return m_fileBuffer; }
+
+private:
+    void AddByExtension(const QString& path);
+    void LayOutTimeline();
+    void BalanceLengths();
+    void AppendPackets(std::span<const std::uint8_t> bytes);
+    // Makes the clip's data: a sound image of that many zero bytes. Gives its header's size.
+    std::size_t WriteWavHeader(std::int32_t clip, std::int32_t audioBytes);
+
+    Track& m_track;
+    AudioEngine& m_engine;
+    MediaHost& m_host;
+    std::vector<std::uint8_t> m_fileBuffer; // the file or archive member last read
+};
+
+} // namespace lantern
