@@ -47,7 +47,7 @@ QString FileCheck(const QString& path)
 QString FileExtension(const QString& path)
 {
     const qsizetype dot = path.lastIndexOf(u'.');
-    return dot < 0 ? QString() : path.mid(dot + 1).toLower();
+    return dot < 0 ? QString() : LowerCase(path.mid(dot + 1));
 }
 
 QString StripExtension(const QString& path)

@@ -53,9 +53,38 @@ bool Exists(const QByteArray& nativePath)
     return stat(nativePath.constData(), &status) == 0;
 }
 
+bool IsSurrogatePair(QStringView text, qsizetype position)
+{
+    return position + 1 < text.size() && text[position].isHighSurrogate() &&
+           text[position + 1].isLowSurrogate();
+}
+
+// Qt's changes of letter case turn a lone surrogate into U+FFFD, and would make all names with
+// such bytes the same. So only the stretches between them are changed.
+template <typename Change>
+QString ChangedBetweenLoneSurrogates(const QString& text, Change change)
+{
+    QString changed;
+    qsizetype start = 0;
+    qsizetype position = 0;
+    while (position < text.size()) {
+        if (IsSurrogatePair(text, position)) {
+            position += 2;
+        } else if (!text[position].isSurrogate()) {
+            ++position;
+        } else {
+            changed += change(text.mid(start, position - start)) + text[position];
+            start = ++position;
+        }
+    }
+    return start == 0 ? change(text) : changed + change(text.mid(start));
+}
+
 QString FoldedName(const QString& name)
 {
-    return name.normalized(QString::NormalizationForm_C).toCaseFolded();
+    return ChangedBetweenLoneSurrogates(
+        name.normalized(QString::NormalizationForm_C),
+        [](const QString& stretch) { return stretch.toCaseFolded(); });
 }
 
 } // namespace
@@ -92,8 +121,7 @@ QByteArray NativeFromText(QStringView text)
     const auto flush = [&] { bytes += text.sliced(plainStart, position - plainStart).toUtf8(); };
     while (position < text.size()) {
         const char16_t unit = text[position].unicode();
-        if (QChar::isHighSurrogate(unit) && position + 1 < text.size() &&
-            text[position + 1].isLowSurrogate()) {
+        if (IsSurrogatePair(text, position)) {
             position += 2;
         } else if (unit >= kFirstRider && unit <= kLastRider) {
             flush();
@@ -105,6 +133,12 @@ QByteArray NativeFromText(QStringView text)
     }
     flush();
     return bytes;
+}
+
+QString LowerCase(const QString& text)
+{
+    return ChangedBetweenLoneSurrogates(text,
+                                        [](const QString& stretch) { return stretch.toLower(); });
 }
 
 QString ResolveName(const QString& path)

@@ -17,6 +17,9 @@ namespace lantern {
 QString TextFromNative(QByteArrayView bytes);
 QByteArray NativeFromText(QStringView text);
 
+// In lower case, with the bytes that are no text as they were (QString::toLower loses them).
+QString LowerCase(const QString& text);
+
 // The name of the file that the path means: the path itself if it exists, otherwise the path with
 // its last component replaced by the one entry of its folder that equals it when neither letter
 // case nor the composition of accents counts (the first in byte order, if there are several).

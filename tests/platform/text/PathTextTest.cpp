@@ -45,6 +45,16 @@ TEST(PathText, AnyBytesComeBackAsTheyWere)
     }
 }
 
+TEST(PathText, LowerCaseKeepsBytesThatAreNoText)
+{
+    EXPECT_EQ(NativeFromText(LowerCase(TextFromNative("\xFF\xE9 \xC3\x89 AB\xE9Z"))),
+              QByteArray("\xFF\xE9 \xC3\xA9 ab\xE9z"));
+    // A Deseret letter, beyond the first plane.
+    EXPECT_EQ(LowerCase(TextFromNative("\xF0\x90\x90\x80\xE9")),
+              TextFromNative("\xF0\x90\x90\xA8\xE9"));
+    EXPECT_EQ(LowerCase(QString()), QString());
+}
+
 class ResolveNameTest : public ::testing::Test {
 protected:
     QString Make(const QByteArray& name)
@@ -92,6 +102,12 @@ TEST_F(ResolveNameTest, ANameWithBytesThatAreNoTextIsFound)
     QString asked = made;
     asked.replace(QStringLiteral(".MP3"), QStringLiteral(".mp3"));
     EXPECT_EQ(ResolveName(asked), made);
+}
+
+TEST_F(ResolveNameTest, NamesWithDifferentBytesThatAreNoTextAreDifferent)
+{
+    Make("Caf\xE9.MP3");
+    EXPECT_EQ(ResolveName(In(TextFromNative("caf\xE8.mp3"))), QString());
 }
 
 TEST_F(ResolveNameTest, NothingIsFoundForAMissingFileOrAnEmptyPath)
