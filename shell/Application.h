@@ -1,0 +1,15 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QString>
+
+// What the program calls itself, in messages, in the caption and between its instances.
+namespace lantern {
+
+inline const QString kApplicationTitle = QStringLiteral("Lyric Lantern CDG Player");
+
+inline constexpr int kMajorVersion = 5;
+inline constexpr int kMinorVersion = 0;
+inline constexpr int kRevision = 525;
+
+} // namespace lantern

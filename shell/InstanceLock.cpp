@@ -1,0 +1,61 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "InstanceLock.h"
+
+#include "Application.h"
+
+#include <cerrno>
+#include <fcntl.h>
+#include <sys/file.h>
+#include <unistd.h>
+#include <utility>
+
+namespace lantern {
+
+InstanceLock::InstanceLock(QByteArray folder) : m_folder(std::move(folder))
+{
+}
+
+InstanceLock::~InstanceLock()
+{
+    Release();
+}
+
+LockResult InstanceLock::Take()
+{
+    if (IsHeld())
+        return LockResult::Taken;
+    if (m_folder.isEmpty())
+        return LockResult::Unavailable;
+    const QByteArray path = m_folder + '/' + kApplicationTitle.toUtf8();
+    const int descriptor =
+        open(path.constData(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK,
+             S_IRUSR | S_IWUSR);
+    if (descriptor < 0)
+        return LockResult::Unavailable;
+    if (flock(descriptor, LOCK_EX | LOCK_NB) == 0) {
+        m_descriptor = descriptor;
+        return LockResult::Taken;
+    }
+    const bool isHeldByAnother = errno == EWOULDBLOCK;
+    close(descriptor);
+    return isHeldByAnother ? LockResult::HeldByAnother : LockResult::Unavailable;
+}
+
+// The file stays: a name that comes and goes could be locked twice.
+void InstanceLock::Release()
+{
+    if (!IsHeld())
+        return;
+    if (BeforeRelease)
+        BeforeRelease();
+    close(std::exchange(m_descriptor, -1));
+}
+
+QByteArray InstanceLock::LinkPath() const
+{
+    if (m_folder.isEmpty())
+        return {};
+    return m_folder + '/' + kApplicationTitle.toUtf8() + "|SendCommand";
+}
+
+} // namespace lantern

@@ -1,0 +1,85 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "fDDE.h"
+
+#include <array>
+#include <chrono>
+#include <cstring>
+#include <sys/socket.h>
+#include <sys/un.h>
+#include <unistd.h>
+#include <utility>
+
+namespace lantern {
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+// Bounds what the next connect or send may take, by what is left until the deadline.
+bool LimitWaiting(int descriptor, Clock::time_point deadline)
+{
+    const auto left =
+        std::chrono::duration_cast<std::chrono::microseconds>(deadline - Clock::now());
+    if (left.count() <= 0)
+        return false;
+    timeval limit = {};
+    limit.tv_sec = left.count() / 1'000'000;
+    limit.tv_usec = left.count() % 1'000'000;
+    return setsockopt(descriptor, SOL_SOCKET, SO_SNDTIMEO, &limit, sizeof limit) == 0;
+}
+
+bool Connect(int descriptor, const QByteArray& path)
+{
+    sockaddr_un address = {};
+    address.sun_family = AF_UNIX;
+    if (path.isEmpty() || static_cast<std::size_t>(path.size()) >= sizeof address.sun_path)
+        return false;
+    std::memcpy(address.sun_path, path.constData(), static_cast<std::size_t>(path.size()));
+    return connect(descriptor, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0;
+}
+
+void Send(int descriptor, QByteArrayView bytes, Clock::time_point deadline)
+{
+    while (!bytes.isEmpty() && LimitWaiting(descriptor, deadline)) {
+        const ssize_t sent =
+            send(descriptor, bytes.data(), static_cast<std::size_t>(bytes.size()), MSG_NOSIGNAL);
+        if (sent <= 0)
+            return;
+        bytes = bytes.sliced(sent);
+    }
+}
+
+} // namespace
+
+QByteArray EncodeCommand(const QString& text)
+{
+    constexpr std::array kDigits = {'0', '1', '2', '3', '4', '5', '6', '7',
+                                    '8', '9', 'A', 'B', 'C', 'D', 'E', 'F'};
+    QByteArray digits;
+    digits.reserve(text.size() * 4);
+    for (const QChar unit : text) {
+        for (const int shift : {12, 8, 4, 0})
+            digits += kDigits[(unit.unicode() >> shift) & 0xFu];
+    }
+    return digits;
+}
+
+fDDE::fDDE(QByteArray linkPath) : m_linkPath(std::move(linkPath))
+{
+}
+
+void fDDE::ExecuteDDE(const QString& commandText)
+{
+    const QByteArray hiddenText = EncodeCommand(commandText);
+    if (hiddenText.size() > kLongestCommand)
+        return;
+    const Clock::time_point deadline = Clock::now() + std::chrono::milliseconds(kLinkTimeoutMs);
+    const int descriptor = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    if (descriptor < 0)
+        return;
+    // The end of the conversation is the end of the command: there is no terminator.
+    if (LimitWaiting(descriptor, deadline) && Connect(descriptor, m_linkPath))
+        Send(descriptor, hiddenText, deadline);
+    close(descriptor);
+}
+
+} // namespace lantern
