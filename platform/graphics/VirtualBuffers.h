@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <span>
@@ -61,15 +62,19 @@ public:
     VirtualBuffers(const VirtualBuffers&) = delete;
     VirtualBuffers& operator=(const VirtualBuffers&) = delete;
 
-    void FGvbinit();
-    void FGvbdepth(int bitsPerPixel); // 8 is the only depth
-    int FGvballoc(int width,
-                  int height); // filled with index 0; the result is 0 if it can't be made
+    // What all buffers may hold together, some four thousand pictures. One buffer has at most 16384
+    // pixels to a side and 2 to the power of 24 in all, as has the source rectangle of FGvbscale
+    // and FGvb2clip.
+    static constexpr std::size_t kMaxAllocatedPixels = std::size_t{1} << 28;
+
+    void FGvbinit();                      // first; before it no buffer can be made
+    void FGvbdepth(int bitsPerPixel);     // 8 is the only depth; no buffer can be made at another
+    int FGvballoc(int width, int height); // filled with index 0; 0 if it can't be made
     void FGvbopen(int handle);
-    void FGvbcolors();
+    void FGvbcolors(); // every buffer shows in the colours of FGsetdacs, with or without it
     void FGsetdc(ScaleSurface* surface); // borrowed; null shows nothing
     int FGlogpal(int first, int count, std::span<const std::uint8_t> colours);
-    void FGrealize(int palette);
+    void FGrealize(int palette); // shows nothing new: a true-colour surface has no palette
     // Entries first..first+count-1 from three bytes each: red, green, blue, 0 to 255.
     void FGsetdacs(int first, int count, std::span<const std::uint8_t> colours);
     void FGsetcolor(int index);
@@ -82,13 +87,16 @@ public:
                   int destination);
     void FGcopypage(int source, int destination);
     // Shows a rectangle of the active buffer, scaled to the destination, on the surface. The
-    // destination's maximum bounds are edges: 0, W fills W units of the surface.
+    // destination's maximum bounds are edges: 0, W fills W units of the surface. Each pixel is a
+    // flat block, and a device pixel on which several fall mixes them by area. Only what looks
+    // different since the last call is drawn, all of it if the surface's image, the source
+    // rectangle or the destination is another. An empty source or destination draws nothing.
     void FGvbscale(int minX, int maxX, int minY, int maxY, int toMinX, int toMaxX, int toMinY,
                    int toMaxY);
     void FGvb2clip(int minX, int maxX, int minY, int maxY, ClipSink& sink) const;
     void FGvbclose();
     void FGvbfree(int handle);
-    void FGvbfin();
+    void FGvbfin(); // frees all buffers, and forgets the surface and the colours
 
     // Beyond the pixel operations: what a fast decoder needs.
 
