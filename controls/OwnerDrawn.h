@@ -1,0 +1,78 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "PropertyBag.h"
+#include "RetainedSurface.h"
+#include "SystemColours.h"
+
+#include <QFont>
+#include <QString>
+#include <QWidget>
+
+#include <cstdint>
+#include <functional>
+
+class QKeyEvent;
+class QMouseEvent;
+
+namespace lantern {
+
+// What a host tells a control about itself: the control's first colours and font.
+struct Ambient {
+    QFont font;
+    ColourValue backColor = SystemReference(SystemColour::ButtonFace);
+    ColourValue foreColor = SystemReference(SystemColour::ButtonText);
+    QString displayName; // of the control
+};
+
+// The mouse as the controls' events report it.
+enum MouseButtonBit : std::int16_t { LeftButton = 1, RightButton = 2, MiddleButton = 4 };
+struct MouseReport {
+    std::int16_t button = 0; // one button for a press or release; all that are held for a move
+    std::int16_t shift = 0;  // 1 Shift, 2 Ctrl, 4 Alt
+    float x = 0;             // pixels, from the left of what received the mouse
+    float y = 0;
+};
+MouseReport PressReport(const QMouseEvent& event);
+MouseReport MoveReport(const QMouseEvent& event);
+
+using MouseHandler = std::function<void(const MouseReport&)>;
+
+// Pointer shapes by number: 0 default, 1 arrow, 6 to 9 the sizing arrows, 99 the host's own icon.
+QCursor PointerShape(int number);
+
+// A control that draws itself on a surface that keeps what was drawn: a change of state redraws at
+// once, and a paint event only copies. Everything runs on the user-interface thread.
+class OwnerDrawn : public QWidget {
+public:
+    explicit OwnerDrawn(QWidget* parent, Ambient ambient = {});
+
+    // Told the key of each property that was set.
+    std::function<void(const QString& key)> PropertyChanged;
+
+    const Ambient& HostAmbient() const { return m_ambient; }
+    void SetAmbient(Ambient ambient); // runs AmbientChanged
+
+    const QImage& SurfaceImage() const { return m_surface.Image(); }
+
+protected:
+    // The surface was made anew, because the size or the screen's ratio changed: draw all of it.
+    virtual void SurfaceResized() = 0;
+    virtual void AmbientChanged() {}
+
+    RetainedSurface& Surface() { return m_surface; }
+    void ShowSurface() { update(); }
+    void Report(const QString& key) const;
+
+    void paintEvent(QPaintEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void showEvent(QShowEvent* event) override;
+
+private:
+    void FitSurface();
+
+    Ambient m_ambient;
+    RetainedSurface m_surface;
+};
+
+} // namespace lantern

@@ -1,0 +1,180 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "RetainedSurface.h"
+
+#include <QFontMetrics>
+
+#include <gtest/gtest.h>
+
+namespace lantern {
+namespace {
+
+constexpr QRgb kRed = 0xFFFF0000;
+constexpr QRgb kBlue = 0xFF0000FF;
+constexpr QRgb kBlack = 0xFF000000;
+
+class RetainedSurfaceTest : public ::testing::Test {
+protected:
+    RetainedSurfaceTest() { m_surface.Fit(QSize(20, 10), 1.0); }
+
+    QRgb At(int x, int y) const { return m_surface.Image().pixel(x, y); }
+    int Count(QRgb colour) const
+    {
+        int count = 0;
+        for (int y = 0; y < m_surface.Image().height(); ++y) {
+            for (int x = 0; x < m_surface.Image().width(); ++x)
+                count += At(x, y) == colour;
+        }
+        return count;
+    }
+    static QFont Font()
+    {
+        QFont font(QStringLiteral("Liberation Sans"));
+        font.setPixelSize(11);
+        return font;
+    }
+
+    RetainedSurface m_surface;
+};
+
+TEST_F(RetainedSurfaceTest, FitTellsWhetherTheImageIsNew)
+{
+    EXPECT_FALSE(m_surface.Fit(QSize(20, 10), 1.0));
+    EXPECT_TRUE(m_surface.Fit(QSize(20, 10), 2.0));
+    EXPECT_EQ(m_surface.Image().size(), QSize(40, 20));
+    EXPECT_TRUE(m_surface.Fit(QSize(0, 10), 2.0));
+    EXPECT_TRUE(m_surface.IsEmpty());
+}
+
+TEST_F(RetainedSurfaceTest, AFilledBoxEndsBeforeItsRightAndBottomEdges)
+{
+    m_surface.Fill({2, 3, 5, 4}, kRed);
+    EXPECT_EQ(Count(kRed), 3);
+    EXPECT_EQ(At(2, 3), kRed);
+    EXPECT_EQ(At(4, 3), kRed);
+    EXPECT_EQ(At(5, 3), kBlack);
+}
+
+TEST_F(RetainedSurfaceTest, AnEmptyOrReversedBoxDrawsNothing)
+{
+    m_surface.Fill({5, 0, 5, 10}, kRed);
+    m_surface.Fill({5, 0, 2, 10}, kRed);
+    EXPECT_EQ(Count(kRed), 0);
+}
+
+TEST_F(RetainedSurfaceTest, ALineLeavesOutItsEnd)
+{
+    m_surface.Line(3, 9, 3, 0, kRed);
+    EXPECT_EQ(At(3, 9), kRed);
+    EXPECT_EQ(At(3, 0), kBlack);
+    EXPECT_EQ(Count(kRed), 9);
+    m_surface.Line(0, 5, 2, 5, kBlue);
+    EXPECT_EQ(Count(kBlue), 2);
+    EXPECT_EQ(At(0, 5), kBlue);
+}
+
+TEST_F(RetainedSurfaceTest, AtARatioOfTwoALineIsTwoDevicePixelsWide)
+{
+    m_surface.Fit(QSize(20, 10), 2.0);
+    m_surface.Line(0, 1, 20, 1, kRed);
+    EXPECT_EQ(Count(kRed), 80);
+    EXPECT_EQ(At(0, 2), kRed);
+    EXPECT_EQ(At(39, 3), kRed);
+}
+
+TEST_F(RetainedSurfaceTest, TheRightAndBottomSidesOwnTheirCorners)
+{
+    m_surface.DrawEdge({0, 0, 20, 10}, EdgeSunkenOuter, EdgeAllSides);
+    const QRgb leftTop = ResolveColour(SystemColour::ButtonShadow);
+    const QRgb rightBottom = ResolveColour(SystemColour::ButtonHighlight);
+    EXPECT_EQ(At(0, 0), leftTop);
+    EXPECT_EQ(At(18, 0), leftTop);
+    EXPECT_EQ(At(19, 0), rightBottom);
+    EXPECT_EQ(At(0, 9), rightBottom);
+    EXPECT_EQ(At(1, 1), kBlack);
+}
+
+TEST_F(RetainedSurfaceTest, ADoubleEdgeStandsInsideItsOuterLine)
+{
+    m_surface.DrawEdge({0, 0, 20, 10}, EdgeRaisedOuter | EdgeRaisedInner, EdgeAllSides);
+    EXPECT_EQ(At(0, 0), ResolveColour(SystemColour::Light));
+    EXPECT_EQ(At(1, 1), ResolveColour(SystemColour::ButtonHighlight));
+    EXPECT_EQ(At(18, 8), ResolveColour(SystemColour::ButtonShadow));
+    EXPECT_EQ(At(19, 9), ResolveColour(SystemColour::DarkShadow));
+    EXPECT_EQ(At(2, 2), kBlack);
+}
+
+TEST_F(RetainedSurfaceTest, OnlyTheSidesAskedForAreDrawn)
+{
+    m_surface.Clear(kRed);
+    m_surface.DrawEdge({0, 0, 20, 10}, EdgeSunkenOuter | EdgeSunkenInner, EdgeTop);
+    EXPECT_EQ(At(0, 0), ResolveColour(SystemColour::ButtonShadow));
+    EXPECT_EQ(At(19, 0), ResolveColour(SystemColour::ButtonShadow));
+    EXPECT_EQ(At(0, 1), ResolveColour(SystemColour::DarkShadow));
+    EXPECT_EQ(Count(kRed), 20 * 8);
+}
+
+TEST_F(RetainedSurfaceTest, AFlatEdgeHasOneColour)
+{
+    m_surface.Clear(kRed);
+    m_surface.DrawEdge({0, 0, 20, 10}, EdgeSunkenOuter, EdgeAllSides | EdgeMonochrome);
+    EXPECT_EQ(Count(ResolveColour(SystemColour::WindowFrame)), 2 * 20 + 2 * 8);
+}
+
+TEST_F(RetainedSurfaceTest, MeasuringShrinksTheBoxToTheText)
+{
+    const QFontMetrics metrics(Font());
+    const Box box =
+        RetainedSurface::MeasureText(QStringLiteral("Text"), {3, 4, 500, 400}, TextWrapped, Font());
+    EXPECT_EQ(box.left, 3);
+    EXPECT_EQ(box.top, 4);
+    EXPECT_EQ(box.Width(), metrics.horizontalAdvance(QStringLiteral("Text")));
+    EXPECT_NEAR(box.Height(), metrics.height(), 1);
+}
+
+TEST_F(RetainedSurfaceTest, WrappingBreaksAtBlanks)
+{
+    const QFontMetrics metrics(Font());
+    const QString text = QStringLiteral("one two");
+    const int narrow = metrics.horizontalAdvance(QStringLiteral("one two")) - 2;
+    const Box wrapped = RetainedSurface::MeasureText(text, {0, 0, narrow, 99}, TextWrapped, Font());
+    const Box plain = RetainedSurface::MeasureText(text, {0, 0, narrow, 99}, TextLeft, Font());
+    EXPECT_NEAR(plain.Height(), metrics.height(), 1);
+    EXPECT_NEAR(wrapped.Height(), 2 * plain.Height(), 2);
+}
+
+TEST_F(RetainedSurfaceTest, AnEmptyTextMeasuresNothing)
+{
+    const Box box = RetainedSurface::MeasureText({}, {3, 4, 50, 40}, TextWrapped, Font());
+    EXPECT_EQ(box, (Box{3, 4, 3, 4}));
+}
+
+TEST_F(RetainedSurfaceTest, AnAmpersandMarksAnAccessKeyAndIsNotMeasured)
+{
+    const Box marked =
+        RetainedSurface::MeasureText(QStringLiteral("&Open"), {0, 0, 99, 99}, TextLeft, Font());
+    const Box plain =
+        RetainedSurface::MeasureText(QStringLiteral("Open"), {0, 0, 99, 99}, TextLeft, Font());
+    EXPECT_EQ(marked, plain);
+}
+
+TEST_F(RetainedSurfaceTest, TextIsDrawnInItsBoxAndColour)
+{
+    m_surface.Fit(QSize(60, 20), 1.0);
+    m_surface.DrawText(QStringLiteral("HHH"), {10, 2, 60, 20}, TextLeft, Font(), kRed);
+    EXPECT_LT(Count(kBlack), 60 * 20 - 30);
+    for (int y = 0; y < 20; ++y)
+        EXPECT_EQ(At(9, y), kBlack);
+}
+
+TEST_F(RetainedSurfaceTest, DrawingOnNoImageDoesNothing)
+{
+    RetainedSurface none;
+    none.Clear(kRed);
+    none.Fill({0, 0, 5, 5}, kRed);
+    none.DrawText(QStringLiteral("x"), {0, 0, 5, 5}, TextLeft, Font(), kRed);
+    none.DrawEdge({0, 0, 5, 5}, EdgeRaisedOuter, EdgeAllSides);
+    EXPECT_TRUE(none.IsEmpty());
+}
+
+} // namespace
+} // namespace lantern
