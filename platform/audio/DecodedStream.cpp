@@ -1,0 +1,245 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "DecodedStream.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace lantern {
+namespace {
+
+constexpr int kLowestRate = 8000;
+constexpr int kHighestRate = 192000;
+// Beyond these a rate is damage, and changing it would cost any amount of memory.
+constexpr int kLowestUsableRate = 1000;
+constexpr int kHighestUsableRate = 768000;
+
+// The filter bank of Musepack's decoder is behind by this much, and FFmpeg leaves it in.
+constexpr std::int64_t kMusepackDelayFrames = 481;
+// Packets that may fail before the first one that decodes.
+constexpr int kOpeningPackets = 500;
+// No packet stands for more than this, whatever duration it claims.
+constexpr std::int64_t kLongestPacketFrames = 65536;
+
+bool IsShallow(const AVCodecContext& codec, const AVFrame& frame)
+{
+    const AVCodecDescriptor* const descriptor = avcodec_descriptor_get(codec.codec_id);
+    if (descriptor == nullptr || (descriptor->props & AV_CODEC_PROP_LOSSLESS) == 0)
+        return true;
+    const int bits =
+        codec.bits_per_raw_sample > 0 ? codec.bits_per_raw_sample : codec.bits_per_coded_sample;
+    const auto format = static_cast<AVSampleFormat>(frame.format);
+    return av_get_bytes_per_sample(format) <= 2 || (bits > 0 && bits <= 16);
+}
+
+SampleKind KindToKeep(const ContainerKind& container, const AVCodecContext& codec,
+                      const AVFrame& frame)
+{
+    // Modules arrive as uncompressed floats; but what they play are samples of 8 or 16 bits.
+    const bool rendered = container.rule == LengthRule::TrustedClaim;
+    return rendered || IsShallow(codec, frame) ? SampleKind::Int16 : SampleKind::Float;
+}
+
+// Windows Media's older decoders swallow the first frame of the codec, which is this long.
+std::int64_t LostFrames(const AVCodecContext& codec)
+{
+    const bool loses = codec.codec_id == AV_CODEC_ID_WMAV1 || codec.codec_id == AV_CODEC_ID_WMAV2;
+    return loses ? codec.frame_size : 0;
+}
+
+std::int64_t DelayFrames(const AVCodecContext& codec)
+{
+    const bool delays =
+        codec.codec_id == AV_CODEC_ID_MUSEPACK7 || codec.codec_id == AV_CODEC_ID_MUSEPACK8;
+    return delays ? kMusepackDelayFrames : 0;
+}
+
+} // namespace
+
+DecodedStream::DecodedStream(std::unique_ptr<SoundContainer> container)
+    : m_container(std::move(container)), m_stamps(m_container->Stream().time_base),
+      m_packet(av_packet_alloc()), m_frame(av_frame_alloc())
+{
+}
+
+std::unique_ptr<DecodedStream> DecodedStream::Open(const ByteSource& bytes, const Halt& halt)
+{
+    auto container = SoundContainer::Open(bytes, halt);
+    if (!container)
+        return nullptr;
+    std::unique_ptr<DecodedStream> stream(new DecodedStream(std::move(container)));
+    if (!stream->m_packet || !stream->m_frame || !stream->OpenCodec() ||
+        !stream->DecodeFirstFrame())
+        return nullptr;
+    return stream;
+}
+
+bool DecodedStream::OpenCodec()
+{
+    const AVStream& stream = m_container->Stream();
+    const AVCodec* const decoder = avcodec_find_decoder(stream.codecpar->codec_id);
+    if (decoder == nullptr || !SoundContainer::MayDecode(*decoder))
+        return false;
+    m_codec.reset(avcodec_alloc_context3(decoder));
+    if (!m_codec || avcodec_parameters_to_context(m_codec.get(), stream.codecpar) < 0)
+        return false;
+    // By it the decoder skips the frames that a packet tells to skip.
+    m_codec->pkt_timebase = stream.time_base;
+    return avcodec_open2(m_codec.get(), decoder, nullptr) >= 0;
+}
+
+bool DecodedStream::DecodeFirstFrame()
+{
+    for (int i = 0; i < kOpeningPackets && !m_packetsEnded && m_block.empty(); ++i)
+        Advance();
+    return !m_block.empty();
+}
+
+std::span<const std::byte> DecodedStream::NextBlock()
+{
+    // The first block has been decoded by Open.
+    if (m_emittedFrames > 0)
+        m_block.clear();
+    while (m_block.empty() && !m_finished)
+        Advance();
+    m_emittedFrames += FramesIn(m_block);
+    return m_block;
+}
+
+void DecodedStream::Advance()
+{
+    if (m_closingSilence > 0) {
+        const std::int64_t frames = std::min(m_closingSilence, kLongestPacketFrames);
+        AppendSilence(frames);
+        m_closingSilence -= frames;
+    } else if (m_packetsEnded) {
+        m_finished = true;
+    } else if (m_container->ReadPacket(*m_packet)) {
+        DecodePacket(m_packet.get());
+        KeepWithinClaim();
+    } else {
+        m_packetsEnded = true;
+        EndSound();
+    }
+}
+
+void DecodedStream::DecodePacket(const AVPacket* packet)
+{
+    const std::size_t before = m_block.size();
+    bool failed = avcodec_send_packet(m_codec.get(), packet) < 0;
+    for (;;) {
+        const int result = avcodec_receive_frame(m_codec.get(), m_frame.get());
+        if (result < 0) {
+            failed = failed || (result != AVERROR(EAGAIN) && result != AVERROR_EOF);
+            break;
+        }
+        failed = !TakeFrame() || failed;
+    }
+    if (packet == nullptr)
+        return;
+    m_stamps.Note(*packet);
+    // What can't be decoded is silence, so that all that follows keeps its place.
+    if (failed && m_block.size() == before && packet->duration > 0) {
+        const AVRational timeBase = m_container->Stream().time_base;
+        if (m_converter)
+            AppendSilence(av_rescale_q(packet->duration, timeBase, AVRational{1, m_sampleRate}));
+        else
+            m_undecodedTicks += std::min<std::int64_t>(packet->duration, INT32_MAX);
+    }
+}
+
+bool DecodedStream::TakeFrame()
+{
+    if (m_frame->nb_samples <= 0)
+        return true;
+    if (!m_converter && !BeginSound())
+        return false;
+    if (!m_converter->Convert(*m_frame, m_block))
+        return false;
+    DropDelay();
+    return true;
+}
+
+bool DecodedStream::BeginSound()
+{
+    const int rate = m_frame->sample_rate;
+    if (rate < kLowestUsableRate || rate > kHighestUsableRate)
+        return false;
+    const AVStream& stream = m_container->Stream();
+    m_sampleRate = std::clamp(rate, kLowestRate, kHighestRate);
+    m_sampleKind = KindToKeep(m_container->Kind(), *m_codec, *m_frame);
+    m_converter.emplace(m_sampleKind, m_sampleRate);
+
+    const LengthRule rule = m_container->Kind().rule;
+    if (rule == LengthRule::Claim || rule == LengthRule::TrustedClaim)
+        m_claimedFrames = m_container->ClaimedFrames(m_sampleRate);
+    m_delayFrames = DelayFrames(*m_codec) + m_container->SilentFrames();
+    AppendSilence(LostFrames(*m_codec));
+    AppendSilence(av_rescale_q(m_undecodedTicks, stream.time_base, AVRational{1, m_sampleRate}));
+    return true;
+}
+
+void DecodedStream::AppendSilence(std::int64_t frames)
+{
+    const std::int64_t bounded = std::clamp<std::int64_t>(frames, 0, kLongestPacketFrames);
+    m_block.resize(m_block.size() + SizeOf(bounded));
+}
+
+void DecodedStream::DropDelay()
+{
+    const std::int64_t dropped = std::min(m_delayFrames, FramesIn(m_block));
+    m_block.erase(m_block.begin(), m_block.begin() + static_cast<std::ptrdiff_t>(SizeOf(dropped)));
+    m_delayFrames -= dropped;
+}
+
+// Frames beyond the claimed end are held back until the packets' stamps show that the claim is
+// wrong, or until there are more of them than a claim can be wrong by.
+void DecodedStream::KeepWithinClaim()
+{
+    if (m_claimedFrames == 0)
+        return;
+    const std::int64_t allowed = m_claimedFrames - m_emittedFrames;
+    if (FramesIn(m_block) > allowed) {
+        const auto cut = m_block.begin() + static_cast<std::ptrdiff_t>(SizeOf(allowed));
+        m_withheld.insert(m_withheld.end(), cut, m_block.end());
+        m_block.erase(cut, m_block.end());
+    }
+    if (m_withheld.empty())
+        return;
+    if (m_container->Kind().rule == LengthRule::TrustedClaim) {
+        m_packetsEnded = true;
+    } else if (m_stamps.Refutes(m_claimedFrames, m_sampleRate) ||
+               FramesIn(m_withheld) > 2 * std::int64_t{m_sampleRate} + kLongestPacketFrames) {
+        m_block.insert(m_block.end(), m_withheld.begin(), m_withheld.end());
+        m_withheld.clear();
+        m_claimedFrames = 0;
+    }
+}
+
+void DecodedStream::EndSound()
+{
+    if (m_container->Halted())
+        return;
+    DecodePacket(nullptr);
+    if (m_converter)
+        m_converter->Finish(m_block);
+    KeepWithinClaim();
+    if (m_claimedFrames == 0)
+        return;
+    if (m_container->Kind().rule == LengthRule::TrustedClaim ||
+        m_stamps.BearsOut(m_claimedFrames, m_sampleRate))
+        m_closingSilence = m_claimedFrames - m_emittedFrames - FramesIn(m_block);
+    else
+        m_block.insert(m_block.end(), m_withheld.begin(), m_withheld.end());
+}
+
+std::int64_t DecodedStream::FramesIn(const std::vector<std::byte>& bytes) const
+{
+    return static_cast<std::int64_t>(bytes.size() / StereoFrameSize(m_sampleKind));
+}
+
+std::size_t DecodedStream::SizeOf(std::int64_t frames) const
+{
+    return static_cast<std::size_t>(frames) * StereoFrameSize(m_sampleKind);
+}
+
+} // namespace lantern

@@ -1,0 +1,143 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "PcmStore.h"
+
+#include "TemporaryFile.h"
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <cstring>
+#include <sys/mman.h>
+#include <unistd.h>
+
+namespace lantern {
+namespace {
+
+constexpr std::int64_t kSecondsInADay = 24 * 60 * 60;
+constexpr std::size_t kBytesBetweenRoomChecks = 16 * 1024 * 1024;
+
+void ToFloat(SampleKind kind, std::span<const std::byte> samples, float* out)
+{
+    if (kind == SampleKind::Float) {
+        std::memcpy(out, samples.data(), samples.size());
+        return;
+    }
+    constexpr float kFullScale = 32768.0F;
+    for (std::size_t i = 0; i < samples.size() / sizeof(std::int16_t); ++i) {
+        std::int16_t sample = 0;
+        std::memcpy(&sample, samples.data() + i * sizeof(sample), sizeof(sample));
+        out[i] = static_cast<float>(sample) / kFullScale;
+    }
+}
+
+} // namespace
+
+std::int64_t PcmStore::LongestSound(SampleKind kind, int sampleRate)
+{
+    return std::min(kLargestSize / static_cast<std::int64_t>(StereoFrameSize(kind)),
+                    kSecondsInADay * sampleRate);
+}
+
+PcmStore::PcmStore(SampleKind kind, int sampleRate, std::size_t memorySize)
+    : m_kind(kind), m_longestFrames(LongestSound(kind, sampleRate)), m_memorySize(memorySize)
+{
+    // The whole range is reserved at once, so that a reader never meets a table that grows; a page
+    // of it costs memory only when it is written.
+    void* const memory = mmap(nullptr, memorySize, PROT_READ | PROT_WRITE,
+                              MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0);
+    if (memory == MAP_FAILED)
+        m_memorySize = 0;
+    else
+        m_memory = static_cast<std::byte*>(memory);
+}
+
+PcmStore::~PcmStore()
+{
+    if (m_memory != nullptr)
+        munmap(m_memory, m_memorySize);
+    if (m_file >= 0)
+        close(m_file);
+}
+
+bool PcmStore::Append(std::span<const std::byte> frames)
+{
+    const std::size_t frameSize = StereoFrameSize(m_kind);
+    const std::size_t longest = static_cast<std::size_t>(m_longestFrames) * frameSize;
+    const bool fits = frames.size() <= longest - m_size;
+    const auto taken = frames.first(fits ? frames.size() : longest - m_size);
+
+    const std::size_t inMemory =
+        m_size < m_memorySize ? std::min(taken.size(), m_memorySize - m_size) : 0;
+    if (inMemory > 0)
+        std::memcpy(m_memory + m_size, taken.data(), inMemory);
+    m_size += inMemory;
+    const bool stored = inMemory == taken.size() || AppendToFile(taken.subspan(inMemory));
+    m_published.store(static_cast<std::int64_t>(m_size / frameSize), std::memory_order_release);
+    return fits && stored;
+}
+
+bool PcmStore::AppendToFile(std::span<const std::byte> bytes)
+{
+    if (m_file < 0 && !m_fileFailed)
+        m_file = OpenTemporaryFile();
+    const std::size_t offset = m_size - m_memorySize;
+    const bool checkRoom =
+        offset / kBytesBetweenRoomChecks != (offset + bytes.size()) / kBytesBetweenRoomChecks ||
+        offset == 0;
+    m_fileFailed = m_fileFailed || m_file < 0 || (checkRoom && !HasRoom(m_file));
+
+    std::size_t written = 0;
+    while (!m_fileFailed && written < bytes.size()) {
+        const ssize_t step = pwrite(m_file, bytes.data() + written, bytes.size() - written,
+                                    static_cast<off_t>(offset + written));
+        if (step > 0)
+            written += static_cast<std::size_t>(step);
+        else
+            m_fileFailed = step == 0 || errno != EINTR;
+    }
+    // Only whole frames count.
+    m_size += written - (m_size + written) % StereoFrameSize(m_kind);
+    return !m_fileFailed;
+}
+
+int PcmStore::Read(std::int64_t firstFrame, std::span<float> stereo) const
+{
+    const std::int64_t available = PublishedFrames() - firstFrame;
+    if (firstFrame < 0 || available <= 0)
+        return 0;
+    const std::size_t frameSize = StereoFrameSize(m_kind);
+    const auto wanted = static_cast<std::int64_t>(stereo.size() / 2);
+    const auto frames = static_cast<std::size_t>(std::min(available, wanted));
+
+    // By way of the stack, in pieces of whole frames.
+    std::array<std::byte, 4096> piece;
+    const std::size_t framesInPiece = piece.size() / frameSize;
+    for (std::size_t done = 0; done < frames;) {
+        const std::size_t count = std::min(framesInPiece, frames - done);
+        const auto bytes = std::span(piece).first(count * frameSize);
+        if (!CopyBytes((static_cast<std::size_t>(firstFrame) + done) * frameSize, bytes))
+            return static_cast<int>(done);
+        ToFloat(m_kind, bytes, stereo.data() + 2 * done);
+        done += count;
+    }
+    return static_cast<int>(frames);
+}
+
+bool PcmStore::CopyBytes(std::size_t offset, std::span<std::byte> out) const
+{
+    const std::size_t inMemory =
+        offset < m_memorySize ? std::min(out.size(), m_memorySize - offset) : 0;
+    if (inMemory > 0)
+        std::memcpy(out.data(), m_memory + offset, inMemory);
+    for (std::size_t done = inMemory; done < out.size();) {
+        const ssize_t step = pread(m_file, out.data() + done, out.size() - done,
+                                   static_cast<off_t>(offset + done - m_memorySize));
+        if (step == 0 || (step < 0 && errno != EINTR))
+            return false;
+        if (step > 0)
+            done += static_cast<std::size_t>(step);
+    }
+    return true;
+}
+
+} // namespace lantern

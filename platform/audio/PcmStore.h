@@ -1,0 +1,52 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "SampleConverter.h"
+
+#include <atomic>
+#include <cstddef>
+#include <cstdint>
+#include <span>
+
+namespace lantern {
+
+// Keeps the frames of a sound while one thread appends and another reads what has been published.
+// The first 64 MB (six minutes of CD sound) stay in memory; the rest goes to an unlinked temporary
+// file, so that a track of hours costs no memory.
+class PcmStore {
+public:
+    static constexpr std::size_t kMemorySize = 64 * 1024 * 1024;
+    // Where a sound without an end is cut off: twelve hours of CD sound, and at most a day of any.
+    static constexpr std::int64_t kLargestSize = std::int64_t{8} * 1024 * 1024 * 1024;
+    static std::int64_t LongestSound(SampleKind kind, int sampleRate);
+
+    // The memory in use may be set lower, for tests.
+    PcmStore(SampleKind kind, int sampleRate, std::size_t memorySize = kMemorySize);
+    ~PcmStore();
+    PcmStore(const PcmStore&) = delete;
+    PcmStore& operator=(const PcmStore&) = delete;
+
+    // The writer's. Appends whole frames and publishes them. False if the sound must end here:
+    // it is as long as a sound may get, or there is no room left on the disk.
+    bool Append(std::span<const std::byte> frames);
+
+    std::int64_t PublishedFrames() const { return m_published.load(std::memory_order_acquire); }
+    // The reader's. Copies frames that have been published, as stereo floats; returns how many.
+    // Never locks or allocates, and waits for the disk at most, far into a long track.
+    int Read(std::int64_t firstFrame, std::span<float> stereo) const;
+
+private:
+    bool AppendToFile(std::span<const std::byte> bytes);
+    bool CopyBytes(std::size_t offset, std::span<std::byte> out) const;
+
+    const SampleKind m_kind;
+    const std::int64_t m_longestFrames;
+    std::size_t m_memorySize;
+    std::byte* m_memory = nullptr; // a mapping: its pages go back to the system with the sound
+    std::size_t m_size = 0;        // the writer's count of bytes
+    int m_file = -1;               // made before the first frame in it is published
+    bool m_fileFailed = false;
+    std::atomic<std::int64_t> m_published = 0;
+};
+
+} // namespace lantern

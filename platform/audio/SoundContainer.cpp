@@ -1,0 +1,203 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "SoundContainer.h"
+
+#include "MusepackHeader.h"
+
+extern "C" {
+#include <libavutil/avstring.h>
+}
+
+#include <algorithm>
+#include <array>
+#include <limits>
+
+namespace lantern {
+namespace {
+
+constexpr std::array kContainers = {
+    ContainerKind{"aac", LengthRule::Packets},
+    ContainerKind{"aiff", LengthRule::Packets, true},
+    ContainerKind{"ape", LengthRule::Claim},
+    ContainerKind{"asf", LengthRule::Claim},
+    ContainerKind{"au", LengthRule::Packets, true},
+    ContainerKind{"flac", LengthRule::Packets},
+    ContainerKind{"libopenmpt", LengthRule::TrustedClaim},
+    ContainerKind{"mov,mp4,m4a,3gp,3g2,mj2", LengthRule::Claim},
+    ContainerKind{"mp3", LengthRule::Packets},
+    ContainerKind{"mpc", LengthRule::Claim},
+    ContainerKind{"mpc8", LengthRule::Claim},
+    ContainerKind{"ogg", LengthRule::Stamps},
+    ContainerKind{"wav", LengthRule::Packets, true},
+};
+
+// Every decoder that the containers above need. What is not in the list, video and pictures above
+// all, is never opened, not even to look at its parameters.
+constexpr const char* kDecoders =
+    "aac,alac,ape,flac,mp1float,mp2float,mp3float,mpc7,mpc8,opus,vorbis,speex,libspeex,"
+    "wmav1,wmav2,wmapro,wmalossless,wmavoice,ac3,eac3,gsm,gsm_ms,"
+    "adpcm_ms,adpcm_ima_wav,adpcm_ima_qt,adpcm_yamaha,g722,g726,g726le,"
+    "pcm_u8,pcm_s8,pcm_s16le,pcm_s16be,pcm_s24le,pcm_s24be,pcm_s32le,pcm_s32be,"
+    "pcm_f32le,pcm_f32be,pcm_f64le,pcm_f64be,pcm_alaw,pcm_mulaw";
+
+constexpr int kIoBufferSize = 64 * 1024;
+// The largest block that a header may make the library allocate: the packet table of a day of
+// sound fits.
+constexpr std::size_t kLargestAllocation = 256 * 1024 * 1024;
+
+const ContainerKind* FindKind(std::string_view name)
+{
+    const auto* const found = std::ranges::find(kContainers, name, &ContainerKind::name);
+    return found == kContainers.end() ? nullptr : &*found;
+}
+
+} // namespace
+
+bool SoundContainer::MayDecode(const AVCodec& decoder)
+{
+    return av_match_list(decoder.name, kDecoders, ',') > 0;
+}
+
+std::unique_ptr<SoundContainer> SoundContainer::Open(const ByteSource& bytes, const Halt& halt)
+{
+    av_log_set_level(AV_LOG_QUIET);
+    av_max_alloc(kLargestAllocation);
+
+    std::unique_ptr<SoundContainer> container(new SoundContainer(bytes, halt));
+    if (!container->OpenInput() || !container->ChooseStream())
+        return nullptr;
+    container->ReadMusepackHeader();
+    return container;
+}
+
+bool SoundContainer::OpenInput()
+{
+    auto* const buffer = static_cast<unsigned char*>(av_malloc(kIoBufferSize));
+    if (buffer == nullptr)
+        return false;
+    m_io.reset(avio_alloc_context(buffer, kIoBufferSize, 0, this, ReadBytes, nullptr, SeekBytes));
+    if (!m_io) {
+        av_free(buffer);
+        return false;
+    }
+
+    // No name is given: the contents decide.
+    const AVInputFormat* input = nullptr;
+    if (av_probe_input_buffer2(m_io.get(), &input, nullptr, nullptr, 0, 0) < 0)
+        return false;
+    m_kind = FindKind(input->name);
+    if (m_kind == nullptr)
+        return false;
+
+    AVFormatContext* context = avformat_alloc_context();
+    if (context == nullptr)
+        return false;
+    context->pb = m_io.get();
+    context->io_open = RefuseToOpen;
+    context->codec_whitelist = av_strdup(kDecoders);
+    context->interrupt_callback.opaque = this;
+    context->interrupt_callback.callback = [](void* opaque) {
+        return static_cast<SoundContainer*>(opaque)->m_halt.Reached() ? 1 : 0;
+    };
+    // On failure the library frees the context itself.
+    if (avformat_open_input(&context, nullptr, input, nullptr) < 0)
+        return false;
+    m_format.reset(context);
+    return true;
+}
+
+bool SoundContainer::ChooseStream()
+{
+    for (unsigned i = 0; i < m_format->nb_streams; ++i) {
+        if (m_format->streams[i]->codecpar->codec_type != AVMEDIA_TYPE_AUDIO)
+            m_format->streams[i]->discard = AVDISCARD_ALL;
+    }
+    if (avformat_find_stream_info(m_format.get(), nullptr) < 0)
+        return false;
+    const int index = av_find_best_stream(m_format.get(), AVMEDIA_TYPE_AUDIO, -1, -1, nullptr, 0);
+    if (index < 0)
+        return false;
+    for (unsigned i = 0; i < m_format->nb_streams; ++i) {
+        const bool chosen = i == static_cast<unsigned>(index);
+        m_format->streams[i]->discard = chosen ? AVDISCARD_DEFAULT : AVDISCARD_ALL;
+    }
+    m_stream = m_format->streams[index];
+    return m_stream->time_base.num > 0 && m_stream->time_base.den > 0;
+}
+
+void SoundContainer::ReadMusepackHeader()
+{
+    if (m_kind->name != "mpc8")
+        return;
+    std::array<std::uint8_t, 64> start = {};
+    const std::size_t got = m_bytes.ReadAt(0, start);
+    if (const auto header = ParseMusepackHeader(std::span(start).first(got))) {
+        m_statedFrames = header->frameCount;
+        m_silentFrames = header->silentFrames;
+    }
+}
+
+bool SoundContainer::ReadPacket(AVPacket& packet)
+{
+    for (;;) {
+        av_packet_unref(&packet);
+        if (m_halt.Reached() || av_read_frame(m_format.get(), &packet) < 0)
+            return false;
+        if (packet.stream_index == m_stream->index)
+            return true;
+    }
+}
+
+bool SoundContainer::SeekTo(std::int64_t stamp)
+{
+    return av_seek_frame(m_format.get(), m_stream->index, stamp, AVSEEK_FLAG_BACKWARD) >= 0;
+}
+
+std::int64_t SoundContainer::ClaimedFrames(int sampleRate) const
+{
+    if (m_statedFrames > 0 && m_stream->codecpar->sample_rate > 0)
+        return av_rescale(m_statedFrames, sampleRate, m_stream->codecpar->sample_rate);
+    if (m_stream->duration == AV_NOPTS_VALUE || m_stream->duration <= 0)
+        return 0;
+    return av_rescale_q(m_stream->duration, m_stream->time_base, AVRational{1, sampleRate});
+}
+
+double SoundContainer::Progress() const
+{
+    return static_cast<double>(std::min(m_position, m_bytes.Size())) /
+           static_cast<double>(m_bytes.Size());
+}
+
+int SoundContainer::ReadBytes(void* opaque, std::uint8_t* out, int size)
+{
+    auto& self = *static_cast<SoundContainer*>(opaque);
+    if (self.m_halt.Reached())
+        return AVERROR_EXIT;
+    const std::size_t got =
+        self.m_bytes.ReadAt(self.m_position, std::span(out, static_cast<std::size_t>(size)));
+    self.m_position += static_cast<std::int64_t>(got);
+    return got > 0 ? static_cast<int>(got) : AVERROR_EOF;
+}
+
+std::int64_t SoundContainer::SeekBytes(void* opaque, std::int64_t offset, int whence)
+{
+    auto& self = *static_cast<SoundContainer*>(opaque);
+    if ((whence & AVSEEK_SIZE) != 0)
+        return self.m_bytes.Size();
+
+    std::int64_t base = 0;
+    if ((whence & ~AVSEEK_FORCE) == SEEK_CUR)
+        base = self.m_position;
+    else if ((whence & ~AVSEEK_FORCE) == SEEK_END)
+        base = self.m_bytes.Size();
+    if (offset < -base || offset > std::numeric_limits<std::int64_t>::max() - base)
+        return AVERROR(EINVAL);
+    self.m_position = base + offset;
+    return self.m_position;
+}
+
+int SoundContainer::RefuseToOpen(AVFormatContext*, AVIOContext**, const char*, int, AVDictionary**)
+{
+    return AVERROR(EPERM);
+}
+
+} // namespace lantern

@@ -1,0 +1,80 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "AvPointers.h"
+#include "ByteSource.h"
+#include "Halt.h"
+
+#include <cstdint>
+#include <memory>
+#include <string_view>
+
+namespace lantern {
+
+// What tells how long the sound of a container is, as measured against whole decodes.
+enum class LengthRule {
+    Packets,      // the packets' durations, less the frames that they tell to skip
+    Stamps,       // the end of the last packet
+    Claim,        // the header, as long as the last packet's time stamp bears it out
+    TrustedClaim, // the header: the container renders its packets, and runs over its end
+};
+
+struct ContainerKind {
+    std::string_view name; // of FFmpeg's demuxer
+    LengthRule rule = LengthRule::Packets;
+    bool seekable = false; // to the very packet, so that a look at the tail will do
+};
+
+// The bytes of a sound taken apart into the packets of its audio stream. Nothing but the given
+// bytes is ever opened, whatever they refer to, and nothing but the containers that the program
+// plays is recognised. Owned and used by one thread at a time.
+class SoundContainer {
+public:
+    // Null if the bytes are no such container or have no audio. Both references must outlive it.
+    static std::unique_ptr<SoundContainer> Open(const ByteSource& bytes, const Halt& halt);
+
+    // False for a decoder that no sound of ours needs; the library may offer others.
+    static bool MayDecode(const AVCodec& decoder);
+
+    const ContainerKind& Kind() const { return *m_kind; }
+    const AVStream& Stream() const { return *m_stream; }
+
+    // The next packet of the audio stream; false at the end, on a failure and once halted.
+    bool ReadPacket(AVPacket& packet);
+    // Goes on at the last packet that begins by the time, in the stream's units.
+    bool SeekTo(std::int64_t stamp);
+
+    // Frames at the rate, counted from the sound's start, as the header states it; 0 if it
+    // doesn't.
+    std::int64_t ClaimedFrames(int sampleRate) const;
+    // Frames that the container itself says to drop before the first, beside the decoder's delay.
+    std::int64_t SilentFrames() const { return m_silentFrames; }
+    // How far the reading has come, from 0 to 1.
+    double Progress() const;
+    bool Halted() const { return m_halt.Reached(); }
+
+private:
+    SoundContainer(const ByteSource& bytes, const Halt& halt) : m_bytes(bytes), m_halt(halt) {}
+
+    static int ReadBytes(void* opaque, std::uint8_t* out, int size);
+    static std::int64_t SeekBytes(void* opaque, std::int64_t offset, int whence);
+    static int RefuseToOpen(AVFormatContext* context, AVIOContext** io, const char* url, int flags,
+                            AVDictionary** options);
+
+    bool OpenInput();
+    bool ChooseStream();
+    void ReadMusepackHeader();
+
+    const ByteSource& m_bytes;
+    const Halt& m_halt;
+    std::int64_t m_position = 0;
+    // The format context uses the byte context until its own end.
+    AvPointer<AVIOContext> m_io;
+    AvPointer<AVFormatContext> m_format;
+    const ContainerKind* m_kind = nullptr;
+    AVStream* m_stream = nullptr;
+    std::int64_t m_statedFrames = 0; // where we read the header ourselves
+    std::int64_t m_silentFrames = 0;
+};
+
+} // namespace lantern

@@ -1,0 +1,140 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "SoundDecoder.h"
+
+#include "ByteSource.h"
+#include "DecodedStream.h"
+#include "PcmStore.h"
+#include "SoundLength.h"
+
+#include <algorithm>
+#include <atomic>
+#include <chrono>
+#include <limits>
+#include <thread>
+
+namespace lantern {
+namespace {
+
+using std::chrono::milliseconds;
+
+// Together they keep what a path can cost below a second.
+constexpr milliseconds kTimeToOpen(400);
+constexpr milliseconds kTimeToMeasure(500);
+
+class BackgroundDecoder final : public SoundDecoder {
+public:
+    static std::unique_ptr<SoundDecoder> Open(std::unique_ptr<ByteSource> bytes)
+    {
+        if (!bytes)
+            return nullptr;
+        std::unique_ptr<BackgroundDecoder> decoder(new BackgroundDecoder(std::move(bytes)));
+        return decoder->Start() ? std::move(decoder) : nullptr;
+    }
+
+    ~BackgroundDecoder() override
+    {
+        m_halt.Stop();
+        if (m_thread.joinable())
+            m_thread.join();
+    }
+
+    int SampleRate() const override { return m_stream->SampleRate(); }
+
+    std::int64_t FrameCount() const override
+    {
+        const bool ended = DecodedToEnd();
+        const std::int64_t decoded = m_store->PublishedFrames();
+        return ended ? decoded : std::max(decoded, m_expectedFrames);
+    }
+
+    bool DecodedToEnd() const override { return m_ended.load(std::memory_order_acquire); }
+
+    Chunk Read(std::int64_t firstFrame, std::span<float> stereo) override;
+
+private:
+    explicit BackgroundDecoder(std::unique_ptr<ByteSource> bytes) : m_bytes(std::move(bytes)) {}
+
+    bool Start();
+    void DecodeToEnd();
+
+    std::unique_ptr<ByteSource> m_bytes;
+    Halt m_halt;
+    std::unique_ptr<DecodedStream> m_stream; // the thread's, once that runs
+    std::unique_ptr<PcmStore> m_store;
+    std::int64_t m_expectedFrames = 0;
+    std::atomic<bool> m_ended = false;
+    std::thread m_thread;
+};
+
+bool BackgroundDecoder::Start()
+{
+    m_halt.AllowUntil(Halt::Clock::now() + kTimeToOpen);
+    m_stream = DecodedStream::Open(*m_bytes, m_halt);
+    m_halt.AllowUntil(Halt::Clock::time_point::max());
+    if (!m_stream)
+        return false;
+    const int rate = m_stream->SampleRate();
+    m_store = std::make_unique<PcmStore>(m_stream->Kind(), rate);
+    m_thread = std::thread([this] { DecodeToEnd(); });
+
+    // The length is wanted as soon as a sound is open, long before it is decoded.
+    const Halt measuring(kTimeToMeasure);
+    m_expectedFrames = std::min(MeasureSound(*m_bytes, rate, measuring).frames,
+                                PcmStore::LongestSound(m_stream->Kind(), rate));
+    return true;
+}
+
+void BackgroundDecoder::DecodeToEnd()
+{
+    for (auto block = m_stream->NextBlock(); !block.empty(); block = m_stream->NextBlock()) {
+        if (!m_store->Append(block))
+            break;
+    }
+    m_ended.store(true, std::memory_order_release);
+}
+
+SoundDecoder::Chunk BackgroundDecoder::Read(std::int64_t firstFrame, std::span<float> stereo)
+{
+    const std::int64_t first = std::max<std::int64_t>(0, firstFrame);
+    const auto wanted =
+        static_cast<int>(std::min<std::size_t>(stereo.size() / 2, std::numeric_limits<int>::max()));
+    // Asked in this order, the end can't come between: once decoded, the count is final.
+    const bool ended = DecodedToEnd();
+    const std::int64_t decoded = m_store->PublishedFrames();
+    Chunk chunk;
+    chunk.frames = m_store->Read(first, stereo);
+    chunk.atEnd = ended && first + chunk.frames >= decoded;
+    chunk.notYet = chunk.frames < wanted && !chunk.atEnd;
+    return chunk;
+}
+
+} // namespace
+
+std::unique_ptr<SoundDecoder> SoundDecoder::OpenFile(const QString& path)
+{
+    return BackgroundDecoder::Open(OpenFileBytes(path));
+}
+
+std::unique_ptr<SoundDecoder> SoundDecoder::OpenMemory(std::span<const std::uint8_t> image)
+{
+    return BackgroundDecoder::Open(OpenMemoryBytes(image));
+}
+
+std::int32_t SoundDecoder::FileDurationMs(const QString& path)
+{
+    const auto bytes = OpenFileBytes(path);
+    if (!bytes)
+        return 0;
+    // Only a decoded frame proves that there is a sound, and tells its rate.
+    const Halt opening(kTimeToOpen);
+    const auto stream = DecodedStream::Open(*bytes, opening);
+    if (!stream)
+        return 0;
+    const Halt measuring(kTimeToMeasure);
+    const int rate = stream->SampleRate();
+    const std::int64_t frames = std::min(MeasureSound(*bytes, rate, measuring).frames,
+                                         PcmStore::LongestSound(stream->Kind(), rate));
+    return static_cast<std::int32_t>((frames * 1000 + rate / 2) / rate);
+}
+
+} // namespace lantern

@@ -1,0 +1,12 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+namespace lantern {
+
+// A descriptor of a new file without a name, which is gone when it is closed; -1 if there is no
+// place for one. Folders whose files lie in memory come last.
+int OpenTemporaryFile();
+// Whether the file's disk has room to spare.
+bool HasRoom(int descriptor);
+
+} // namespace lantern
