@@ -1,0 +1,48 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "Track.h"
+
+#include <array>
+#include <cstdint>
+#include <vector>
+
+namespace lantern {
+
+// The picture decoder once more, pixel by pixel from the disc standard: slow, without buffers,
+// snapshots or any code of the real one, to compare it with.
+class ReferencePicture {
+public:
+    static constexpr int kWidth = 300;
+    static constexpr int kHeight = 216;
+
+    // The packet with the given number in its stream; the first one starts from black. The result
+    // is whether it is followed by a paint when painting isn't held back.
+    bool Apply(PacketIndex packetNo, const CdgPacket& packet);
+    // From the start of the stream up to a packet. With target 0 nothing happens.
+    void DecodeTo(const OneBasedArray<CdgPacket>& packets, PacketIndex target);
+
+    std::uint8_t Pixel(int x, int y) const { return m_pixels[Offset(x, y)]; }
+    const std::vector<std::uint8_t>& Pixels() const { return m_pixels; }
+
+    std::array<std::uint8_t, 48> Colours = {};
+    int Border = 0;
+    int Left = 6;
+    int Top = 12;
+    bool Dirty = false;
+
+private:
+    static std::size_t Offset(int x, int y)
+    {
+        return static_cast<std::size_t>(y) * kWidth + static_cast<std::size_t>(x);
+    }
+    void Clear(int colour);
+    void DrawTile(const CdgPacket& packet, bool exclusive);
+    void Scroll(const CdgPacket& packet, bool fill);
+    void LoadColours(const CdgPacket& packet, int first);
+
+    std::vector<std::uint8_t> m_pixels = std::vector<std::uint8_t>(kWidth * kHeight);
+    std::vector<std::uint8_t> m_scrolled = std::vector<std::uint8_t>(kWidth * kHeight);
+};
+
+} // namespace lantern
