@@ -26,11 +26,6 @@ QString StateText(SoundStatus status);
 // The last clip that doesn't begin after the position; 0 for none.
 std::int32_t ClipAt(const OneBasedArray<AudioClip>& clips, std::int32_t positionMs);
 
-// Runs the interpreter from where the picture stands to a packet, from a snapshot if that is
-// shorter. False if the picture stands there already, and then nothing was done.
-bool RunToPacket(PictureMemory& picture, PacketInterpreter& interpreter,
-                 const OneBasedArray<CdgPacket>& packets, PacketIndex target);
-
 // Keeps the picture at the position of the sound, and moves both. The sound is the only clock.
 //
 // Life cycle: construct when all it works on exists; its owner calls UpdatePlayer every 10 ms and

@@ -1,0 +1,668 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "PlaybackClock.h"
+#include "FakeAudioEngine.h"
+#include "Packets.h"
+#include "PictureFixture.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <limits>
+#include <utility>
+
+namespace lantern {
+
+namespace {
+
+using namespace packets;
+using testing::Contains;
+using testing::Each;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::Not;
+using testing::Pair;
+
+constexpr std::int32_t kLastMs = std::numeric_limits<std::int32_t>::max();
+
+class RecordingHost : public PlaybackHost {
+public:
+    std::int32_t SliderValue() override { return Value; }
+    std::int32_t SliderMax() override { return Max; }
+    void SetSliderValue(std::int32_t positionMs) override
+    {
+        ++SliderWrites;
+        Value = positionMs;
+    }
+    void CancelScroll() override { ++CancelledScrolls; }
+    void SetTicker(std::int32_t seconds, bool isPlaying) override { Ticker = {seconds, isPlaying}; }
+    void RefreshControls(std::int32_t positionMs, bool isPlaying) override
+    {
+        ++Refreshes;
+        Refreshed = {positionMs, isPlaying};
+        if (OnRefresh)
+            OnRefresh();
+    }
+    void ReopenLastTrack() override { ++Reopenings; }
+    void WheelMovesPosition() override { ++WheelChanges; }
+
+    std::int32_t Value = 0;
+    std::int32_t Max = 0;
+    int SliderWrites = 0;
+    int CancelledScrolls = 0;
+    std::pair<std::int32_t, bool> Ticker = {-99, false};
+    int Refreshes = 0;
+    std::pair<std::int32_t, bool> Refreshed = {-99, false};
+    std::function<void()> OnRefresh;
+    int Reopenings = 0;
+    int WheelChanges = 0;
+};
+
+// A track whose picture is filled with colour 1 by its first packet and with colour 2 by the one
+// at ten seconds, and whose sound is one clip or two.
+class PlaybackClockTest : public testing::Test, public PictureSet {
+protected:
+    static constexpr std::int32_t kLengthMs = 20'000;
+
+    PlaybackClockTest()
+    {
+        m_track.PacketStore.Resize(PacketsFromMs(kLengthMs));
+        m_track.PacketStore[1] = MemoryPreset(1);
+        m_track.PacketStore[3000] = MemoryPreset(2);
+        AddClip(kLengthMs);
+        m_host.Max = kLengthMs - 1;
+        Interpreter.ClearPicture();
+        Forget();
+    }
+
+    void AddClip(std::int32_t lengthMs)
+    {
+        AudioClip clip;
+        clip.Path = QStringLiteral("clip%1").arg(m_track.ClipCount() + 1);
+        clip.LengthMs = lengthMs;
+        clip.StartMs = m_track.TotalLengthMs;
+        m_track.ClipList.Add(std::move(clip));
+        m_track.TotalLengthMs += lengthMs;
+    }
+
+    void PlayAt(std::int32_t positionMs)
+    {
+        m_clock.Play(positionMs);
+        m_clock.UpdatePlayer();
+        Forget();
+    }
+
+    void Forget()
+    {
+        m_engine.Log.clear();
+        Painter.Paints = 0;
+        m_host.Refreshes = 0;
+    }
+
+    bool Shows(int colour) const
+    {
+        return std::ranges::all_of(Pixels(), [colour](int pixel) { return pixel == colour; });
+    }
+
+    FakeAudioEngine m_engine;
+    Track m_track;
+    RecordingHost m_host;
+    PlaybackClock m_clock{m_engine, m_track, Picture, Interpreter, Painter, m_host};
+};
+
+TEST(PacketsFromMs, IsThreeHundredASecondCutOff)
+{
+    EXPECT_EQ(PacketsFromMs(0), 0);
+    EXPECT_EQ(PacketsFromMs(3), 0);
+    EXPECT_EQ(PacketsFromMs(4), 1);
+    EXPECT_EQ(PacketsFromMs(10), 3);
+    EXPECT_EQ(PacketsFromMs(999), 299);
+    EXPECT_EQ(PacketsFromMs(1000), 300);
+}
+
+TEST(PacketsFromMs, DoesNotOverflow)
+{
+    EXPECT_EQ(PacketsFromMs(715'827'883), 214'748'364);
+    EXPECT_EQ(PacketsFromMs(kLastMs), 644'245'094);
+}
+
+TEST(StateText, KnowsThreeStates)
+{
+    EXPECT_EQ(StateText(SoundStatus::Empty), QStringLiteral("STOPPED"));
+    EXPECT_EQ(StateText(SoundStatus::Playing), QStringLiteral("PLAYING"));
+    EXPECT_EQ(StateText(SoundStatus::Paused), QStringLiteral("PAUSED"));
+    EXPECT_EQ(StateText(SoundStatus::Stopped), QStringLiteral("STOPPED"));
+    EXPECT_EQ(StateText(SoundStatus{17}), QStringLiteral("STOPPED"));
+    EXPECT_EQ(StateText(SoundStatus{-1}), QStringLiteral("STOPPED"));
+}
+
+TEST(ClipAt, IsTheLastThatHasBegun)
+{
+    OneBasedArray<AudioClip> clips;
+    EXPECT_EQ(ClipAt(clips, 0), 0);
+    for (const std::int32_t start : {100, 200, 200, 300}) {
+        AudioClip clip;
+        clip.StartMs = start;
+        clips.Add(clip);
+    }
+    EXPECT_EQ(ClipAt(clips, -1), 0);
+    EXPECT_EQ(ClipAt(clips, 99), 0);
+    EXPECT_EQ(ClipAt(clips, 100), 1);
+    EXPECT_EQ(ClipAt(clips, 199), 1);
+    EXPECT_EQ(ClipAt(clips, 200), 3);
+    EXPECT_EQ(ClipAt(clips, 299), 3);
+    EXPECT_EQ(ClipAt(clips, 300), 4);
+    EXPECT_EQ(ClipAt(clips, kLastMs), 4);
+}
+
+TEST_F(PlaybackClockTest, ThePositionIsZeroWithoutAClip)
+{
+    m_engine.PositionMs = 5000;
+    EXPECT_EQ(m_clock.GetPlayerPos(), 0);
+    EXPECT_THAT(m_engine.Log, IsEmpty());
+}
+
+TEST_F(PlaybackClockTest, ThePositionCountsFromTheFirstClip)
+{
+    AddClip(5000);
+    m_track.CurrentClip = 2;
+    m_engine.PositionMs = 1234;
+    EXPECT_EQ(m_clock.GetPlayerPos(), 21'234);
+    m_engine.PositionMs = -7;
+    EXPECT_EQ(m_clock.GetPlayerPos(), 20'000);
+}
+
+TEST_F(PlaybackClockTest, ThePositionStopsAtTheLastMillisecondThereIs)
+{
+    AddClip(5000);
+    m_track.CurrentClip = 2;
+    m_engine.PositionMs = kLastMs;
+    EXPECT_EQ(m_clock.GetPlayerPos(), kLastMs);
+    m_clock.UpdatePlayer();
+    EXPECT_EQ(Picture.PlayedPacket, 6000);
+    EXPECT_THAT(m_host.Ticker, Pair(kLastMs / 1000, false));
+}
+
+TEST_F(PlaybackClockTest, TheStateIsTheEngines)
+{
+    EXPECT_EQ(m_clock.GetPlayerState(), QStringLiteral("STOPPED"));
+    m_engine.Status = SoundStatus::Paused;
+    EXPECT_EQ(m_clock.GetPlayerState(), QStringLiteral("PAUSED"));
+}
+
+TEST_F(PlaybackClockTest, ATickMovesSliderPictureAndTicker)
+{
+    m_clock.Play(0);
+    m_engine.PositionMs = 12'345;
+    m_clock.UpdatePlayer();
+    EXPECT_EQ(m_host.Value, 12'345);
+    EXPECT_EQ(Picture.PlayedPacket, 3703);
+    EXPECT_TRUE(Shows(2));
+    EXPECT_THAT(m_host.Ticker, Pair(12, true));
+    EXPECT_THAT(m_host.Refreshed, Pair(12'345, true));
+}
+
+TEST_F(PlaybackClockTest, ATickAtTheSamePositionTouchesNothing)
+{
+    PlayAt(12'345);
+    m_host.SliderWrites = 0;
+    m_clock.UpdatePlayer();
+    EXPECT_EQ(m_host.SliderWrites, 0);
+    EXPECT_EQ(Painter.Paints, 0);
+    EXPECT_THAT(m_engine.Actions(), IsEmpty());
+    EXPECT_EQ(m_host.Refreshes, 1);
+}
+
+TEST_F(PlaybackClockTest, ATickDuringALoadOnlyBlanksTheTickerAndRefreshes)
+{
+    m_clock.Play(0);
+    m_engine.PositionMs = 5000;
+    m_track.MediaLoading = true;
+    m_clock.UpdatePlayer();
+    EXPECT_THAT(m_host.Ticker, Pair(-1, false));
+    EXPECT_EQ(m_host.SliderWrites, 0);
+    EXPECT_EQ(Picture.PlayedPacket, 0);
+    EXPECT_EQ(m_host.Refreshes, 1);
+    EXPECT_THAT(m_host.Refreshed, Pair(5000, true));
+}
+
+TEST_F(PlaybackClockTest, PlayOpsToTheSamePacketMakesNoEngineCall)
+{
+    PlayAt(1000);
+    m_clock.PlayOps(300);
+    EXPECT_THAT(m_engine.Log, IsEmpty());
+    EXPECT_EQ(Painter.Paints, 0);
+}
+
+TEST_F(PlaybackClockTest, PlayOpsPaintsAtItsEndUnlessTheSoundPlays)
+{
+    m_clock.PlayOps(5000);
+    EXPECT_EQ(Painter.Paints, 1);
+    m_engine.Status = SoundStatus::Paused;
+    m_clock.PlayOps(4000);
+    EXPECT_EQ(Painter.Paints, 2);
+    m_engine.Status = SoundStatus::Playing;
+    m_clock.PlayOps(5000);
+    EXPECT_EQ(Painter.Paints, 2);
+}
+
+TEST_F(PlaybackClockTest, PlayOpsWithoutPacketsIsHarmless)
+{
+    m_track.PacketStore.Erase();
+    m_clock.PlayOps(0);
+    m_clock.PlayOps(300);
+    EXPECT_EQ(Picture.PlayedPacket, 0);
+}
+
+TEST_F(PlaybackClockTest, AStepBackByOnePacketWhilePlayingGivesTheSamePicture)
+{
+    PlayAt(10'010);
+    EXPECT_EQ(Picture.PlayedPacket, 3003);
+    m_engine.PositionMs = 10'007;
+    m_clock.UpdatePlayer();
+    EXPECT_EQ(Picture.PlayedPacket, 3002);
+    EXPECT_TRUE(Shows(2));
+    m_engine.PositionMs = 9999;
+    m_clock.UpdatePlayer();
+    EXPECT_EQ(Picture.PlayedPacket, 2999);
+    EXPECT_TRUE(Shows(1));
+}
+
+TEST_F(PlaybackClockTest, PlayLoadsSeeksAndStartsAtTheNeutralTempo)
+{
+    m_engine.Tempo = 25;
+    m_clock.Play(1500);
+    EXPECT_THAT(m_engine.Log, ElementsAre("GetSoundStatus", "GetEngineTempo", "SetEngineTempo 0",
+                                          "LoadFile clip1", "SeekSound 1500", "StartSound",
+                                          "GetSoundStatus", "SetEngineTempo 25"));
+    EXPECT_EQ(m_track.CurrentClip, 1);
+    EXPECT_FALSE(m_track.TempoHeld);
+    EXPECT_EQ(Picture.PlayedPacket, 0);
+}
+
+TEST_F(PlaybackClockTest, ASoundInMemoryIsLoadedFromThere)
+{
+    m_track.ClipList[1].Kind = ClipKind::Data;
+    m_track.ClipList[1].Data = {1, 2, 3};
+    m_clock.Play(0);
+    EXPECT_THAT(m_engine.Log, Contains("LoadMemory 3"));
+    EXPECT_THAT(m_engine.LoadedImage, ElementsAre(1, 2, 3));
+}
+
+TEST_F(PlaybackClockTest, AJumpWithinTheClipLoadsNothing)
+{
+    PlayAt(0);
+    m_clock.Jump(7000, false);
+    EXPECT_THAT(m_engine.Actions(), ElementsAre("SetEngineTempo 0", "SeekSound 7000", "StartSound",
+                                                "SetEngineTempo 0"));
+}
+
+TEST_F(PlaybackClockTest, AJumpLeavesAPausedOrStoppedSoundAsItIs)
+{
+    PlayAt(0);
+    m_engine.Status = SoundStatus::Paused;
+    m_clock.Jump(7000, false);
+    EXPECT_EQ(m_engine.Status, SoundStatus::Paused);
+    m_engine.Status = SoundStatus::Stopped;
+    m_clock.Jump(8000, false);
+    EXPECT_EQ(m_engine.Status, SoundStatus::Stopped);
+    EXPECT_EQ(m_engine.PositionMs, 8000);
+    EXPECT_THAT(m_engine.Log, Not(Contains("StartSound")));
+    m_clock.Jump(9000, true);
+    EXPECT_EQ(m_engine.Status, SoundStatus::Playing);
+}
+
+TEST_F(PlaybackClockTest, AJumpToAnotherClipLoadsItAndSeeksWithinIt)
+{
+    AddClip(5000);
+    PlayAt(0);
+    m_clock.Jump(21'500, false);
+    EXPECT_EQ(m_track.CurrentClip, 2);
+    EXPECT_THAT(m_engine.Actions(),
+                ElementsAre("SetEngineTempo 0", "LoadFile clip2", "SeekSound 1500", "StartSound",
+                            "SetEngineTempo 0"));
+    EXPECT_EQ(m_clock.GetPlayerPos(), 21'500);
+}
+
+TEST_F(PlaybackClockTest, AJumpBeforeTheFirstClipChangesNothing)
+{
+    m_track.ClipList[1].StartMs = 100;
+    m_clock.Jump(99, true);
+    EXPECT_EQ(m_track.CurrentClip, 0);
+    EXPECT_THAT(m_engine.Actions(), IsEmpty());
+    m_clock.Jump(-1, true);
+    EXPECT_THAT(m_engine.Actions(), IsEmpty());
+}
+
+TEST_F(PlaybackClockTest, TheTempoIsHeldWhileTheSoundMoves)
+{
+    // Stopping a sound that is gone refreshes the controls in the middle of the move.
+    bool held = false;
+    m_host.OnRefresh = [&] { held = m_track.TempoHeld; };
+    m_engine.Tempo = 10;
+    m_track.CurrentClip = 1;
+    m_clock.Jump(0, false);
+    EXPECT_EQ(m_host.Refreshes, 1);
+    EXPECT_TRUE(held);
+    EXPECT_FALSE(m_track.TempoHeld);
+    EXPECT_EQ(m_engine.Tempo, 10);
+}
+
+TEST_F(PlaybackClockTest, AFailedLoadStaysOnTheNewClipAndRestoresTheTempo)
+{
+    AddClip(5000);
+    PlayAt(0);
+    m_engine.Tempo = 10;
+    m_engine.LoadResults = {5};
+    m_clock.Jump(20'000, true);
+    EXPECT_EQ(m_track.CurrentClip, 2);
+    EXPECT_THAT(m_engine.Actions(),
+                ElementsAre("SetEngineTempo 0", "LoadFile clip2", "SetEngineTempo 10"));
+    EXPECT_FALSE(m_track.TempoHeld);
+    m_clock.UpdatePlayer();
+    EXPECT_EQ(m_clock.GetPlayerPos(), 20'000);
+}
+
+TEST_F(PlaybackClockTest, AMoveThatFindsNoSoundStopsOnce)
+{
+    m_engine.LoadResults = {5};
+    m_clock.Play(0);
+    ASSERT_EQ(m_engine.Status, SoundStatus::Empty);
+    Forget();
+    m_clock.Jump(5000, true);
+    EXPECT_EQ(std::ranges::count(m_engine.Log, "StopSound"), 1);
+    EXPECT_EQ(m_engine.Status, SoundStatus::Empty);
+    EXPECT_TRUE(Shows(0));
+    m_clock.StopPlaying();
+    m_clock.PlayPause();
+    EXPECT_EQ(m_engine.Status, SoundStatus::Empty);
+}
+
+TEST_F(PlaybackClockTest, PlayPauseWithoutATrackOpensTheLastOne)
+{
+    m_track.ClipList.Erase();
+    m_clock.PlayPause();
+    EXPECT_EQ(m_host.Reopenings, 1);
+    EXPECT_THAT(m_engine.Log, IsEmpty());
+}
+
+TEST_F(PlaybackClockTest, PlayPauseOnAReadyTrackPlaysFromTheStart)
+{
+    m_clock.PlayPause();
+    EXPECT_EQ(m_host.Reopenings, 0);
+    EXPECT_EQ(m_engine.Status, SoundStatus::Playing);
+    EXPECT_EQ(m_track.CurrentClip, 1);
+}
+
+TEST_F(PlaybackClockTest, PlayPausePausesWithAPaintAndResumesWithout)
+{
+    PlayAt(1000);
+    m_clock.PlayPause();
+    EXPECT_EQ(m_engine.Status, SoundStatus::Paused);
+    EXPECT_EQ(Painter.Paints, 1);
+    m_clock.PlayPause();
+    EXPECT_EQ(m_engine.Status, SoundStatus::Playing);
+    EXPECT_EQ(m_engine.PositionMs, 1000);
+    EXPECT_EQ(Painter.Paints, 1);
+    m_engine.Status = SoundStatus::Stopped;
+    m_clock.PlayPause();
+    EXPECT_EQ(m_engine.Status, SoundStatus::Playing);
+}
+
+TEST_F(PlaybackClockTest, SkippingMovesSoundSliderAndPicture)
+{
+    PlayAt(5000);
+    m_clock.SkipBy(7000);
+    EXPECT_EQ(m_engine.PositionMs, 12'000);
+    EXPECT_EQ(m_engine.Status, SoundStatus::Playing);
+    EXPECT_EQ(m_host.Value, 12'000);
+    EXPECT_EQ(Picture.PlayedPacket, 3600);
+    EXPECT_TRUE(Shows(2));
+    EXPECT_EQ(Painter.Paints, 1);
+    EXPECT_EQ(m_host.Refreshes, 1);
+    m_clock.SkipBy(-4000);
+    EXPECT_EQ(m_engine.PositionMs, 8000);
+    EXPECT_TRUE(Shows(1));
+}
+
+TEST_F(PlaybackClockTest, SkippingWhilePausedStaysPausedAndShowsThePlace)
+{
+    PlayAt(5000);
+    m_engine.Status = SoundStatus::Paused;
+    m_clock.SkipBy(7000);
+    EXPECT_EQ(m_engine.Status, SoundStatus::Paused);
+    EXPECT_TRUE(Shows(2));
+    EXPECT_GE(Painter.Paints, 1);
+    EXPECT_FALSE(Picture.PictureDirty);
+}
+
+TEST_F(PlaybackClockTest, SkippingOffTheStartGoesOnPlayingFromIt)
+{
+    PlayAt(2000);
+    m_clock.SkipBy(-5000);
+    EXPECT_EQ(m_engine.PositionMs, 0);
+    EXPECT_EQ(m_engine.Status, SoundStatus::Playing);
+    EXPECT_THAT(m_engine.Log, Not(Contains("StopSound")));
+    EXPECT_TRUE(Shows(0));
+    m_engine.PositionMs = 10;
+    m_clock.UpdatePlayer();
+    EXPECT_TRUE(Shows(1));
+}
+
+TEST_F(PlaybackClockTest, ThePictureFillsUpFromPacketOneHoweverSoonTheSoundGoesOn)
+{
+    // The sound has been heard on for some packets when the skip asks for its position.
+    class EagerEngine : public FakeAudioEngine {
+    public:
+        void SeekSound(std::int32_t positionMs) override
+        {
+            FakeAudioEngine::SeekSound(positionMs + 20);
+        }
+    } engine;
+    PlaybackClock clock(engine, m_track, Picture, Interpreter, Painter, m_host);
+    clock.Play(2000);
+    clock.UpdatePlayer();
+    clock.SkipBy(-5000);
+    EXPECT_TRUE(Shows(0));
+    clock.UpdatePlayer();
+    EXPECT_TRUE(Shows(1));
+}
+
+TEST_F(PlaybackClockTest, SkippingOffTheEndStopsAtTheStart)
+{
+    PlayAt(16'000);
+    m_clock.SkipBy(5000);
+    EXPECT_EQ(m_engine.Status, SoundStatus::Stopped);
+    EXPECT_EQ(m_engine.PositionMs, 0);
+    EXPECT_EQ(m_host.Value, 0);
+    EXPECT_TRUE(Shows(0));
+    EXPECT_EQ(Picture.PlayedPacket, 0);
+}
+
+TEST_F(PlaybackClockTest, SkippingToTheVeryEndIsStillWithin)
+{
+    PlayAt(16'000);
+    m_clock.SkipBy(4000);
+    EXPECT_EQ(m_engine.PositionMs, 20'000);
+    EXPECT_EQ(m_engine.Status, SoundStatus::Playing);
+    EXPECT_EQ(Picture.PlayedPacket, 6000);
+}
+
+TEST_F(PlaybackClockTest, SkippingBackFromBeyondTheEndReturnsToTheStartWithoutStopping)
+{
+    PlayAt(0);
+    m_engine.PositionMs = 25'000;
+    m_clock.SkipBy(-1000);
+    EXPECT_EQ(m_engine.PositionMs, 0);
+    EXPECT_EQ(m_engine.Status, SoundStatus::Playing);
+}
+
+TEST_F(PlaybackClockTest, NoSkipIsTooLong)
+{
+    PlayAt(5000);
+    m_clock.SkipBy(std::numeric_limits<std::int64_t>::max());
+    EXPECT_EQ(m_engine.Status, SoundStatus::Stopped);
+    PlayAt(5000);
+    m_clock.SkipBy(std::numeric_limits<std::int64_t>::min());
+    EXPECT_EQ(m_engine.PositionMs, 0);
+    EXPECT_EQ(m_engine.Status, SoundStatus::Playing);
+}
+
+TEST_F(PlaybackClockTest, StoppingReturnsToTheStartAndBlanks)
+{
+    PlayAt(12'000);
+    m_clock.StopPlaying();
+    EXPECT_EQ(m_engine.Status, SoundStatus::Stopped);
+    EXPECT_EQ(m_engine.PositionMs, 0);
+    EXPECT_TRUE(Shows(0));
+    EXPECT_THAT(m_host.Ticker, Pair(0, false));
+    m_clock.UpdatePlayer();
+    EXPECT_TRUE(Shows(0));
+}
+
+TEST_F(PlaybackClockTest, StoppingAtTheStartStillStopsAndBlanks)
+{
+    PlayAt(0);
+    Picture.CurrentPacket = MemoryPreset(9);
+    Interpreter.ShowCode(1);
+    m_clock.StopPlaying();
+    EXPECT_EQ(m_engine.Status, SoundStatus::Stopped);
+    EXPECT_TRUE(Shows(0));
+}
+
+TEST_F(PlaybackClockTest, StoppingALongestTrackDoesNotOverflow)
+{
+    PlayAt(5000);
+    m_track.TotalLengthMs = kLastMs;
+    m_clock.StopPlaying();
+    EXPECT_EQ(m_engine.Status, SoundStatus::Stopped);
+    EXPECT_EQ(m_engine.PositionMs, 0);
+}
+
+TEST_F(PlaybackClockTest, StoppingWithoutATrackBlanks)
+{
+    m_track = Track();
+    m_clock.StopPlaying();
+    EXPECT_TRUE(Shows(0));
+    EXPECT_THAT(m_host.Ticker, Pair(0, false));
+}
+
+TEST_F(PlaybackClockTest, PlayingAgainAfterAStopStartsOver)
+{
+    PlayAt(12'000);
+    m_clock.StopPlaying();
+    m_clock.PlayPause();
+    EXPECT_EQ(m_engine.Status, SoundStatus::Playing);
+    m_engine.PositionMs = 500;
+    m_clock.UpdatePlayer();
+    EXPECT_TRUE(Shows(1));
+}
+
+TEST_F(PlaybackClockTest, TheEndOfAClipGoesOnWithTheNext)
+{
+    AddClip(5000);
+    m_engine.SoundDone = [this] { m_clock.HandleSoundDone(); };
+    PlayAt(0);
+    m_engine.DurationMs = kLengthMs;
+    m_engine.PlayToEnd();
+    EXPECT_EQ(m_track.CurrentClip, 2);
+    EXPECT_EQ(m_engine.Status, SoundStatus::Playing);
+    EXPECT_EQ(m_clock.GetPlayerPos(), 20'000);
+    m_engine.PositionMs = 100;
+    EXPECT_EQ(m_clock.GetPlayerPos(), 20'100);
+}
+
+TEST_F(PlaybackClockTest, TheEndOfTheLastClipStops)
+{
+    AddClip(5000);
+    m_engine.SoundDone = [this] { m_clock.HandleSoundDone(); };
+    PlayAt(21'000);
+    m_engine.PlayToEnd();
+    EXPECT_EQ(m_engine.Status, SoundStatus::Stopped);
+    EXPECT_EQ(m_track.CurrentClip, 1);
+    EXPECT_EQ(m_clock.GetPlayerPos(), 0);
+    EXPECT_TRUE(Shows(0));
+}
+
+TEST_F(PlaybackClockTest, ASoundThatIsDoneButNotStoppedIsIgnored)
+{
+    AddClip(5000);
+    PlayAt(0);
+    for (const SoundStatus status :
+         {SoundStatus::Empty, SoundStatus::Playing, SoundStatus::Paused, SoundStatus{4}}) {
+        m_engine.Status = status;
+        m_clock.HandleSoundDone();
+    }
+    EXPECT_THAT(m_engine.Actions(), IsEmpty());
+    EXPECT_EQ(m_track.CurrentClip, 1);
+}
+
+TEST_F(PlaybackClockTest, ASoundDoneWithoutAClipStops)
+{
+    m_engine.Status = SoundStatus::Stopped;
+    m_clock.HandleSoundDone();
+    EXPECT_THAT(m_engine.Log, Contains("StopSound"));
+}
+
+TEST_F(PlaybackClockTest, ADraggedSliderMovesSoundAndPicture)
+{
+    PlayAt(1000);
+    m_host.Value = 15'000;
+    m_clock.HandleSliderScroll();
+    EXPECT_EQ(m_engine.PositionMs, 15'000);
+    EXPECT_EQ(m_engine.Status, SoundStatus::Playing);
+    EXPECT_TRUE(Shows(2));
+    EXPECT_EQ(Painter.Paints, 1);
+    EXPECT_EQ(m_host.CancelledScrolls, 0);
+    EXPECT_EQ(m_host.WheelChanges, 1);
+    EXPECT_EQ(m_host.Refreshes, 1);
+}
+
+TEST_F(PlaybackClockTest, ASliderDraggedToTheStartBlanks)
+{
+    PlayAt(1000);
+    m_host.Value = 0;
+    m_clock.HandleSliderScroll();
+    EXPECT_EQ(m_engine.PositionMs, 0);
+    EXPECT_TRUE(Shows(0));
+    EXPECT_EQ(m_host.WheelChanges, 1);
+    EXPECT_EQ(m_host.CancelledScrolls, 0);
+}
+
+TEST_F(PlaybackClockTest, ASliderDraggedToTheEndLetsGoWhilePlaying)
+{
+    PlayAt(1000);
+    m_host.Value = m_host.Max;
+    m_clock.HandleSliderScroll();
+    EXPECT_EQ(m_host.CancelledScrolls, 1);
+    EXPECT_EQ(m_host.WheelChanges, 1);
+    m_engine.Status = SoundStatus::Paused;
+    m_host.Value = m_host.Max;
+    m_clock.HandleSliderScroll();
+    EXPECT_EQ(m_host.CancelledScrolls, 1);
+}
+
+TEST_F(PlaybackClockTest, TheSliderDoesNothingDuringALoad)
+{
+    m_track.MediaLoading = true;
+    m_host.Value = 5000;
+    m_clock.HandleSliderScroll();
+    EXPECT_THAT(m_engine.Log, IsEmpty());
+    EXPECT_EQ(m_host.WheelChanges, 0);
+    EXPECT_EQ(m_host.Refreshes, 0);
+}
+
+TEST_F(PlaybackClockTest, PositionsBeyondThePacketsKeepTheLastPicture)
+{
+    m_track.PacketStore.Resize(4000);
+    PlayAt(19'000);
+    EXPECT_EQ(Picture.PlayedPacket, 4000);
+    EXPECT_TRUE(Shows(2));
+    m_engine.PositionMs = 19'500;
+    m_clock.UpdatePlayer();
+    EXPECT_EQ(Picture.PlayedPacket, 4000);
+}
+
+} // namespace
+
+} // namespace lantern
