@@ -1,0 +1,49 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "PulseServer.h"
+
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <span>
+#include <vector>
+
+namespace lantern::test {
+
+// What a sink played, and when each frame of it was heard.
+class Recording {
+public:
+    static constexpr int kRate = 44100;
+
+    std::vector<float> stereo; // interleaved
+    // Moments at which the server told which frame, counted in frames and parts of one, was being
+    // heard. Each is exact to a fraction of a millisecond; the sink's clock is not quite ours.
+    std::vector<std::pair<Moment, double>> marks;
+
+    std::int64_t FrameCount() const { return static_cast<std::int64_t>(stereo.size() / 2); }
+    // By the marks around it. The recording has to have marks.
+    Moment HeardAt(double frame) const;
+    std::int64_t FrameAt(Moment moment) const;
+    // How far a mark lies from what its neighbours say, at the worst: a check of the ears.
+    Clock::duration Unsteadiness() const;
+
+    // The frames heard between two moments, as a recording of their own without marks.
+    std::vector<float> Between(Moment from, Moment to) const;
+};
+
+// Records the monitor of a sink from construction on. Never misses a frame, unless the sink goes.
+class Ears {
+public:
+    Ears(const PulseServer& server, const std::string& sink);
+    ~Ears();
+
+    // What was heard so far.
+    Recording Heard() const;
+
+private:
+    struct Listener;
+    std::unique_ptr<Listener> m_listener;
+};
+
+} // namespace lantern::test

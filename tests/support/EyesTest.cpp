@@ -1,0 +1,109 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "Eyes.h"
+
+#include <gtest/gtest.h>
+
+#include <X11/Xlib.h> // last: its macros would break the others
+
+namespace lantern::test {
+namespace {
+
+// A coloured window of our own in the top left corner that remembers what it was told.
+class Card {
+public:
+    explicit Card(const XServer& server) : m_connection(server.DisplayName())
+    {
+        XSetWindowAttributes attributes = {};
+        attributes.override_redirect = True;
+        m_window =
+            XCreateWindow(m_connection.Display(), m_connection.Root(), 0, 0, 100, 100, 0,
+                          CopyFromParent, InputOutput, nullptr, CWOverrideRedirect, &attributes);
+        XSelectInput(m_connection.Display(), m_window, KeyPressMask | ButtonPressMask);
+        XMapWindow(m_connection.Display(), m_window);
+        XSetInputFocus(m_connection.Display(), m_window, RevertToNone, CurrentTime);
+        XSync(m_connection.Display(), False);
+    }
+
+    Moment Paint(unsigned long colour)
+    {
+        XSetWindowBackground(m_connection.Display(), m_window, colour);
+        XClearWindow(m_connection.Display(), m_window);
+        XSync(m_connection.Display(), False);
+        return Clock::now();
+    }
+
+    // The next key or button event within a second, as its type, code and modifiers.
+    XEvent Next()
+    {
+        XEvent event = {};
+        const long mask = KeyPressMask | ButtonPressMask;
+        Eventually(
+            [&] { return XCheckWindowEvent(m_connection.Display(), m_window, mask, &event) != 0; },
+            1s);
+        return event;
+    }
+
+    static std::string KeyName(const XEvent& event)
+    {
+        if (event.type != KeyPress)
+            return {};
+        XKeyEvent key = event.xkey;
+        return XKeysymToString(XLookupKeysym(&key, 0));
+    }
+
+private:
+    XConnection m_connection;
+    unsigned long m_window;
+};
+
+TEST(Eyes, TheySeeAChangeWithinMilliseconds)
+{
+    const XServer server(200, 200, WindowManager::Absent);
+    Card card(server);
+    Eyes eyes(server);
+    card.Paint(0x112233);
+    EXPECT_EQ(eyes.At({50, 50}), 0xFF112233U);
+    EXPECT_EQ(eyes.Screen().pixel(99, 99), 0xFF112233U);
+    EXPECT_EQ(BoundsOfColour(eyes.Screen(), 0xFF112233U), QRect(0, 0, 100, 100));
+
+    eyes.Watch({{50, 50}});
+    std::this_thread::sleep_for(50ms);
+    const Moment painted = card.Paint(0xFF0000);
+    std::this_thread::sleep_for(50ms);
+    const std::vector<Eyes::Change> changes = eyes.StopWatching();
+    ASSERT_EQ(changes.size(), 2U);
+    EXPECT_EQ(changes[0].colour, 0xFF112233U);
+    EXPECT_EQ(changes[1].colour, 0xFFFF0000U);
+    EXPECT_LT(changes[1].lastSeenBefore, painted);
+    EXPECT_LT(std::abs(Milliseconds(changes[1].firstSeen - painted)), 20.0);
+}
+
+TEST(Hand, KeysButtonsAndWheelArrive)
+{
+    const XServer server(200, 200, WindowManager::Absent);
+    Card card(server);
+    Hand hand(server);
+    hand.Key("p");
+    EXPECT_EQ(Card::KeyName(card.Next()), "p");
+
+    hand.Key("ctrl+q");
+    EXPECT_EQ(Card::KeyName(card.Next()), "Control_L");
+    const XEvent key = card.Next();
+    EXPECT_EQ(Card::KeyName(key), "q");
+    EXPECT_EQ(key.xkey.state, static_cast<unsigned>(ControlMask));
+
+    hand.Key("plus"); // Shift and equals on this keyboard
+    EXPECT_EQ(Card::KeyName(card.Next()), "Shift_L");
+    EXPECT_EQ(Card::KeyName(card.Next()), "equal");
+
+    hand.Click({10, 20});
+    const XEvent click = card.Next();
+    EXPECT_EQ(click.type, ButtonPress);
+    EXPECT_EQ(click.xbutton.x, 10);
+    EXPECT_EQ(click.xbutton.y, 20);
+    hand.Wheel(-1);
+    EXPECT_EQ(card.Next().xbutton.button, 5U);
+}
+
+} // namespace
+} // namespace lantern::test

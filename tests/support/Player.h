@@ -1,0 +1,74 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "XServer.h"
+
+#include <QRect>
+
+#include <string>
+#include <vector>
+
+namespace lantern::test {
+
+// The folders of a user of the player: settings, run-time files, home.
+class PlayerHome {
+public:
+    PlayerHome();
+
+    EnvironmentChanges Environment() const;
+    std::filesystem::path SettingsFile() const;
+    // The value of a setting in the file; empty if it is not there.
+    std::string Setting(const std::string& key) const;
+    const std::filesystem::path& Folder() const { return m_folder.Path(); }
+
+private:
+    ScratchFolder m_folder;
+};
+
+struct PlayerStart {
+    std::vector<std::string> arguments = {};
+    EnvironmentChanges environment = {}; // beyond display, sound and home
+};
+
+// The real program on a display, with a sound server and the folders of a user. Does not wait for
+// the window; what asks for it does.
+class Player {
+public:
+    struct Window {
+        unsigned long id = 0;
+        std::string title;
+    };
+
+    Player(const XServer& screen, const EnvironmentChanges& sound, const PlayerHome& home,
+           const PlayerStart& start = {});
+    ~Player();
+
+    static std::string ProgramPath();
+
+    Process& Program() { return m_process; }
+    std::string Log() const { return ReadFile(m_log); }
+
+    // The windows of the program on the screen: the main window, message boxes, options.
+    std::vector<Window> Windows() const;
+    // Waits until the main window is there and has the keyboard. False if it never comes.
+    bool AwaitWindow(Clock::duration atMost = 10s);
+    bool AwaitWindowTitled(const std::string& title, Clock::duration atMost = 10s) const;
+    QRect WindowArea() const; // of the main window, on the screen
+    bool IsFullScreen() const;
+
+    // Asks the main window for a sign of life, which the program's event loop gives. Nothing if
+    // there is none within the time.
+    std::optional<Clock::duration> AnswerTime(Clock::duration atMost = 1s) const;
+    // Asks the window to close, as a window manager's button would.
+    void AskToClose() const;
+
+private:
+    unsigned long MainWindow() const;
+    void SendToMainWindow(const char* protocol, long stamp) const;
+
+    XConnection m_connection;
+    std::filesystem::path m_log;
+    Process m_process;
+};
+
+} // namespace lantern::test
