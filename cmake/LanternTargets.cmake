@@ -67,6 +67,23 @@ function(lantern_test name)
             ENVIRONMENT_MODIFICATION "QT_FONT_DPI=set:96" ${arg_PROPERTIES})
 endfunction()
 
+# lantern_test_at_ratios(NAME FILTER ratio...)
+# The cases of a test program that fit the filter, once more on screens with that many device
+# pixels to each pixel of the layout.
+function(lantern_test_at_ratios name filter)
+    set(prefix "")
+    if(LANTERN_SANITIZE)
+        set(prefix "sanitized.")
+    endif()
+    foreach(ratio ${ARGN})
+        gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60
+            TEST_PREFIX "${prefix}" TEST_SUFFIX ".at${ratio}x" TEST_FILTER "${filter}"
+            TEST_LIST ${name}_at_${ratio}x
+            PROPERTIES TIMEOUT 120 ENVIRONMENT "QT_QPA_PLATFORM=offscreen"
+                ENVIRONMENT_MODIFICATION "QT_SCALE_FACTOR=set:${ratio}")
+    endforeach()
+endfunction()
+
 # Adds each folder that has a CMakeLists.txt.
 function(lantern_add_folders)
     foreach(folder ${ARGN})

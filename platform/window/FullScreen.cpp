@@ -1,0 +1,53 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "FullScreen.h"
+
+#include <QScreen>
+#include <QWidget>
+
+namespace lantern {
+namespace {
+
+// A window manager answers within a few frames.
+constexpr int kSettleMs = 250;
+
+} // namespace
+
+FullScreen::FullScreen(QWidget& window) : m_window(window)
+{
+    m_settleTimer.setSingleShot(true);
+    m_settleTimer.setInterval(kSettleMs);
+    QObject::connect(&m_settleTimer, &QTimer::timeout, &m_window, [this] { FillScreen(); });
+}
+
+bool FullScreen::IsOn() const
+{
+    return m_window.isFullScreen();
+}
+
+void FullScreen::Enter()
+{
+    if (IsOn())
+        return;
+    // Read while it still is the normal one: on the way back it is too late.
+    m_normalGeometry = m_window.geometry();
+    m_window.setWindowState(m_window.windowState() | Qt::WindowFullScreen);
+    m_settleTimer.start();
+}
+
+void FullScreen::Leave()
+{
+    const bool wasOn = IsOn();
+    m_window.setWindowState(m_window.windowState() & ~(Qt::WindowFullScreen | Qt::WindowMaximized));
+    // The window system answers later; the layout needs the geometry now.
+    if (wasOn && m_normalGeometry.isValid())
+        m_window.setGeometry(m_normalGeometry);
+}
+
+void FullScreen::FillScreen()
+{
+    const QScreen* screen = m_window.screen();
+    if (IsOn() && m_window.isVisible() && screen && m_window.size() != screen->size())
+        m_window.setGeometry(screen->geometry());
+}
+
+} // namespace lantern

@@ -1,0 +1,86 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "PictureSurface.h"
+
+#include <QPaintEvent>
+#include <QPainter>
+
+#include <cmath>
+
+namespace lantern {
+namespace {
+
+// The smallest rectangle of whole units that holds a rectangle scaled by the factor.
+QRect ScaledOutward(const QRect& rect, qreal factor)
+{
+    return QRectF(rect.x() * factor, rect.y() * factor, rect.width() * factor,
+                  rect.height() * factor)
+        .toAlignedRect();
+}
+
+// Turns the painter's unit into one device pixel and puts its origin on a whole one, so that an
+// image is copied pixel by pixel at every ratio, 1.5 included.
+void UseDevicePixels(QPainter& painter, qreal ratio)
+{
+    painter.scale(1 / ratio, 1 / ratio);
+    const QTransform device = painter.deviceTransform();
+    painter.translate(std::round(device.dx()) - device.dx(), std::round(device.dy()) - device.dy());
+}
+
+} // namespace
+
+PictureSurface::PictureSurface(QWidget* parent) : QWidget(parent)
+{
+    setAttribute(Qt::WA_OpaquePaintEvent);
+}
+
+void PictureSurface::FitImage()
+{
+    const qreal ratio = devicePixelRatioF();
+    const QSize wanted(static_cast<int>(std::lround(width() * ratio)),
+                       static_cast<int>(std::lround(height() * ratio)));
+    if (m_image.size() == wanted && m_ratio == ratio)
+        return;
+    m_ratio = ratio;
+    m_image = QImage(wanted, QImage::Format_RGB32);
+    m_image.fill(m_backColor);
+    ++m_generation;
+}
+
+SurfaceImage PictureSurface::Image()
+{
+    FitImage();
+    if (m_image.isNull())
+        return {};
+    return {.pixels = reinterpret_cast<std::uint32_t*>(m_image.bits()),
+            .width = m_image.width(),
+            .height = m_image.height(),
+            .stride = static_cast<int>(m_image.bytesPerLine() / 4),
+            .devicePixelRatio = devicePixelRatioF(),
+            .generation = m_generation};
+}
+
+void PictureSurface::Changed(const DeviceRect& rect)
+{
+    update(ScaledOutward({rect.left, rect.top, rect.width, rect.height}, 1 / devicePixelRatioF()));
+}
+
+void PictureSurface::SetBackColor(QRgb colour)
+{
+    m_backColor = colour;
+}
+
+void PictureSurface::paintEvent(QPaintEvent* event)
+{
+    if (PaintPicture)
+        PaintPicture();
+    FitImage();
+    const qreal ratio = devicePixelRatioF();
+    QPainter painter(this);
+    UseDevicePixels(painter, ratio);
+    for (const QRect& exposed : event->region()) {
+        const QRect part = ScaledOutward(exposed, ratio) & m_image.rect();
+        painter.drawImage(part.topLeft(), m_image, part);
+    }
+}
+
+} // namespace lantern

@@ -1,0 +1,44 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "VirtualBuffers.h"
+
+#include <QImage>
+#include <QRgb>
+#include <QWidget>
+
+#include <functional>
+
+namespace lantern {
+
+// The widget that the picture is scaled onto. It keeps what was drawn as an image in device
+// pixels, so that an exposed part is one copy, and a change costs only its own rectangle.
+//
+// The image is replaced when the widget's size or the screen's ratio of pixels changes; its
+// contents are then lost, which the generation tells whoever draws.
+class PictureSurface : public QWidget, public ScaleSurface {
+public:
+    explicit PictureSurface(QWidget* parent);
+
+    SurfaceImage Image() override;
+    void Changed(const DeviceRect& rect) override;
+
+    QRgb BackColor() const { return m_backColor; }
+    void SetBackColor(QRgb colour);
+
+    // Called at the start of each paint event: the moment to bring the image up to date.
+    std::function<void()> PaintPicture;
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    void FitImage();
+
+    QImage m_image;
+    qreal m_ratio = 0; // device pixels per unit when the image was made
+    QRgb m_backColor = 0xFF000000;
+    std::uint64_t m_generation = 0;
+};
+
+} // namespace lantern
