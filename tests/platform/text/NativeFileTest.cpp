@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "NativeFile.h"
 
-#include <QFile>
-#include <QTemporaryDir>
+#include "PathText.h"
+#include "Process.h"
 
 #include <array>
 #include <fcntl.h>
@@ -16,21 +16,19 @@ namespace {
 
 class NativeFileTest : public ::testing::Test {
 protected:
-    QString In(const QString& name) const { return m_folder.filePath(name); }
-    void Make(const QString& name, const QByteArray& bytes)
+    QString In(const char* name) const
     {
-        QFile file(In(name));
-        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-        ASSERT_EQ(file.write(bytes), bytes.size());
+        return TextFromNative((m_folder / name).native().c_str());
     }
+    void Make(const char* name, const char* bytes) { test::WriteFile(m_folder / name, bytes); }
 
-    QTemporaryDir m_folder;
+    test::ScratchFolder m_folder;
 };
 
 TEST_F(NativeFileTest, ReadsOnFromWhereTheLastReadEnded)
 {
-    Make(QStringLiteral("a"), "abcde");
-    auto file = NativeFile::OpenForReading(In(QStringLiteral("a")));
+    Make("a", "abcde");
+    auto file = NativeFile::OpenForReading(In("a"));
     ASSERT_TRUE(file);
     EXPECT_EQ(file->Size(), 5);
     std::array<std::uint8_t, 3> bytes = {};
@@ -43,26 +41,26 @@ TEST_F(NativeFileTest, ReadsOnFromWhereTheLastReadEnded)
 
 TEST_F(NativeFileTest, TheNameIsFoundWhateverItsLetterCase)
 {
-    Make(QStringLiteral("Song.Mp3"), "x");
-    EXPECT_TRUE(NativeFile::OpenForReading(In(QStringLiteral("song.MP3"))));
+    Make("Song.Mp3", "x");
+    EXPECT_TRUE(NativeFile::OpenForReading(In("song.MP3")));
 }
 
 TEST_F(NativeFileTest, FoldersFifosAndDevicesDontOpen)
 {
-    ASSERT_EQ(mkfifo(In(QStringLiteral("fifo")).toUtf8().constData(), 0600), 0);
-    EXPECT_FALSE(NativeFile::OpenForReading(In(QStringLiteral("fifo"))));
-    EXPECT_FALSE(NativeFile::OpenForReading(m_folder.path()));
+    ASSERT_EQ(mkfifo((m_folder / "fifo").c_str(), 0600), 0);
+    EXPECT_FALSE(NativeFile::OpenForReading(In("fifo")));
+    EXPECT_FALSE(NativeFile::OpenForReading(In("")));
     EXPECT_FALSE(NativeFile::OpenForReading(QStringLiteral("/dev/zero")));
-    EXPECT_FALSE(NativeFile::OpenForReading(In(QStringLiteral("none"))));
+    EXPECT_FALSE(NativeFile::OpenForReading(In("none")));
     EXPECT_FALSE(NativeFile::OpenForReading(QString()));
 }
 
 TEST_F(NativeFileTest, TheDescriptorIsClosedForProgramsThatAreStartedAndWhenTheFileGoes)
 {
-    Make(QStringLiteral("a"), "x");
+    Make("a", "x");
     int descriptor = -1;
     {
-        auto opened = NativeFile::OpenForReading(In(QStringLiteral("a")));
+        auto opened = NativeFile::OpenForReading(In("a"));
         ASSERT_TRUE(opened);
         const NativeFile moved = std::move(*opened);
         descriptor = moved.Descriptor();

@@ -2,9 +2,7 @@
 #include "PathHelpers.h"
 
 #include "PathText.h"
-
-#include <QFile>
-#include <QTemporaryDir>
+#include "Process.h"
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>
@@ -15,22 +13,20 @@ namespace {
 
 class FileCheckTest : public ::testing::Test {
 protected:
-    QString In(const QString& name) const { return m_folder.filePath(name); }
-    void Make(const QString& name)
-    {
-        QFile file(In(name));
-        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    }
+    QString Folder() const { return TextFromNative(m_folder.Path().native().c_str()); }
+    QString In(const QString& name) const { return Folder() + u'/' + name; }
+    QByteArray Native(const QString& name) const { return NativeFromText(In(name)); }
+    void Make(const QString& name) { test::WriteFile(Native(name).toStdString(), ""); }
 
-    QTemporaryDir m_folder;
+    test::ScratchFolder m_folder;
 };
 
 TEST_F(FileCheckTest, TellsFilesFoldersAndNothingApart)
 {
     Make(QStringLiteral("a.cdg"));
     EXPECT_EQ(FileCheck(In(QStringLiteral("a.cdg"))), QStringLiteral("FILE"));
-    EXPECT_EQ(FileCheck(m_folder.path()), QStringLiteral("DIR"));
-    EXPECT_EQ(FileCheck(m_folder.path() + u'/'), QStringLiteral("DIR"));
+    EXPECT_EQ(FileCheck(Folder()), QStringLiteral("DIR"));
+    EXPECT_EQ(FileCheck(Folder() + u'/'), QStringLiteral("DIR"));
     EXPECT_EQ(FileCheck(QStringLiteral("/")), QStringLiteral("DIR"));
     EXPECT_EQ(FileCheck(In(QStringLiteral("b.cdg"))), QString());
     EXPECT_EQ(FileCheck(QString()), QString());
@@ -39,15 +35,15 @@ TEST_F(FileCheckTest, TellsFilesFoldersAndNothingApart)
 
 TEST_F(FileCheckTest, ADanglingLinkIsNothingAndALinkToAFolderIsAFolder)
 {
-    ASSERT_EQ(symlink("/no/such/file", In(QStringLiteral("dangling")).toUtf8().constData()), 0);
-    ASSERT_EQ(symlink("/", In(QStringLiteral("root")).toUtf8().constData()), 0);
+    ASSERT_EQ(symlink("/no/such/file", Native(QStringLiteral("dangling")).constData()), 0);
+    ASSERT_EQ(symlink("/", Native(QStringLiteral("root")).constData()), 0);
     EXPECT_EQ(FileCheck(In(QStringLiteral("dangling"))), QString());
     EXPECT_EQ(FileCheck(In(QStringLiteral("root"))), QStringLiteral("DIR"));
 }
 
 TEST_F(FileCheckTest, AFifoIsAFileAndIsLookedAtWithoutWaiting)
 {
-    ASSERT_EQ(mkfifo(In(QStringLiteral("a.mp3")).toUtf8().constData(), 0600), 0);
+    ASSERT_EQ(mkfifo(Native(QStringLiteral("a.mp3")).constData(), 0600), 0);
     EXPECT_EQ(FileCheck(In(QStringLiteral("a.mp3"))), QStringLiteral("FILE"));
 }
 
@@ -60,11 +56,9 @@ TEST_F(FileCheckTest, NeitherLetterCaseNorTheFormOfAccentsCounts)
 
 TEST_F(FileCheckTest, NamesOfAnyBytesAreFound)
 {
-    const QByteArray native = m_folder.path().toUtf8() + "/\xFF\xE9.cdg";
-    FILE* file = fopen(native.constData(), "w");
-    ASSERT_NE(file, nullptr);
-    fclose(file);
-    EXPECT_EQ(FileCheck(TextFromNative(native)), QStringLiteral("FILE"));
+    const QString name = TextFromNative("\xFF\xE9.cdg");
+    Make(name);
+    EXPECT_EQ(FileCheck(In(name)), QStringLiteral("FILE"));
 }
 
 TEST(FileExtension, IsTheLowerCaseTextBehindTheLastDot)

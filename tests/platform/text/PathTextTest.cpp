@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "PathText.h"
 
-#include <QFile>
-#include <QTemporaryDir>
+#include "Process.h"
 
 #include <gtest/gtest.h>
 #include <random>
@@ -59,15 +58,18 @@ class ResolveNameTest : public ::testing::Test {
 protected:
     QString Make(const QByteArray& name)
     {
-        const QByteArray path = m_folder.path().toUtf8() + '/' + name;
+        const QByteArray path = NativeFromText(In(TextFromNative(name)));
         FILE* file = fopen(path.constData(), "w");
         EXPECT_NE(file, nullptr);
         fclose(file);
         return TextFromNative(path);
     }
-    QString In(const QString& name) const { return m_folder.path() + u'/' + name; }
+    QString In(const QString& name) const
+    {
+        return TextFromNative(m_folder.Path().native().c_str()) + u'/' + name;
+    }
 
-    QTemporaryDir m_folder;
+    test::ScratchFolder m_folder;
 };
 
 TEST_F(ResolveNameTest, TheExactNameComesFirst)
