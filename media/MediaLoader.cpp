@@ -50,8 +50,8 @@ QString RealName(const QString& path)
 
 } // namespace
 
-MediaLoader::MediaLoader(Track& track, AudioEngine& engine, MediaHost& host)
-    : m_track(track), m_engine(engine), m_host(host)
+MediaLoader::MediaLoader(Track& track, AudioEngine& engine, MediaHost& host, MediaLimits limits)
+    : m_track(track), m_engine(engine), m_host(host), m_limits(limits)
 {
 }
 
@@ -148,7 +148,7 @@ void MediaLoader::BalanceLengths()
         m_track.TotalLengthMs = SumOfLengths(m_track.TotalLengthMs, silence.LengthMs);
     } else if (expected > count) {
         // Beyond the limit the picture stays as it is; the audio plays on.
-        m_track.PacketStore.Resize(std::max(count, std::min(expected, kMaxPackets)));
+        m_track.PacketStore.Resize(std::max(count, std::min(expected, m_limits.packets)));
     }
 }
 
@@ -189,7 +189,7 @@ void MediaLoader::AddSilence(std::int32_t lengthMs)
 {
     AudioClip clip;
     clip.Kind = ClipKind::Data;
-    clip.LengthMs = std::clamp(lengthMs, 0, kMaxSilenceMs);
+    clip.LengthMs = std::clamp(lengthMs, 0, m_limits.silenceMs);
     const std::int32_t audioBytes = RoundToEven(clip.LengthMs / 1000.0 * kDiscBytesPerSecond);
     m_track.ClipList.Add(std::move(clip));
     WriteWavHeader(m_track.ClipCount(), audioBytes);
@@ -207,7 +207,7 @@ std::size_t MediaLoader::WriteWavHeader(std::int32_t clip, std::int32_t audioByt
 void MediaLoader::AppendPackets(std::span<const std::uint8_t> bytes)
 {
     const PacketIndex oldCount = m_track.PacketCount();
-    const std::size_t room = static_cast<std::size_t>(std::max(0, kMaxPackets - oldCount));
+    const std::size_t room = static_cast<std::size_t>(std::max(0, m_limits.packets - oldCount));
     const std::size_t added = std::min(bytes.size() / kPacketSize, room);
     if (added == 0)
         return;
@@ -218,7 +218,7 @@ void MediaLoader::AppendPackets(std::span<const std::uint8_t> bytes)
 std::size_t MediaLoader::ReadBinaryFile(const QString& path)
 {
     std::optional<NativeFile> file = NativeFile::OpenForReading(path);
-    if (!file || file->Size() <= 0 || file->Size() > kMaxFileBytes)
+    if (!file || file->Size() <= 0 || file->Size() > m_limits.fileBytes)
         return 0;
     m_fileBuffer.resize(static_cast<std::size_t>(file->Size()));
     return ReadInPieces(*file, m_fileBuffer, kReadPieceBytes);

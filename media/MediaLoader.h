@@ -31,22 +31,21 @@ public:
     virtual void RememberLastPlayed(const QString& path) = 0;
 };
 
+// What bounds the memory of a track, whatever its files say.
+struct MediaLimits {
+    std::int64_t fileBytes = std::int64_t{1} << 30; // a larger file counts as unreadable
+    std::int32_t packets = (1 << 30) / static_cast<std::int32_t>(kPacketSize);
+    // Longer than any disc (99 minutes and 59 seconds), and a gigabyte of zeros already.
+    std::int32_t silenceMs = 100 * 60 * 1000;
+};
+
 // Turns a path into the loaded track: sorts it by extension, fills the packets and the clips from
 // the files, and makes the two equally long in time. A load runs from start to end within one
 // call. What is wrong inside a file ends in a shorter or an empty track, never in a message.
-//
-// Sizes are bounded: a file of more than kMaxFileBytes counts as unreadable, packets beyond
-// kMaxPackets are not stored, and generated silence ends after kMaxSilenceMs.
 class MediaLoader {
 public:
-    static constexpr std::int64_t kMaxFileBytes = std::int64_t{1} << 30;
-    static constexpr std::int32_t kMaxPackets =
-        static_cast<std::int32_t>(kMaxFileBytes / static_cast<std::int64_t>(kPacketSize));
-    // Longer than any disc (99 minutes and 59 seconds), and a gigabyte of zeros already.
-    static constexpr std::int32_t kMaxSilenceMs = 100 * 60 * 1000;
-
     // All three are borrowed and outlive the loader.
-    MediaLoader(Track& track, AudioEngine& engine, MediaHost& host);
+    MediaLoader(Track& track, AudioEngine& engine, MediaHost& host, MediaLimits limits = {});
 
     // Clears the old track, loads the path and plays it. Double quotes in the path are dropped.
     void OpenMedia(const QString& path);
@@ -77,6 +76,7 @@ private:
     Track& m_track;
     AudioEngine& m_engine;
     MediaHost& m_host;
+    MediaLimits m_limits;
     std::vector<std::uint8_t> m_fileBuffer; // the file or archive member last read
 };
 
