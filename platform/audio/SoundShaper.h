@@ -1,0 +1,93 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "SoundDecoder.h"
+
+#include <array>
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <span>
+#include <vector>
+
+namespace RubberBand {
+class RubberBandStretcher;
+}
+
+namespace lantern {
+
+// How a sound is played: each independent of the other.
+struct SoundShape {
+    int keySemitones = 0;
+    double speed = 1.0; // frames of the sound for each frame of the output
+
+    bool IsNeutral() const { return *this == SoundShape{}; }
+    bool operator==(const SoundShape&) const = default;
+};
+
+// The shape for the numbers of the controls, limited to what can be played.
+SoundShape ShapeFor(int semitones, float tempoPercent);
+
+// Turns a sound into what is played of it, in another key and at another speed. A neutral shape
+// passes the samples bit for bit.
+//
+// A change of shape does not steer the running stretcher: that lets the place drift away from the
+// one computed by up to a tenth of a second. The stretcher starts afresh instead, led in with the
+// sound that precedes the place, and a crossfade of 10 milliseconds joins the two. So the first
+// frame after Start or Change is the sound's frame SegmentStart, and each frame after it is one
+// step of the speed further, to 5 milliseconds at every moment.
+//
+// One thread at a time; any call but Render at a neutral shape may take some milliseconds.
+class SoundShaper {
+public:
+    struct Block {
+        int frames = 0;
+        bool atEnd = false;  // the sound ends after these frames
+        bool notYet = false; // fewer frames than asked because they are still being decoded
+    };
+
+    SoundShaper();
+    ~SoundShaper();
+
+    // The sound is borrowed until the next Start or Stop.
+    void Start(SoundDecoder& sound, std::int64_t mediaFrame, SoundShape shape);
+    void Change(SoundShape shape);
+    void Stop() { m_sound = nullptr; }
+
+    const SoundShape& Shape() const { return m_shape; }
+    std::int64_t SegmentStart() const { return m_segmentStart; }
+
+    Block Render(std::span<float> stereo);
+
+private:
+    void Prime(std::int64_t mediaFrame, SoundShape shape);
+    void PrepareStretcher();
+    Block RenderSegment(std::span<float> stereo);
+    Block RenderNeutral(std::span<float> stereo);
+    Block RenderStretched(std::span<float> stereo);
+    std::optional<std::int64_t> SegmentLength() const;
+    int Retrieve(std::span<float> stereo);
+    bool Feed();
+    void MixTail(std::span<float> stereo);
+
+    static constexpr int kMostFedFrames = 256;
+
+    SoundDecoder* m_sound = nullptr;
+    SoundShape m_shape;
+    std::int64_t m_segmentStart = 0;
+    std::int64_t m_segmentFrames = 0; // rendered since the segment's start
+    std::optional<std::int64_t> m_soundEnd;
+
+    std::unique_ptr<RubberBand::RubberBandStretcher> m_stretcher;
+    int m_stretcherRate = 0;
+    std::int64_t m_nextFed = 0; // negative: the silence before the sound
+    int m_framesToDrop = 0;
+    std::array<float, 2 * kMostFedFrames> m_interleaved = {};
+    std::array<float, kMostFedFrames> m_left = {};
+    std::array<float, kMostFedFrames> m_right = {};
+
+    std::vector<float> m_tail; // what the former shape would have played on
+    std::size_t m_tailMixed = 0;
+};
+
+} // namespace lantern

@@ -1,0 +1,281 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "SoundShaper.h"
+
+#include "MemoryDecoder.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <limits>
+#include <numbers>
+#include <random>
+
+namespace lantern {
+namespace {
+
+using test::MemoryDecoder;
+
+constexpr int kRate = 44100;
+
+std::vector<float> Noise(std::size_t frames)
+{
+    std::mt19937 random(7);
+    std::uniform_real_distribution<float> level(-0.5F, 0.5F);
+    std::vector<float> stereo(frames * 2);
+    std::ranges::generate(stereo, [&] { return level(random); });
+    return stereo;
+}
+
+std::vector<float> Sine(std::size_t frames, double hertz)
+{
+    std::vector<float> stereo(frames * 2);
+    for (std::size_t i = 0; i < frames; ++i) {
+        const double angle = 2.0 * std::numbers::pi * hertz * static_cast<double>(i) / kRate;
+        stereo[2 * i] = stereo[2 * i + 1] = static_cast<float>(0.5 * std::sin(angle));
+    }
+    return stereo;
+}
+
+// Silence with a short burst every quarter of a second, the first after one.
+constexpr std::int64_t kBurstEvery = kRate / 4;
+std::vector<float> Bursts(std::size_t count)
+{
+    std::vector<float> stereo((count + 1) * kBurstEvery * 2);
+    for (std::size_t burst = 1; burst <= count; ++burst) {
+        for (std::size_t i = 0; i < kRate / 200; ++i) {
+            const double angle = 2.0 * std::numbers::pi * 1000.0 * static_cast<double>(i) / kRate;
+            const std::size_t at = 2 * (burst * kBurstEvery + i);
+            stereo[at] = stereo[at + 1] = static_cast<float>(0.6 * std::sin(angle));
+        }
+    }
+    return stereo;
+}
+
+// Everything that is left, at most so many frames.
+std::vector<float> RenderAll(SoundShaper& shaper, std::size_t atMost)
+{
+    std::vector<float> heard(atMost * 2);
+    std::size_t frames = 0;
+    while (frames < atMost) {
+        const std::size_t piece = std::min<std::size_t>(256, atMost - frames);
+        const auto block = shaper.Render(std::span(heard).subspan(frames * 2, piece * 2));
+        frames += static_cast<std::size_t>(block.frames);
+        if (block.atEnd || block.notYet) {
+            break;
+        }
+    }
+    heard.resize(frames * 2);
+    return heard;
+}
+
+// Where bursts lie in the middle of their loudness.
+std::vector<double> BurstCentres(std::span<const float> stereo)
+{
+    std::vector<double> centres;
+    double sum = 0.0;
+    double weighted = 0.0;
+    std::size_t quiet = kRate;
+    for (std::size_t i = 0; i < stereo.size() / 2; ++i) {
+        const double level =
+            static_cast<double>(stereo[2 * i]) * static_cast<double>(stereo[2 * i]);
+        quiet = level > 0.002 ? 0 : quiet + 1;
+        if (quiet < 1500) {
+            sum += level;
+            weighted += level * static_cast<double>(i);
+        } else if (sum > 0.0) {
+            centres.push_back(weighted / sum);
+            sum = weighted = 0.0;
+        }
+    }
+    return centres;
+}
+
+double SharpestBend(std::span<const float> stereo)
+{
+    double sharpest = 0.0;
+    for (std::size_t i = 4; i < stereo.size(); ++i) {
+        const double bend = static_cast<double>(stereo[i]) -
+                            2.0 * static_cast<double>(stereo[i - 2]) +
+                            static_cast<double>(stereo[i - 4]);
+        sharpest = std::max(sharpest, std::abs(bend));
+    }
+    return sharpest;
+}
+
+TEST(SoundShaper, ControlsOutOfRangeAreLimitedToWhatCanBePlayed)
+{
+    EXPECT_EQ(ShapeFor(3, -20), (SoundShape{3, 0.8}));
+    EXPECT_EQ(ShapeFor(99, 500), (SoundShape{10, 1.9}));
+    EXPECT_EQ(ShapeFor(-99, -500).keySemitones, -10);
+    EXPECT_NEAR(ShapeFor(0, -500).speed, 0.1, 1e-12);
+    EXPECT_EQ(ShapeFor(0, std::numeric_limits<float>::quiet_NaN()), SoundShape{});
+    EXPECT_TRUE(ShapeFor(0, 0).IsNeutral());
+}
+
+TEST(SoundShaper, ANeutralShapePassesTheSoundBitForBitToItsEnd)
+{
+    const std::vector<float> noise = Noise(10'000);
+    MemoryDecoder sound(noise);
+    SoundShaper shaper;
+    shaper.Start(sound, 1234, {});
+    EXPECT_EQ(RenderAll(shaper, 20'000), std::vector<float>(noise.begin() + 1234 * 2, noise.end()));
+}
+
+TEST(SoundShaper, ABurstComesWhereItsFrameIsInEveryShape)
+{
+    MemoryDecoder sound(Bursts(6));
+    SoundShaper shaper;
+    for (const SoundShape shape : {SoundShape{-10, 1.0}, SoundShape{10, 1.0}, SoundShape{0, 0.5},
+                                   SoundShape{0, 1.9}, SoundShape{3, 0.8}, SoundShape{-5, 1.3}}) {
+        // From the middle of the sound, so that what precedes it counts too.
+        const std::int64_t start = kBurstEvery * 3 / 2;
+        shaper.Start(sound, start, shape);
+        const std::vector<double> centres = BurstCentres(RenderAll(shaper, kRate * 4));
+        ASSERT_EQ(centres.size(), 5U) << shape.keySemitones << " " << shape.speed;
+        for (std::size_t i = 0; i < centres.size(); ++i) {
+            const double media = static_cast<double>(start) + centres[i] * shape.speed;
+            const double burst =
+                static_cast<double>(kBurstEvery) * static_cast<double>(i + 2) + 110;
+            EXPECT_NEAR(media, burst, 0.006 * kRate) << shape.keySemitones << " " << shape.speed;
+        }
+    }
+}
+
+TEST(SoundShaper, ThePlaceDoesNotDriftOverManyChanges)
+{
+    MemoryDecoder sound(Bursts(40));
+    SoundShaper shaper;
+    shaper.Start(sound, 0, {});
+    std::vector<float> heard;
+    std::vector<std::pair<double, double>> segments; // output frame, media frame
+    std::vector<double> speeds;
+    for (int change = 0; change < 60; ++change) {
+        const SoundShape shape = ShapeFor(change % 5 - 2, static_cast<float>(change * 7 % 90 - 40));
+        shaper.Change(shape);
+        segments.emplace_back(heard.size() / 2, shaper.SegmentStart());
+        speeds.push_back(shape.speed);
+        const std::vector<float> piece = RenderAll(shaper, 6000);
+        heard.insert(heard.end(), piece.begin(), piece.end());
+    }
+    const std::vector<double> centres = BurstCentres(heard);
+    ASSERT_GT(centres.size(), 25U);
+    for (const double centre : centres) {
+        std::size_t i = segments.size() - 1;
+        while (segments[i].first > centre) {
+            --i;
+        }
+        const double media = segments[i].second + (centre - segments[i].first) * speeds[i] - 110;
+        EXPECT_NEAR(std::remainder(media, kBurstEvery), 0.0, 0.008 * kRate);
+    }
+}
+
+TEST(SoundShaper, TheKeyChangesThePitchAndTheTempoDoesNot)
+{
+    MemoryDecoder sound(Sine(3 * kRate, 440.0));
+    SoundShaper shaper;
+    const auto crossings = [&](SoundShape shape) {
+        shaper.Start(sound, kRate, shape);
+        const std::vector<float> heard = RenderAll(shaper, kRate / 2);
+        int count = 0;
+        for (std::size_t i = 2; i < heard.size(); i += 2) {
+            count += heard[i - 2] < 0.0F && heard[i] >= 0.0F ? 1 : 0;
+        }
+        return count;
+    };
+    EXPECT_NEAR(crossings({0, 0.8}), 220, 2);
+    EXPECT_NEAR(crossings({0, 1.5}), 220, 2);
+    EXPECT_NEAR(crossings({12 - 2, 1.0}), 220 * std::exp2(10 / 12.0), 3);
+    EXPECT_NEAR(crossings({-10, 1.0}), 220 * std::exp2(-10 / 12.0), 2);
+    EXPECT_NEAR(crossings({3, 0.8}), 220 * std::exp2(3 / 12.0), 2);
+}
+
+TEST(SoundShaper, AChangeMakesNoClick)
+{
+    MemoryDecoder sound(Sine(20 * kRate, 440.0));
+    SoundShaper shaper;
+    shaper.Start(sound, kRate, {});
+    std::vector<float> heard = RenderAll(shaper, 5000);
+    for (const SoundShape shape : {SoundShape{3, 1.0}, SoundShape{3, 0.8}, SoundShape{0, 1.0},
+                                   SoundShape{0, 1.5}, SoundShape{-10, 0.5}, SoundShape{}}) {
+        shaper.Change(shape);
+        const std::vector<float> piece = RenderAll(shaper, 9000);
+        heard.insert(heard.end(), piece.begin(), piece.end());
+    }
+    // A tone of 440 Hz at this level bends by 0.002, up three semitones by 0.003; a click by 0.1.
+    EXPECT_LT(SharpestBend(heard), 0.006);
+}
+
+TEST(SoundShaper, BackAtNeutralTheSoundPassesBitForBitAfterTheCrossfade)
+{
+    const std::vector<float> noise = Noise(60'000);
+    MemoryDecoder sound(noise);
+    SoundShaper shaper;
+    shaper.Start(sound, 0, {0, 0.8});
+    RenderAll(shaper, 10'000);
+    shaper.Change({});
+    EXPECT_EQ(shaper.SegmentStart(), 8000);
+    RenderAll(shaper, 441);
+    const std::vector<float> heard = RenderAll(shaper, 1000);
+    EXPECT_TRUE(std::ranges::equal(heard, std::span(noise).subspan(8441 * 2, 1000 * 2)));
+}
+
+TEST(SoundShaper, TheEndComesAfterTheSoundsLengthAtItsSpeed)
+{
+    MemoryDecoder sound(Sine(kRate, 440.0));
+    SoundShaper shaper;
+    for (const double speed : {0.5, 0.8, 1.0, 1.9}) {
+        shaper.Start(sound, 1000, {speed == 1.0 ? 2 : 0, speed});
+        const std::size_t frames = RenderAll(shaper, 200'000).size() / 2;
+        EXPECT_EQ(frames, static_cast<std::size_t>(std::ceil((kRate - 1000) / speed)));
+    }
+}
+
+TEST(SoundShaper, AtTheEndThereIsNothingLeft)
+{
+    MemoryDecoder sound(Sine(1000, 440.0));
+    SoundShaper shaper;
+    for (const SoundShape shape : {SoundShape{}, SoundShape{2, 0.7}}) {
+        shaper.Start(sound, 1000, shape);
+        std::vector<float> stereo(512);
+        const auto block = shaper.Render(stereo);
+        EXPECT_EQ(block.frames, 0);
+        EXPECT_TRUE(block.atEnd);
+    }
+}
+
+TEST(SoundShaper, ItWaitsForTheDecoderAndGoesOnWithoutAGap)
+{
+    for (const SoundShape shape : {SoundShape{}, SoundShape{3, 0.8}}) {
+        MemoryDecoder sound(Sine(2 * kRate, 440.0));
+        SoundShaper whole;
+        whole.Start(sound, 0, shape);
+        const std::vector<float> expected = RenderAll(whole, kRate);
+
+        SoundShaper shaper;
+        sound.DecodeTo(0);
+        shaper.Start(sound, 0, shape);
+        std::vector<float> heard;
+        for (std::int64_t decoded = 0; decoded <= 2 * kRate; decoded += 997) {
+            sound.DecodeTo(decoded);
+            const std::vector<float> piece = RenderAll(shaper, kRate - heard.size() / 2);
+            heard.insert(heard.end(), piece.begin(), piece.end());
+        }
+        ASSERT_EQ(heard.size(), expected.size());
+        for (std::size_t i = 0; i < heard.size(); ++i) {
+            // One frame too many or too few would differ by 0.03.
+            ASSERT_NEAR(heard[i], expected[i], 0.01) << i;
+        }
+    }
+}
+
+TEST(SoundShaper, WithoutASoundItIsSilent)
+{
+    SoundShaper shaper;
+    std::vector<float> stereo(64);
+    EXPECT_EQ(shaper.Render(stereo).frames, 0);
+    shaper.Change({3, 1.0});
+    EXPECT_EQ(shaper.Render(stereo).frames, 0);
+}
+
+} // namespace
+} // namespace lantern
