@@ -1,0 +1,395 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "PulseOutput.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace lantern {
+
+namespace {
+
+using namespace std::chrono_literals;
+using std::chrono::steady_clock;
+
+constexpr std::size_t kFrameBytes = 2 * sizeof(float);
+constexpr int kBuffersPerSecond = 20; // 50 ms between the source and the ear
+constexpr auto kRetryStreamIn = 250ms;
+constexpr auto kFirstTimingsIn = 10ms;
+constexpr auto kTimingsIn = 60ms;
+constexpr int kFirstTimings = 8;
+
+void Forget(pa_operation* operation)
+{
+    if (operation != nullptr) {
+        pa_operation_unref(operation);
+    }
+}
+
+} // namespace
+
+std::unique_ptr<AudioOutput> MakeAudioOutput()
+{
+    return std::make_unique<PulseOutput>();
+}
+
+PulseOutput::PulseOutput() : m_connection([this] { Converge(); })
+{
+    const PulseConnection::Lock lock(m_connection);
+    m_timingTimer =
+        m_connection.MakeTimer([](pa_mainloop_api*, pa_time_event*, const timeval*,
+                                  void* self) { static_cast<PulseOutput*>(self)->AskTiming(); },
+                               this);
+    m_retryTimer = m_connection.MakeTimer(
+        [](pa_mainloop_api*, pa_time_event*, const timeval*, void* self) {
+            static_cast<PulseOutput*>(self)->m_retryWaits = false;
+            static_cast<PulseOutput*>(self)->Converge();
+        },
+        this);
+}
+
+PulseOutput::~PulseOutput()
+{
+    Close();
+    const PulseConnection::Lock lock(m_connection);
+    m_connection.FreeTimer(m_timingTimer);
+    m_connection.FreeTimer(m_retryTimer);
+}
+
+std::vector<AudioOutput::Device> PulseOutput::WaitForDevices(std::chrono::milliseconds atMost)
+{
+    m_connection.Start();
+    m_connection.WaitUntilKnown(atMost);
+    return m_connection.Devices();
+}
+
+void PulseOutput::Select(const std::string& id)
+{
+    const PulseConnection::Lock lock(m_connection);
+    m_device = id;
+    MoveStream();
+}
+
+void PulseOutput::MoveStream()
+{
+    const std::vector<Device> devices = m_connection.Devices();
+    if (m_stream == nullptr || pa_stream_get_state(m_stream) != PA_STREAM_READY ||
+        devices.empty()) {
+        return;
+    }
+    const std::string& target = m_connection.HasSink(m_device) ? m_device : devices.front().id;
+    const char* present = pa_stream_get_device_name(m_stream);
+    if (present == nullptr || target != present) {
+        Forget(pa_context_move_sink_input_by_name(pa_stream_get_context(m_stream),
+                                                  pa_stream_get_index(m_stream), target.c_str(),
+                                                  nullptr, nullptr));
+    }
+}
+
+void PulseOutput::Restart(int sampleRate, Source& source)
+{
+    const PulseConnection::Lock lock(m_connection);
+    m_source = &source;
+    m_sampleRate = sampleRate;
+    m_begun = false;
+    m_paused = false;
+    m_writtenFrames = 0;
+    {
+        const std::scoped_lock guard(m_heardMutex);
+        m_heard.Restart(sampleRate);
+        m_state = State::Waiting;
+    }
+    m_timingStale = m_timingAsked;
+    m_timingsTaken = 0;
+    if (m_stream != nullptr && m_streamRate != sampleRate) {
+        DropStream();
+    } else if (m_stream != nullptr && pa_stream_get_state(m_stream) == PA_STREAM_READY) {
+        EmptyStream();
+    }
+    m_connection.HurryRetry();
+    Converge();
+}
+
+void PulseOutput::Begin()
+{
+    const PulseConnection::Lock lock(m_connection);
+    m_begun = true;
+    Converge();
+}
+
+void PulseOutput::Pause()
+{
+    const PulseConnection::Lock lock(m_connection);
+    m_paused = true;
+    if (std::exchange(m_sounding, false)) {
+        Cork(true);
+        const std::scoped_lock guard(m_heardMutex);
+        m_heard.Freeze(steady_clock::now(), static_cast<double>(m_writtenFrames));
+    }
+}
+
+void PulseOutput::Resume()
+{
+    const PulseConnection::Lock lock(m_connection);
+    m_paused = false;
+    m_timingsTaken = 0;
+    m_connection.HurryRetry();
+    Converge();
+}
+
+void PulseOutput::Close()
+{
+    const PulseConnection::Lock lock(m_connection);
+    m_source = nullptr;
+    m_sampleRate = 0;
+    DropStream();
+    SetState(State::Waiting);
+}
+
+AudioOutput::State PulseOutput::GetState()
+{
+    const std::scoped_lock guard(m_heardMutex);
+    return m_state;
+}
+
+double PulseOutput::HeardFrames()
+{
+    const std::scoped_lock guard(m_heardMutex);
+    return m_heard.At(steady_clock::now(), static_cast<double>(m_writtenFrames));
+}
+
+// One step towards a sounding stream; called again at the event that the step waits for.
+void PulseOutput::Converge()
+{
+    if (m_sampleRate == 0 || m_connection.Context() == nullptr) {
+        return;
+    }
+    if (m_stream == nullptr) {
+        CreateStream();
+    } else if (m_begun && m_emptied && !m_paused && !m_sounding &&
+               GetState() != State::Interrupted) {
+        // What the server has not asked for yet it asks for soon: corked until there is something.
+        OnWritable(pa_stream_writable_size(m_stream));
+    }
+}
+
+void PulseOutput::CreateStream()
+{
+    if (m_retryWaits || m_connection.Devices().empty() || GetState() == State::Interrupted) {
+        return;
+    }
+    pa_sample_spec format = {};
+    format.format = PA_SAMPLE_FLOAT32NE;
+    format.rate = static_cast<std::uint32_t>(m_sampleRate);
+    format.channels = 2;
+    pa_channel_map map = {};
+    pa_channel_map_init_stereo(&map);
+    m_stream = pa_stream_new(m_connection.Context(), "Sound", &format, &map);
+    if (m_stream == nullptr) {
+        return;
+    }
+    m_streamRate = m_sampleRate;
+    const auto onState = [](pa_stream* stream, void* self) {
+        static_cast<PulseOutput*>(self)->OnStreamState(stream);
+    };
+    const auto onWrite = [](pa_stream*, std::size_t bytes, void* self) {
+        static_cast<PulseOutput*>(self)->OnWritable(bytes);
+    };
+    const auto onUnderflow = [](pa_stream*, void* self) {
+        static_cast<PulseOutput*>(self)->OnUnderflow();
+    };
+    const auto onMoved = [](pa_stream*, void* self) {
+        static_cast<PulseOutput*>(self)->AskTiming();
+    };
+    pa_stream_set_state_callback(m_stream, onState, this);
+    pa_stream_set_write_callback(m_stream, onWrite, this);
+    pa_stream_set_underflow_callback(m_stream, onUnderflow, this);
+    pa_stream_set_moved_callback(m_stream, onMoved, this);
+
+    // Without a prebuffer the server's read index goes on in silence, as the time that is heard.
+    pa_buffer_attr buffer = {};
+    buffer.maxlength = buffer.minreq = buffer.fragsize = UINT32_MAX;
+    buffer.tlength = format.rate / kBuffersPerSecond * static_cast<std::uint32_t>(kFrameBytes);
+    buffer.prebuf = 0;
+    const char* device = m_connection.HasSink(m_device) ? m_device.c_str() : nullptr;
+    const auto flags =
+        static_cast<pa_stream_flags_t>(PA_STREAM_START_CORKED | PA_STREAM_ADJUST_LATENCY);
+    if (pa_stream_connect_playback(m_stream, device, &buffer, flags, nullptr, nullptr) < 0) {
+        DropStream();
+    }
+}
+
+void PulseOutput::DropStream()
+{
+    if (m_stream != nullptr) {
+        pa_stream* stream = std::exchange(m_stream, nullptr);
+        pa_stream_set_state_callback(stream, nullptr, nullptr);
+        pa_stream_set_write_callback(stream, nullptr, nullptr);
+        pa_stream_set_underflow_callback(stream, nullptr, nullptr);
+        pa_stream_set_moved_callback(stream, nullptr, nullptr);
+        pa_stream_disconnect(stream);
+        pa_stream_unref(stream);
+    }
+    m_emptying = false;
+    m_emptied = false;
+    m_sounding = false;
+    m_timingAsked = false;
+    m_timingStale = false;
+    m_firstByte = 0;
+}
+
+// The server answers in order: the write index that comes back stands after the flush.
+void PulseOutput::EmptyStream()
+{
+    m_sounding = false;
+    m_emptied = false;
+    if (std::exchange(m_emptying, true)) {
+        return; // nothing has been written since that was asked
+    }
+    Cork(true);
+    Forget(pa_stream_flush(m_stream, nullptr, nullptr));
+    const auto done = [](pa_stream* stream, int, void* self) {
+        static_cast<PulseOutput*>(self)->OnEmptied(stream);
+    };
+    Forget(pa_stream_update_timing_info(m_stream, done, this));
+}
+
+void PulseOutput::OnEmptied(const pa_stream* stream)
+{
+    if (stream != m_stream) {
+        return;
+    }
+    m_emptying = false;
+    if (const pa_timing_info* timing = pa_stream_get_timing_info(m_stream)) {
+        m_firstByte = timing->write_index;
+        m_emptied = true;
+        Converge();
+    }
+}
+
+void PulseOutput::OnStreamState(const pa_stream* stream)
+{
+    if (stream != m_stream) {
+        return;
+    }
+    const pa_stream_state_t state = pa_stream_get_state(m_stream);
+    if (state == PA_STREAM_READY) {
+        if (m_connection.HasSink(m_device)) {
+            MoveStream(); // chosen while the stream was being made
+        }
+        m_emptied = true;
+        Converge();
+    } else if (!PA_STREAM_IS_GOOD(state)) {
+        // A stream that has sounded leaves the rest to its owner, who knows where to go on.
+        if (m_writtenFrames > 0) {
+            SetState(State::Interrupted);
+        }
+        DropStream();
+        m_retryWaits = true;
+        m_connection.StartTimer(m_retryTimer, kRetryStreamIn);
+    }
+}
+
+void PulseOutput::OnWritable(std::size_t bytes)
+{
+    if (!m_begun || !m_emptied || m_paused || bytes == static_cast<std::size_t>(-1)) {
+        return;
+    }
+    while (bytes >= kFrameBytes) {
+        void* memory = nullptr;
+        std::size_t size = bytes;
+        if (pa_stream_begin_write(m_stream, &memory, &size) < 0 || memory == nullptr) {
+            break;
+        }
+        const std::span<float> stereo(static_cast<float*>(memory), size / kFrameBytes * 2);
+        const auto filled = static_cast<std::size_t>(m_source->Fill(stereo)) * kFrameBytes;
+        if (filled == 0) {
+            pa_stream_cancel_write(m_stream);
+            break;
+        }
+        pa_stream_write(m_stream, memory, filled, nullptr, 0, PA_SEEK_RELATIVE);
+        m_writtenFrames += static_cast<std::int64_t>(filled / kFrameBytes);
+        bytes -= std::min(filled, bytes);
+    }
+    if (!m_sounding && m_writtenFrames > 0) {
+        m_sounding = true;
+        Cork(false);
+        SetState(State::Running);
+        AskTiming();
+    }
+}
+
+void PulseOutput::OnUnderflow()
+{
+    if (!m_sounding) {
+        return;
+    }
+    m_sounding = false;
+    Cork(true);
+    const std::scoped_lock guard(m_heardMutex);
+    m_heard.Sample(static_cast<double>(m_writtenFrames), steady_clock::now(), false);
+    m_state = State::Interrupted;
+}
+
+void PulseOutput::Cork(bool corked)
+{
+    Forget(pa_stream_cork(m_stream, corked ? 1 : 0, nullptr, nullptr));
+}
+
+void PulseOutput::SetState(State state)
+{
+    const std::scoped_lock guard(m_heardMutex);
+    m_state = state;
+    if (state == State::Interrupted) {
+        m_heard.Freeze(steady_clock::now(), static_cast<double>(m_writtenFrames));
+    }
+}
+
+void PulseOutput::AskTiming()
+{
+    if (m_stream == nullptr || !m_sounding || m_timingAsked) {
+        return;
+    }
+    m_timingAsked = true;
+    m_timingAskedAt = steady_clock::now();
+    const auto done = [](pa_stream* stream, int success, void* self) {
+        static_cast<PulseOutput*>(self)->OnTiming(stream, success != 0);
+    };
+    Forget(pa_stream_update_timing_info(m_stream, done, this));
+}
+
+void PulseOutput::OnTiming(const pa_stream* stream, bool success)
+{
+    if (stream != m_stream) {
+        return;
+    }
+    m_timingAsked = false;
+    const bool stale = std::exchange(m_timingStale, false);
+    const pa_timing_info* timing = success ? pa_stream_get_timing_info(m_stream) : nullptr;
+    if (m_sounding && !stale && timing != nullptr && timing->read_index_corrupt == 0) {
+        // The server stamps its answer by the wall clock. A step of that clock must not shift the
+        // sample out of the time between question and answer.
+        timeval wallNow = {};
+        pa_gettimeofday(&wallNow);
+        const auto now = steady_clock::now();
+        const std::chrono::microseconds age(pa_timeval_cmp(&wallNow, &timing->timestamp) > 0
+                                                ? pa_timeval_diff(&wallNow, &timing->timestamp)
+                                                : 0);
+        const auto at = now - std::min<steady_clock::duration>(age, now - m_timingAskedAt);
+        const double read = static_cast<double>(timing->read_index - m_firstByte) /
+                            static_cast<double>(kFrameBytes);
+        const double delay = static_cast<double>(timing->sink_usec) * 1e-6 * m_streamRate;
+        const std::scoped_lock guard(m_heardMutex);
+        m_heard.Sample(read - delay, at, timing->playing != 0);
+    }
+    ScheduleTiming();
+}
+
+void PulseOutput::ScheduleTiming()
+{
+    if (m_sounding) {
+        const bool early = m_timingsTaken++ < kFirstTimings;
+        m_connection.StartTimer(m_timingTimer, early ? kFirstTimingsIn : kTimingsIn);
+    }
+}
+
+} // namespace lantern

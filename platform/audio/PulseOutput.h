@@ -1,0 +1,79 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "AudioOutput.h"
+#include "HeardClock.h"
+#include "PulseConnection.h"
+
+#include <atomic>
+#include <cstddef>
+#include <cstdint>
+#include <mutex>
+
+namespace lantern {
+
+// The output on a PulseAudio server (or one that speaks its protocol). It states what it wants,
+// and every event of the link or the stream brings it a step nearer: so a stream begun while
+// there is no server or no sink starts when there is one.
+class PulseOutput final : public AudioOutput {
+public:
+    PulseOutput();
+    ~PulseOutput() override;
+
+    std::vector<Device> WaitForDevices(std::chrono::milliseconds atMost) override;
+    void Select(const std::string& id) override;
+    void Restart(int sampleRate, Source& source) override;
+    void Begin() override;
+    void Pause() override;
+    void Resume() override;
+    void Close() override;
+    State GetState() override;
+    double HeardFrames() override;
+
+private:
+    // All of these under the lock of the connection's thread.
+    void Converge();
+    void CreateStream();
+    void DropStream();
+    void MoveStream();
+    void EmptyStream();
+    void OnStreamState(const pa_stream* stream);
+    void OnEmptied(const pa_stream* stream);
+    void OnWritable(std::size_t bytes);
+    void OnUnderflow();
+    void OnTiming(const pa_stream* stream, bool success);
+    void Cork(bool corked);
+    void AskTiming();
+    void ScheduleTiming();
+    void SetState(State state);
+
+    int m_sampleRate = 0; // wanted; 0 is no stream
+    Source* m_source = nullptr;
+    bool m_begun = false;
+    bool m_paused = false;
+    std::string m_device;
+
+    pa_stream* m_stream = nullptr;
+    int m_streamRate = 0;
+    bool m_emptying = false;      // asked, and the answer is to come
+    bool m_emptied = false;       // m_firstByte stands, and the stream can be filled
+    bool m_sounding = false;      // not corked
+    std::int64_t m_firstByte = 0; // the server's index of frame 0
+    bool m_retryWaits = false;
+
+    bool m_timingAsked = false;
+    bool m_timingStale = false; // asked before the stream was emptied
+    HeardClock::TimePoint m_timingAskedAt;
+    int m_timingsTaken = 0;
+    pa_time_event* m_timingTimer = nullptr;
+    pa_time_event* m_retryTimer = nullptr;
+
+    std::mutex m_heardMutex; // guards what follows; never held by the writing of frames
+    HeardClock m_heard;
+    State m_state = State::Waiting;
+    std::atomic<std::int64_t> m_writtenFrames = 0;
+
+    PulseConnection m_connection; // last: its thread ends before the rest goes
+};
+
+} // namespace lantern

@@ -1,0 +1,104 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "AudioOutput.h"
+#include "SoundDecoder.h"
+#include "SoundRing.h"
+#include "SoundShaper.h"
+#include "SoundTimeline.h"
+#include "StereoGain.h"
+
+#include <chrono>
+#include <condition_variable>
+#include <cstdint>
+#include <functional>
+#include <mutex>
+#include <optional>
+#include <thread>
+#include <vector>
+
+namespace lantern {
+
+// The thread between a sound and the output: it shapes the sound a little ahead of what is heard,
+// and knows which frame of the sound that is.
+//
+// The user-interface thread says what it wishes; the renderer comes after. Wishes that follow
+// each other within milliseconds are taken as one: a caller may hold the tempo at neutral around
+// a seek, or drag a slider, without each step being heard.
+class SoundRenderer final : private AudioOutput::Source {
+public:
+    struct Wish {
+        std::uint64_t serial = 0; // another number is another place: a load, a seek, a start
+        std::int64_t startFrame = 0;
+        SoundShape shape;
+        bool playing = false;
+    };
+    enum class Event {
+        Finished,  // the sound has been heard to its end
+        Speechless // there is no device, and has been none for a while
+    };
+    // Called on the renderer's thread, with the serial of the wish that it concerns.
+    using Report = std::function<void(Event, std::uint64_t serial)>;
+
+    SoundRenderer(AudioOutput& output, Report report);
+    ~SoundRenderer();
+
+    // Borrows the sound. The former one is no longer used when this returns, which takes some
+    // milliseconds at most. The wish comes with it.
+    void SetSound(SoundDecoder* sound, const Wish& wish);
+    void SetWish(const Wish& wish);
+    void SetLevel(StereoLevel level) { m_gain.SetTarget(level); }
+
+    // The frame of the sound that is heard now; none while the place with this serial has not
+    // been taken up.
+    std::optional<double> HeardMediaFrame(std::uint64_t serial);
+
+private:
+    using Clock = std::chrono::steady_clock;
+
+    int Fill(std::span<float> stereo) override;
+    void Run();
+    void TakeWish();
+    Clock::time_point WishDue() const;
+    void SleepFor(Clock::duration rest);
+    Clock::duration Work();
+    void Halt();
+    void StartAt(std::int64_t mediaFrame);
+    void Recover();
+    bool FillRing();
+    Clock::duration Watch();
+
+    AudioOutput& m_output;
+    Report m_report;
+    SoundRing m_ring;
+    StereoGain m_gain;
+
+    std::mutex m_wishMutex; // guards the wish and its times; held for moments
+    std::condition_variable m_wake;
+    Wish m_wish;
+    bool m_wishNew = false;
+    bool m_quit = false;
+    Clock::time_point m_wishFirstAt;
+    Clock::time_point m_wishLastAt;
+
+    std::mutex m_workMutex; // held by the thread at work; guards what follows. Before m_wishMutex
+    SoundDecoder* m_sound = nullptr;
+    Wish m_now;
+    Clock::time_point m_takenAt;
+    SoundShaper m_shaper;
+    std::vector<float> m_block;
+    std::int64_t m_renderedFrames = 0;
+    bool m_started = false; // the output stands at m_now's place
+    bool m_begun = false;
+    bool m_halted = true;
+    bool m_done = false;
+    std::optional<Clock::time_point> m_silentSince;
+
+    std::mutex m_timelineMutex; // guards what follows, and keeps it in step with the output
+    SoundTimeline m_timeline;
+    std::optional<std::uint64_t> m_placeSerial;
+
+    std::thread m_thread; // last: it uses all of the above
+};
+
+} // namespace lantern

@@ -1,0 +1,79 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "AudioEngine.h"
+#include "AudioOutput.h"
+#include "SoundDecoder.h"
+#include "SoundRenderer.h"
+
+#include <QObject>
+
+#include <memory>
+#include <vector>
+
+namespace lantern {
+
+// The engine: what is asked of it on the user-interface thread becomes wishes of the renderer.
+// What it tells comes from its own state, so that an answer never waits for a thread or a server.
+class StudioEngine final : public AudioEngine {
+public:
+    explicit StudioEngine(std::unique_ptr<AudioOutput> output);
+    ~StudioEngine() override;
+
+    int GetDeviceCount() override;
+    bool EngineInit() override;
+    QString GetDeviceName(int device) override;
+    void SelectDevice(int device) override;
+
+    std::int32_t GetFileDuration(const QString& path) override;
+    std::int32_t LoadFile(const QString& path) override;
+    std::int32_t LoadMemory(std::span<const std::uint8_t> image) override;
+    std::int32_t GetLoadedDuration() override;
+    void CloseSound() override;
+
+    void SeekSound(std::int32_t positionMs) override;
+    void StartSound() override;
+    void PauseSound() override;
+    void StopSound() override;
+    SoundStatus GetSoundStatus() override { return m_status; }
+    std::int32_t GetSoundPosition() override;
+
+    float GetEngineVolume() override { return m_volume; }
+    void SetEngineVolume(float percent) override;
+    float GetEngineBalance() override { return m_balance; }
+    void SetEngineBalance(float balance) override;
+    int GetEnginePitch() override { return m_semitones; }
+    void SetEnginePitch(int semitones) override;
+    float GetEngineTempo() override { return m_tempo; }
+    void SetEngineTempo(float percent) override;
+
+private:
+    std::int32_t Take(std::unique_ptr<SoundDecoder> sound);
+    std::int32_t MsOf(double frame) const;
+    void MoveTo(std::int64_t frame);
+    void FollowSound();
+    SoundRenderer::Wish MakeWish() const;
+    void TellWish();
+    void TellLevel();
+    void OnReport(SoundRenderer::Event event, std::uint64_t serial);
+
+    std::unique_ptr<AudioOutput> m_output;
+    std::vector<AudioOutput::Device> m_devices; // as last counted
+
+    float m_volume = 100.0F;
+    float m_balance = 0.0F;
+    int m_semitones = 0;
+    float m_tempo = 0.0F;
+
+    std::unique_ptr<SoundDecoder> m_sound;
+    SoundStatus m_status = SoundStatus::Empty;
+    std::uint64_t m_serial = 0;    // of the place that the sound was last moved to
+    std::int64_t m_startFrame = 0; // that place
+    double m_frame = 0.0;          // the last known to have been heard since
+    bool m_heardToEnd = false;
+
+    QObject m_context; // reports that are still on their way die with it
+    std::unique_ptr<SoundRenderer> m_renderer;
+};
+
+} // namespace lantern
