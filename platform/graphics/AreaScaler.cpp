@@ -13,25 +13,34 @@ std::size_t Count(AxisRange range)
     return static_cast<std::size_t>(range.end - range.begin);
 }
 
-// The two-row mix in 16-bit steps, which compilers turn into vector code: the difference of the
-// channels, weighted, to six places behind the point.
-void BlendRows(std::span<const std::uint32_t> upper, std::span<const std::uint32_t> lower,
-               std::uint32_t lowerWeight, std::span<std::uint32_t> out)
+// One channel of two mixed: their difference, weighted, to six places behind the point. All of it
+// fits 16 bits, which lets compilers work on eight channels at once.
+std::uint8_t Mix(std::uint8_t first, std::uint8_t second, std::int16_t secondWeight)
 {
-    constexpr int weightShift = AxisTable::kWeightBits - 15;
-    constexpr std::uint32_t half = 1U << (weightShift - 1);
-    const auto weight =
-        static_cast<std::int16_t>(std::min((lowerWeight + half) >> weightShift, 0x7FFFU));
-    const auto* from = reinterpret_cast<const std::uint8_t*>(upper.data());
-    const auto* to = reinterpret_cast<const std::uint8_t*>(lower.data());
-    auto* target = reinterpret_cast<std::uint8_t*>(out.data());
-    const std::size_t channels = out.size() * sizeof(std::uint32_t);
-    for (std::size_t channel = 0; channel < channels; ++channel) {
-        const auto difference = static_cast<std::int16_t>((to[channel] - from[channel]) * 128);
-        const auto step = static_cast<std::int16_t>((difference * weight) >> 16);
-        const auto mixed = static_cast<std::int16_t>(from[channel] * 64 + step + 32);
-        target[channel] = static_cast<std::uint8_t>(mixed >> 6);
-    }
+    constexpr int places = 6;
+    constexpr int differenceShift = 16 + places - AxisTable::kPairWeightBits;
+    const auto difference = static_cast<std::int16_t>((second - first) * (1 << differenceShift));
+    const auto step = static_cast<std::int16_t>((difference * secondWeight) >> 16);
+    const auto sum = static_cast<std::int16_t>((first << places) + step + (1 << (places - 1)));
+    return static_cast<std::uint8_t>(sum >> places);
+}
+
+const std::uint8_t* Channels(const std::uint32_t* pixels)
+{
+    return reinterpret_cast<const std::uint8_t*>(pixels);
+}
+
+std::uint8_t* Channels(std::uint32_t* pixels)
+{
+    return reinterpret_cast<std::uint8_t*>(pixels);
+}
+
+void MixRow(const std::uint8_t* first, const std::uint8_t* second, std::int16_t secondWeight,
+            std::span<std::uint32_t> out)
+{
+    std::uint8_t* target = Channels(out.data());
+    for (std::size_t channel = 0; channel < out.size() * AxisTable::kChannels; ++channel)
+        target[channel] = Mix(first[channel], second[channel], secondWeight);
 }
 
 } // namespace
@@ -54,12 +63,13 @@ void AreaScaler::Draw(const IndexedPicture& picture, const ColourWords& colours,
         const std::span out(image.pixels + std::ptrdiff_t{deviceRow} * image.stride + rect.left,
                             static_cast<std::size_t>(rect.width));
         const int first = m_rows.FirstSource(deviceRow);
-        const auto weights = m_rows.Weights(deviceRow);
-        if (weights.size() == 1)
+        const int sources = m_rows.SourceCount(deviceRow);
+        if (sources == 1)
             std::ranges::copy(Row(picture, colours, columns, first), out.begin());
-        else if (weights.size() == 2)
-            BlendRows(Row(picture, colours, columns, first),
-                      Row(picture, colours, columns, first + 1), weights[1], out);
+        else if (sources == 2)
+            MixRow(Channels(Row(picture, colours, columns, first).data()),
+                   Channels(Row(picture, colours, columns, first + 1).data()),
+                   m_rows.PairWeight(deviceRow), out);
         else
             MixRows(picture, colours, columns, deviceRow, out);
     }
@@ -94,7 +104,33 @@ void AreaScaler::ScaleRow(std::span<const std::uint8_t> indexes, const ColourWor
     for (std::size_t pixel = 0; pixel < out.size(); ++pixel)
         out[pixel] = m_sourceRow[static_cast<std::size_t>(sources[pixel])];
 
-    for (const int pixel : m_columns.MixedPixels(columns)) {
+    MixPairs(columns, out);
+    MixCrowds(columns, out);
+}
+
+void AreaScaler::MixPairs(AxisRange columns, std::span<std::uint32_t> out)
+{
+    // Gathered, mixed all at once, and put in their places.
+    const AxisTable::Pairs pairs = m_columns.PairPixels(columns);
+    const std::size_t count = pairs.pixels.size();
+    m_firstOfPairs.resize(count);
+    m_secondOfPairs.resize(count);
+    for (std::size_t pair = 0; pair < count; ++pair) {
+        const auto source = static_cast<std::size_t>(m_columns.FirstSource(pairs.pixels[pair]));
+        m_firstOfPairs[pair] = m_sourceRow[source];
+        m_secondOfPairs[pair] = m_sourceRow[source + 1];
+    }
+    std::uint8_t* first = Channels(m_firstOfPairs.data());
+    const std::uint8_t* second = Channels(m_secondOfPairs.data());
+    for (std::size_t channel = 0; channel < pairs.weights.size(); ++channel)
+        first[channel] = Mix(first[channel], second[channel], pairs.weights[channel]);
+    for (std::size_t pair = 0; pair < count; ++pair)
+        out[static_cast<std::size_t>(pairs.pixels[pair] - columns.begin)] = m_firstOfPairs[pair];
+}
+
+void AreaScaler::MixCrowds(AxisRange columns, std::span<std::uint32_t> out) const
+{
+    for (const int pixel : m_columns.CrowdedPixels(columns)) {
         ChannelSums sums;
         auto source = static_cast<std::size_t>(m_columns.FirstSource(pixel));
         for (const std::uint32_t weight : m_columns.Weights(pixel))

@@ -73,6 +73,8 @@ private:
 
     void ScaleRow(std::span<const std::uint8_t> indexes, const ColourWords& colours,
                   AxisRange columns, std::span<std::uint32_t> out);
+    void MixPairs(AxisRange columns, std::span<std::uint32_t> out);
+    void MixCrowds(AxisRange columns, std::span<std::uint32_t> out) const;
     std::span<const std::uint32_t> Row(const IndexedPicture& picture, const ColourWords& colours,
                                        AxisRange columns, int source);
     void MixRows(const IndexedPicture& picture, const ColourWords& colours, AxisRange columns,
@@ -82,6 +84,8 @@ private:
     AxisTable m_rows;
     std::array<ScaledRow, 2> m_scaledRows; // the last ones scaled, by the parity of their source
     std::vector<std::uint32_t> m_sourceRow;
+    std::vector<std::uint32_t> m_firstOfPairs;
+    std::vector<std::uint32_t> m_secondOfPairs;
     std::vector<ChannelSums> m_sums;
 };
 

@@ -13,6 +13,20 @@ std::int64_t RoundUpDivide(std::int64_t dividend, std::int64_t divisor)
     return (dividend + divisor - 1) / divisor;
 }
 
+struct Positions {
+    std::size_t begin;
+    std::size_t count;
+};
+
+// Where the values of a range stand in an ascending list.
+Positions Locate(const std::vector<int>& ascending, AxisRange range)
+{
+    const auto begin = std::ranges::lower_bound(ascending, range.begin);
+    const auto end = std::lower_bound(begin, ascending.end(), range.end);
+    return {static_cast<std::size_t>(begin - ascending.begin()),
+            static_cast<std::size_t>(end - begin)};
+}
+
 } // namespace
 
 AxisGeometry MakeAxisGeometry(int sourceCount, int toMin, int toMax, double devicePixelRatio,
@@ -68,8 +82,12 @@ void AxisTable::AppendPixel(int pixel)
         before = sum;
     }
     m_weightBegins.push_back(m_weights.size());
-    if (last > first)
-        m_mixedPixels.push_back(pixel);
+    if (last == first + 1) {
+        m_pairPixels.push_back(pixel);
+        m_pairWeights.insert(m_pairWeights.end(), kChannels, PairWeight(pixel));
+    } else if (last > first) {
+        m_crowdedPixels.push_back(pixel);
+    }
 }
 
 std::span<const int> AxisTable::FirstSources(AxisRange pixels) const
@@ -85,11 +103,25 @@ std::span<const std::uint32_t> AxisTable::Weights(int pixel) const
     return std::span(m_weights).subspan(begin, end - begin);
 }
 
-std::span<const int> AxisTable::MixedPixels(AxisRange pixels) const
+std::int16_t AxisTable::PairWeight(int pixel) const
 {
-    const auto begin = std::ranges::lower_bound(m_mixedPixels, pixels.begin);
-    const auto end = std::lower_bound(begin, m_mixedPixels.end(), pixels.end);
-    return {begin, end};
+    constexpr int shift = kWeightBits - kPairWeightBits;
+    constexpr std::uint32_t half = 1U << (shift - 1);
+    constexpr std::uint32_t most = (1U << kPairWeightBits) - 1; // it has to stay below the whole
+    return static_cast<std::int16_t>(std::min((Weights(pixel)[1] + half) >> shift, most));
+}
+
+AxisTable::Pairs AxisTable::PairPixels(AxisRange pixels) const
+{
+    const Positions at = Locate(m_pairPixels, pixels);
+    return {std::span(m_pairPixels).subspan(at.begin, at.count),
+            std::span(m_pairWeights).subspan(at.begin * kChannels, at.count * kChannels)};
+}
+
+std::span<const int> AxisTable::CrowdedPixels(AxisRange pixels) const
+{
+    const Positions at = Locate(m_crowdedPixels, pixels);
+    return std::span(m_crowdedPixels).subspan(at.begin, at.count);
 }
 
 } // namespace lantern

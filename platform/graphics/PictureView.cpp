@@ -55,22 +55,35 @@ void PictureView::Show(const Request& request, const PixelBuffer& buffer,
     if (!layout || (layout == m_layout && request.revision == m_revision))
         return;
 
-    const int width = layout->horizontal.sourceCount;
-    const int height = layout->vertical.sourceCount;
-    std::vector<ChangedCells::Block> blocks{{{0, width}, {0, height}}};
-    if (layout == m_layout) {
-        m_changed.Reset(width, height);
-        ReadAndCompare(buffer, colours);
-        blocks = m_changed.Blocks();
-    } else {
-        m_layout = layout;
-        m_scaler.SetGeometry(layout->horizontal, layout->vertical);
-        ReadAll(buffer);
+    std::vector<DeviceRect> rects;
+    for (const ChangedCells::Block& block : Update(*layout, buffer, colours)) {
+        const DeviceRect rect = DevicePixelsOfBlock(block);
+        if (rect.width > 0 && rect.height > 0)
+            rects.push_back(rect);
     }
     m_revision = request.revision;
     m_colours = colours;
-    for (const ChangedCells::Block& block : blocks)
-        Draw(block, image, surface);
+    for (const DeviceRect& rect : rects)
+        m_scaler.Draw({m_shown, m_layout->horizontal.sourceCount}, m_colours, image, rect);
+    // Last, since the surface may come back with another request, or take its image away.
+    for (const DeviceRect& rect : rects)
+        surface.Changed(rect);
+}
+
+std::vector<ChangedCells::Block>
+PictureView::Update(const Layout& layout, const PixelBuffer& buffer, const ColourWords& colours)
+{
+    const int width = layout.horizontal.sourceCount;
+    const int height = layout.vertical.sourceCount;
+    if (layout == m_layout) {
+        m_changed.Reset(width, height);
+        ReadAndCompare(buffer, colours);
+        return m_changed.Blocks();
+    }
+    m_layout = layout;
+    m_scaler.SetGeometry(layout.horizontal, layout.vertical);
+    ReadAll(buffer);
+    return {{{0, width}, {0, height}}};
 }
 
 void PictureView::Forget()
@@ -110,18 +123,12 @@ void PictureView::ReadAndCompare(const PixelBuffer& buffer, const ColourWords& c
     }
 }
 
-void PictureView::Draw(const ChangedCells::Block& block, const SurfaceImage& image,
-                       ScaleSurface& surface)
+DeviceRect PictureView::DevicePixelsOfBlock(const ChangedCells::Block& block) const
 {
     // A device pixel on an edge shows both neighbours, and is redrawn when either changed.
     const AxisRange columns = DevicePixelsOf(m_layout->horizontal, block.columns);
     const AxisRange rows = DevicePixelsOf(m_layout->vertical, block.rows);
-    const DeviceRect rect{columns.begin, rows.begin, columns.end - columns.begin,
-                          rows.end - rows.begin};
-    if (rect.width <= 0 || rect.height <= 0)
-        return;
-    m_scaler.Draw({m_shown, m_layout->horizontal.sourceCount}, m_colours, image, rect);
-    surface.Changed(rect);
+    return {columns.begin, rows.begin, columns.end - columns.begin, rows.end - rows.begin};
 }
 
 } // namespace lantern

@@ -43,7 +43,9 @@ private:
                                             const ScaleSurface& surface);
     void ReadAll(const PixelBuffer& buffer);
     void ReadAndCompare(const PixelBuffer& buffer, const ColourWords& colours);
-    void Draw(const ChangedCells::Block& block, const SurfaceImage& image, ScaleSurface& surface);
+    std::vector<ChangedCells::Block> Update(const Layout& layout, const PixelBuffer& buffer,
+                                            const ColourWords& colours);
+    DeviceRect DevicePixelsOfBlock(const ChangedCells::Block& block) const;
     std::span<std::uint8_t> ShownRow(int y);
 
     std::optional<Layout> m_layout;

@@ -35,7 +35,8 @@ class ScaleSurface {
 public:
     virtual ~ScaleSurface() = default;
     virtual SurfaceImage Image() = 0;
-    // Called once for each rectangle of the image that FGvbscale has just drawn.
+    // Called once for each rectangle of the image that FGvbscale has just drawn, when all are
+    // drawn. It may call FGvbscale again.
     virtual void Changed(const DeviceRect& rect) = 0;
 };
 

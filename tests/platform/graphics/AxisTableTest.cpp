@@ -28,17 +28,20 @@ TEST(AxisTable, AtAWholeMultipleEachDevicePixelShowsOneSourcePixel)
 {
     const AxisTable table(Plain(3, 6));
     EXPECT_THAT(table.FirstSources({0, 6}), ElementsAre(0, 0, 1, 1, 2, 2));
-    EXPECT_THAT(table.MixedPixels({0, 6}), IsEmpty());
+    EXPECT_THAT(table.PairPixels({0, 6}).pixels, IsEmpty());
+    EXPECT_THAT(table.CrowdedPixels({0, 6}), IsEmpty());
 }
 
-TEST(AxisTable, EnlargedOnlyPixelsOnAnEdgeAreMixed)
+TEST(AxisTable, EnlargedOnlyPixelsOnAnEdgeArePairs)
 {
     const AxisTable table(Plain(2, 5));
-    EXPECT_THAT(table.MixedPixels({0, 5}), ElementsAre(2));
+    EXPECT_THAT(table.PairPixels({0, 5}).pixels, ElementsAre(2));
+    EXPECT_THAT(table.PairPixels({0, 5}).weights, ElementsAre(16384, 16384, 16384, 16384));
+    EXPECT_THAT(table.CrowdedPixels({0, 5}), IsEmpty());
     EXPECT_THAT(table.Weights(2),
                 ElementsAre(AxisTable::kWholeWeight / 2, AxisTable::kWholeWeight / 2));
-    EXPECT_THAT(table.MixedPixels({0, 2}), IsEmpty());
-    EXPECT_THAT(table.MixedPixels({3, 5}), IsEmpty());
+    EXPECT_THAT(table.PairPixels({0, 2}).pixels, IsEmpty());
+    EXPECT_THAT(table.PairPixels({3, 5}).pixels, IsEmpty());
 }
 
 TEST(AxisTable, ReducedEachSourcePixelTakesPart)
@@ -48,6 +51,8 @@ TEST(AxisTable, ReducedEachSourcePixelTakesPart)
     EXPECT_EQ(table.LastSource(0), 2);
     EXPECT_EQ(table.FirstSource(1), 2);
     EXPECT_EQ(table.LastSource(3), 9);
+    EXPECT_THAT(table.CrowdedPixels({0, 4}), ElementsAre(0, 1, 2, 3));
+    EXPECT_THAT(table.CrowdedPixels({1, 3}), ElementsAre(1, 2));
 }
 
 TEST(AxisTable, WeightsOfEachPixelAddUpToTheWhole)

@@ -2,6 +2,7 @@
 #include "ChangedCells.h"
 
 #include <gmock/gmock.h>
+#include <vector>
 
 namespace lantern {
 namespace {
@@ -71,6 +72,21 @@ TEST_F(Cells, ACellThatIsCutOffEndsWithThePicture)
     const std::vector<std::uint8_t> now = {0, 0, 0, 0, 0, 0, 1};
     cells.CompareRow(12, old, now);
     EXPECT_THAT(cells.Blocks(), ElementsAre(Block{{6, 7}, {12, 13}}));
+}
+
+TEST_F(Cells, EveryOtherCellOfALargePictureIsABlockOfItsOwn)
+{
+    constexpr int cellsAcross = 2000;
+    constexpr int cellsDown = 100;
+    const std::vector<std::uint8_t> old(cellsAcross * 6);
+    std::vector<std::uint8_t> now(old);
+    cells.Reset(cellsAcross * 6, cellsDown * 12);
+    for (int row = 0; row < cellsDown; ++row) {
+        for (std::size_t cell = 0; cell < cellsAcross; ++cell)
+            now[cell * 6] = static_cast<std::uint8_t>((cell + static_cast<std::size_t>(row)) % 2);
+        cells.CompareRow(row * 12, old, now);
+    }
+    EXPECT_EQ(cells.Blocks().size(), cellsAcross * cellsDown / 2);
 }
 
 TEST_F(Cells, WithColoursOnlyWhatLooksDifferentCounts)

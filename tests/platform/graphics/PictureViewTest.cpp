@@ -251,6 +251,37 @@ TEST_F(View, AfterAnImageThatWasMissingTheNextOneIsDrawn)
     EXPECT_THAT(ChangesOfShow(), ElementsAre(kAll));
 }
 
+// A surface that shows again, on another image, while it is being told of a change.
+class NestingImage : public RetainedImage {
+public:
+    explicit NestingImage(VirtualBuffers& buffers) : RetainedImage(576, 384), m_buffers(buffers) {}
+
+    void Changed(const DeviceRect& rect) override
+    {
+        RetainedImage::Changed(rect);
+        if (changes.size() == 1) {
+            Replace(290, 200, 1.0);
+            m_buffers.FGvbscale(6, 293, 12, 203, 0, 290, 0, 200);
+        }
+    }
+
+private:
+    VirtualBuffers& m_buffers;
+};
+
+TEST_F(View, ASurfaceMayShowAgainFromWithinAChange)
+{
+    NestingImage nesting(buffers);
+    buffers.FGsetdc(&nesting);
+    buffers.DrawTile(12, 24, kSolid, 0, 1, false);
+    Show();
+    EXPECT_THAT(nesting.changes, ElementsAre(kAll, DeviceRect{0, 0, 290, 200}));
+    RetainedImage plain(290, 200);
+    buffers.FGsetdc(&plain);
+    buffers.FGvbscale(6, 293, 12, 203, 0, 290, 0, 200);
+    EXPECT_EQ(nesting.pixels, plain.pixels);
+}
+
 // Random drawing, shown after each few operations: what stands on the retained image must equal,
 // bit for bit, a picture drawn whole on a fresh one, and only told rectangles may have changed.
 class Incremental : public View, public testing::WithParamInterface<std::tuple<double, int, int>> {
