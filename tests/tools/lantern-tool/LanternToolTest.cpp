@@ -1,0 +1,375 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Runs the real program on real files, as a script would.
+#include "Process.h"
+#include "Track.h"
+#include "WavHeader.h"
+
+#include <QImage>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+#include <algorithm>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <string>
+#include <sys/stat.h>
+#include <vector>
+
+namespace lantern {
+namespace {
+
+using namespace std::chrono_literals;
+using ::testing::HasSubstr;
+using ::testing::StartsWith;
+using Words = std::vector<std::string>;
+
+constexpr std::uint8_t kGraphics = 9;
+
+CdgPacket Packet(std::uint8_t instruction, const std::vector<std::uint8_t>& data)
+{
+    CdgPacket packet;
+    packet.Command = kGraphics;
+    packet.Instruction = instruction;
+    std::copy(data.begin(), data.end(), packet.PacketData.begin());
+    return packet;
+}
+
+// Entry 1 is red, 2 is green, 3 is blue, the others of the low half are black.
+CdgPacket PrimaryColours()
+{
+    return Packet(30, {0, 0, 0x3C, 0, 0x03, 0x30, 0, 0x0F});
+}
+
+CdgPacket Fill(std::uint8_t colour)
+{
+    return Packet(1, {colour});
+}
+
+// A block of one colour at a row and column of the grid of 18 by 50.
+CdgPacket Block(std::uint8_t colour, std::uint8_t row, std::uint8_t column)
+{
+    return Packet(6, {colour, colour, row, column});
+}
+
+std::string Bytes(const std::vector<CdgPacket>& packets)
+{
+    return {reinterpret_cast<const char*>(packets.data()), packets.size() * kPacketSize};
+}
+
+std::string SilentWav(std::size_t frames)
+{
+    const auto header = WavHeader(static_cast<std::uint32_t>(frames * kDiscFrameBytes));
+    return std::string(header.begin(), header.end()) + std::string(frames * kDiscFrameBytes, '\0');
+}
+
+class LanternToolTest : public ::testing::Test {
+protected:
+    struct Result {
+        int code = -1;
+        std::string output;
+        std::string error;
+    };
+
+    Result Run(const Words& words, const std::string& before = "exec",
+               const test::EnvironmentChanges& environment = {})
+    {
+        Words all = {"sh", "-c", before + R"( "$0" "$@" >"$OUT" 2>"$ERR")", LANTERN_TOOL};
+        all.insert(all.end(), words.begin(), words.end());
+        test::Process::Command command{.arguments = all, .environment = environment};
+        command.environment.emplace_back("OUT", In("out"));
+        command.environment.emplace_back("ERR", In("err"));
+        Result result;
+        result.code = test::Process(command).WaitForExit(60s).value_or(-1);
+        result.output = test::ReadFile(In("out"));
+        result.error = test::ReadFile(In("err"));
+        return result;
+    }
+    QJsonObject Info(const std::string& path)
+    {
+        const Result result = Run({"info", path});
+        EXPECT_EQ(result.code, 0) << result.error;
+        EXPECT_EQ(result.error, "");
+        const QJsonDocument json =
+            QJsonDocument::fromJson(QByteArray::fromStdString(result.output));
+        EXPECT_TRUE(json.isObject()) << result.output;
+        return json.object();
+    }
+    QImage Frame(const std::string& path, const std::string& packet)
+    {
+        const Result result = Run({"frame", path, "--packet", packet, "--out", In("frame.png")});
+        EXPECT_EQ(result.code, 0) << result.error;
+        EXPECT_EQ(result.output + result.error, "");
+        return QImage(QString::fromStdString(In("frame.png")), "PNG");
+    }
+    void ExpectFailure(const Words& words, const std::string& error)
+    {
+        const Result result = Run(words);
+        EXPECT_EQ(result.code, 1) << error;
+        EXPECT_EQ(result.output, "") << error;
+        EXPECT_EQ(result.error, "lantern-tool: " + error + "\n");
+    }
+
+    std::string In(const std::string& name) const { return (m_folder / name).native(); }
+    std::string Make(const std::string& name, const std::string& bytes)
+    {
+        test::WriteFile(In(name), bytes);
+        return In(name);
+    }
+    // Red, then a green block in the visible corner, then a blue one beside it; 10 empty packets.
+    std::string MakeBlocks()
+    {
+        std::vector<CdgPacket> packets = {PrimaryColours(), Fill(1), Block(2, 1, 1),
+                                          Block(3, 1, 2)};
+        packets.resize(14);
+        return Make("blocks.cdg", Bytes(packets));
+    }
+
+    test::ScratchFolder m_folder;
+};
+
+constexpr QRgb kBlack = 0xFF000000;
+constexpr QRgb kRed = 0xFFFF0000;
+constexpr QRgb kGreen = 0xFF00FF00;
+constexpr QRgb kBlue = 0xFF0000FF;
+
+// The whole picture: everything but the two blocks has one colour.
+void ExpectBlocks(const QImage& image, QRgb first, QRgb second, QRgb rest)
+{
+    ASSERT_EQ(image.size(), QSize(288, 192));
+    int wrong = 0;
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x) {
+            const QRgb block = x < 6 ? first : second;
+            const QRgb expected = y < 12 && x < 12 ? block : rest;
+            wrong += image.pixel(x, y) == expected ? 0 : 1;
+        }
+    }
+    EXPECT_EQ(wrong, 0);
+}
+
+TEST_F(LanternToolTest, InfoTellsPacketsAndClips)
+{
+    const std::string packets = Make("a.cdg", Bytes(std::vector<CdgPacket>(400)));
+    const std::string audio = Make("a.wav", SilentWav(44100));
+    const QJsonObject info = Info(packets);
+    EXPECT_EQ(info[u"packets"].toInt(), 400);
+    EXPECT_EQ(info[u"length_ms"].toInt(), 1333);
+    const QJsonArray clips = info[u"clips"].toArray();
+    ASSERT_EQ(clips.size(), 2);
+    EXPECT_EQ(clips[0].toObject(),
+              (QJsonObject{{QStringLiteral("kind"), QStringLiteral("FILE")},
+                           {QStringLiteral("start_ms"), 0},
+                           {QStringLiteral("length_ms"), 1000},
+                           {QStringLiteral("path"), QString::fromStdString(audio)}}));
+    EXPECT_EQ(clips[1].toObject(), (QJsonObject{{QStringLiteral("kind"), QStringLiteral("DATA")},
+                                                {QStringLiteral("start_ms"), 1000},
+                                                {QStringLiteral("length_ms"), 333}}));
+}
+
+TEST_F(LanternToolTest, InfoMeasuresWhatAnEncoderMade)
+{
+    const std::string wav = Make("a.wav", SilentWav(66150));
+    test::OutputOf({.arguments = {"flac", "--silent", "-f", wav, "-o", In("b.flac")}});
+    const QJsonObject info = Info(In("b.flac"));
+    EXPECT_EQ(info[u"length_ms"].toInt(), 1500);
+    EXPECT_EQ(info[u"packets"].toInt(), 450);
+}
+
+TEST_F(LanternToolTest, InfoFindsCompanionsWhateverTheirLetterCase)
+{
+    Make("Song.CDG", Bytes(std::vector<CdgPacket>(300)));
+    const std::string audio = Make("Song.Wav", SilentWav(44100));
+    const QJsonArray clips = Info(In("song.cdg"))[u"clips"].toArray();
+    ASSERT_EQ(clips.size(), 1);
+    EXPECT_EQ(clips[0].toObject()[u"path"].toString().toStdString(), audio);
+}
+
+TEST_F(LanternToolTest, BytesOfAPathThatAreNoTextAppearAsEscapes)
+{
+    const std::string audio = Make("\xE9 \xC3\xA9 \"\n\xFF.wav", SilentWav(44100));
+    const Result result = Run({"info", audio});
+    EXPECT_EQ(result.code, 0);
+    EXPECT_THAT(result.output, HasSubstr("/\\udce9 \xC3\xA9 \\\"\\n\\udcff.wav\""));
+}
+
+TEST_F(LanternToolTest, AFrameIsTheVisiblePictureAfterThePacket)
+{
+    const std::string track = MakeBlocks();
+    ExpectBlocks(Frame(track, "0"), kBlack, kBlack, kBlack);
+    ExpectBlocks(Frame(track, "1"), kBlack, kBlack, kBlack);
+    ExpectBlocks(Frame(track, "2"), kRed, kRed, kRed);
+    ExpectBlocks(Frame(track, "3"), kGreen, kRed, kRed);
+    ExpectBlocks(Frame(track, "4"), kGreen, kBlue, kRed);
+    ExpectBlocks(Frame(track, "14"), kGreen, kBlue, kRed);
+}
+
+TEST_F(LanternToolTest, AFrameIsAPngOfEightBitsEachOfRedGreenAndBlue)
+{
+    Frame(MakeBlocks(), "4");
+    constexpr std::size_t kDepthAndColourType = 24;
+    EXPECT_EQ(test::ReadFile(In("frame.png")).substr(kDepthAndColourType, 2), "\x08\x02");
+}
+
+TEST_F(LanternToolTest, APacketBeyondTheEndShowsTheLastPicture)
+{
+    ExpectBlocks(Frame(MakeBlocks(), "2147483647"), kGreen, kBlue, kRed);
+}
+
+TEST_F(LanternToolTest, SeveralPacketsAreVisitedInTheOrderGiven)
+{
+    const Result result =
+        Run({"frame", MakeBlocks(), "--packet", "4,2,14,0,3", "--out", In("f%d of %d.png")});
+    EXPECT_EQ(result.code, 0) << result.error;
+    const auto frame = [&](const std::string& number) {
+        return QImage(QString::fromStdString(In("f" + number + " of " + number + ".png")));
+    };
+    ExpectBlocks(frame("4"), kGreen, kBlue, kRed);
+    ExpectBlocks(frame("2"), kRed, kRed, kRed);
+    ExpectBlocks(frame("14"), kGreen, kBlue, kRed);
+    ExpectBlocks(frame("0"), kBlack, kBlack, kBlack);
+    ExpectBlocks(frame("3"), kGreen, kRed, kRed);
+}
+
+// Far enough for the snapshots that shorten a way back.
+TEST_F(LanternToolTest, AVisitBackOverSnapshotsShowsWhatAFirstVisitShows)
+{
+    std::vector<CdgPacket> packets = {PrimaryColours(), Fill(1)};
+    packets.resize(9500);
+    packets[2999] = Block(2, 1, 1);
+    packets[6500] = Block(3, 1, 2);
+    const std::string track = Make("long.cdg", Bytes(packets));
+    Run({"frame", track, "--packet", "9500,6501,6500,3000,2999", "--out", In("%d.png")});
+    const auto frame = [&](const std::string& number) {
+        return QImage(QString::fromStdString(In(number + ".png")));
+    };
+    ExpectBlocks(frame("9500"), kGreen, kBlue, kRed);
+    ExpectBlocks(frame("6501"), kGreen, kBlue, kRed);
+    ExpectBlocks(frame("6500"), kGreen, kRed, kRed);
+    ExpectBlocks(frame("3000"), kGreen, kRed, kRed);
+    ExpectBlocks(frame("2999"), kRed, kRed, kRed);
+}
+
+TEST_F(LanternToolTest, SecondsCountAsPackets)
+{
+    const std::string track = MakeBlocks();
+    const Result result =
+        Run({"frame", track, "--at", "0.01,0.0134,3600", "--out", In("at %d.png")});
+    EXPECT_EQ(result.code, 0) << result.error;
+    ExpectBlocks(QImage(QString::fromStdString(In("at 3.png"))), kGreen, kRed, kRed);
+    EXPECT_TRUE(std::filesystem::exists(In("at 1080000.png")));
+}
+
+TEST_F(LanternToolTest, RawWritesTheWholePicturesIndexesAndTheColours)
+{
+    const Result result =
+        Run({"frame", MakeBlocks(), "--packet", "4", "--raw", "--out", In("f.pgm")});
+    EXPECT_EQ(result.code, 0) << result.error;
+    const std::string head = "P5\n300 216\n15\n";
+    const std::string pgm = test::ReadFile(In("f.pgm"));
+    ASSERT_EQ(pgm.size(), head.size() + 300 * 216);
+    EXPECT_THAT(pgm, StartsWith(head));
+    const auto index = [&](std::size_t x, std::size_t y) {
+        return static_cast<int>(pgm[head.size() + y * 300 + x]);
+    };
+    EXPECT_EQ(index(0, 0), 1);
+    EXPECT_EQ(index(6, 12), 2);
+    EXPECT_EQ(index(11, 23), 2);
+    EXPECT_EQ(index(12, 12), 3);
+    EXPECT_EQ(index(18, 12), 1);
+    std::string colours = "#000000\n#ff0000\n#00ff00\n#0000ff\n";
+    for (int entry = 4; entry < 16; ++entry)
+        colours += "#000000\n";
+    EXPECT_EQ(test::ReadFile(In("f.pgm.colours")), colours);
+}
+
+TEST_F(LanternToolTest, NeedsNeitherADisplayNorASoundServer)
+{
+    const std::string track = MakeBlocks();
+    const test::EnvironmentChanges nothing = {{"DISPLAY", std::nullopt},
+                                              {"WAYLAND_DISPLAY", std::nullopt},
+                                              {"QT_QPA_PLATFORM", "none at all"},
+                                              {"PULSE_SERVER", "unix:/none at all"},
+                                              {"HOME", std::nullopt}};
+    EXPECT_EQ(Run({"info", track}, "exec", nothing).code, 0);
+    const Result frame =
+        Run({"frame", track, "--packet", "1", "--out", In("f.png")}, "exec", nothing);
+    EXPECT_EQ(frame.code, 0) << frame.error;
+}
+
+TEST_F(LanternToolTest, HelpAndVersionGoToStandardOutput)
+{
+    const Result help = Run({"--help"});
+    EXPECT_EQ(help.code, 0);
+    EXPECT_THAT(help.output, StartsWith("usage: lantern-tool info TRACK\n"));
+    const Result version = Run({"--version"});
+    EXPECT_EQ(version.code, 0);
+    EXPECT_EQ(version.output, "lantern-tool " LANTERN_VERSION "\n");
+    EXPECT_EQ(help.error + version.error, "");
+}
+
+TEST_F(LanternToolTest, ABadCommandLineIsOneLine)
+{
+    ExpectFailure({}, "no command; try --help");
+    ExpectFailure({"sing"}, "Unknown command 'sing'");
+    ExpectFailure({"--sing"}, "Unknown option 'sing'.");
+    ExpectFailure({"info"}, "no track");
+    ExpectFailure({"info", "a", "b"}, "more than one track");
+    ExpectFailure({"info", "a", "--raw"}, "--raw is not for info");
+    ExpectFailure({"frame", "a", "--out", "b"}, "frame needs either --packet or --at");
+    ExpectFailure({"frame", "a", "--packet", "1", "--at", "1", "--out", "b"},
+                  "frame needs either --packet or --at");
+    ExpectFailure({"frame", "a", "--packet", "1"}, "frame needs --out FILE");
+    ExpectFailure({"frame", "a", "--packet"}, "Missing value after '--packet'.");
+    ExpectFailure({"frame", "a", "--packet", "1,2", "--out", "b"},
+                  "several frames need a %d in --out");
+    for (const char* number : {"-1", "x", "", "1 2", "2147483648", "1.5"}) {
+        ExpectFailure({"frame", "a", std::string("--packet=") + number, "--out", "b"},
+                      std::string("Bad value for --packet: '") + number + "'");
+    }
+    for (const char* number : {"-1", "x", "nan", "inf", "2147484"}) {
+        ExpectFailure({"frame", "a", std::string("--at=") + number, "--out", "b"},
+                      std::string("Bad value for --at: '") + number + "'");
+    }
+}
+
+TEST_F(LanternToolTest, ABadFileIsOneLine)
+{
+    ExpectFailure({"info", In("none.cdg")}, "File not found: " + In("none.cdg"));
+    ExpectFailure({"info", In("")}, "File not found: " + In(""));
+    ExpectFailure({"info", ""}, "Nothing to play: ");
+    ExpectFailure({"info", Make("a.txt", "x")}, "Invalid file format");
+    ExpectFailure({"info", Make("a.mp3", "no sound at all")}, "Nothing to play: " + In("a.mp3"));
+    ExpectFailure({"info", Make("b.cdg", "")}, "Nothing to play: " + In("b.cdg"));
+    ExpectFailure({"info", In("\xFF\n\x1B.cdg")}, "File not found: " + In("\xFF??.cdg"));
+    ASSERT_EQ(mkfifo(In("fifo.wav").c_str(), 0600), 0);
+    ExpectFailure({"info", In("fifo.wav")}, "Nothing to play: " + In("fifo.wav"));
+}
+
+TEST_F(LanternToolTest, AnOutputThatCannotBeWrittenIsOneLine)
+{
+    const std::string track = MakeBlocks();
+    ExpectFailure({"frame", track, "--packet", "1", "--out", In("no/f.png")},
+                  "Cannot write " + In("no/f.png") + ": No such file or directory");
+    ExpectFailure({"frame", track, "--packet", "1", "--out", "/dev/full"},
+                  "Cannot write /dev/full: No space left on device");
+    const Result full = Run({"info", track}, "OUT=/dev/full; exec");
+    EXPECT_EQ(full.code, 1);
+    EXPECT_EQ(full.error, "lantern-tool: Cannot write to standard output\n");
+}
+
+TEST_F(LanternToolTest, ATrackThatDoesNotFitInMemoryIsOneLine)
+{
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+    GTEST_SKIP() << "a sanitizer needs more address space than the limit gives";
+#else
+    const std::string track = Make("a.cdg", "");
+    std::filesystem::resize_file(track, 200U << 20U);
+    const Result result = Run({"info", track}, "ulimit -v 1000000; exec");
+    EXPECT_EQ(result.code, 1);
+    EXPECT_EQ(result.error, "lantern-tool: Out of memory\n");
+#endif
+}
+
+} // namespace
+} // namespace lantern

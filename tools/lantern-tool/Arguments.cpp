@@ -1,0 +1,127 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "Arguments.h"
+
+#include "PlaybackClock.h"
+
+#include <QCommandLineParser>
+
+#include <cmath>
+#include <limits>
+#include <optional>
+
+namespace lantern::tool {
+namespace {
+
+const QCommandLineOption kHelp(QStringList{QStringLiteral("h"), QStringLiteral("help")});
+const QCommandLineOption kVersion(QStringList{QStringLiteral("v"), QStringLiteral("version")});
+const QCommandLineOption kPacket(QStringLiteral("packet"), {}, QStringLiteral("N"));
+const QCommandLineOption kAt(QStringLiteral("at"), {}, QStringLiteral("SECONDS"));
+const QCommandLineOption kOut(QStringLiteral("out"), {}, QStringLiteral("FILE"));
+const QCommandLineOption kRaw(QStringLiteral("raw"));
+
+Arguments Failure(const QString& error)
+{
+    Arguments arguments;
+    arguments.error = error;
+    return arguments;
+}
+
+std::optional<PacketIndex> PacketFromNumber(const QString& text)
+{
+    bool isNumber = false;
+    const int packet = text.toInt(&isNumber);
+    return isNumber && packet >= 0 ? std::optional<PacketIndex>(packet) : std::nullopt;
+}
+
+std::optional<PacketIndex> PacketFromSeconds(const QString& text)
+{
+    bool isNumber = false;
+    const double positionMs = std::round(text.toDouble(&isNumber) * 1000);
+    // A NaN is not in the range, either.
+    if (!isNumber || !(positionMs >= 0 && positionMs <= std::numeric_limits<std::int32_t>::max()))
+        return std::nullopt;
+    return PacketsFromMs(static_cast<std::int32_t>(positionMs));
+}
+
+// The packets of one of the two options; nothing in the result and no error if it wasn't given.
+template <typename Read>
+QString ReadPackets(const QCommandLineParser& parser, const QCommandLineOption& option, Read read,
+                    std::vector<PacketIndex>& packets)
+{
+    for (const QString& list : parser.values(option)) {
+        for (const QString& text : list.split(u',')) {
+            const std::optional<PacketIndex> packet = read(text);
+            if (!packet) {
+                return QStringLiteral("Bad value for --%1: '%2'")
+                    .arg(option.names().constFirst(), text);
+            }
+            packets.push_back(*packet);
+        }
+    }
+    return {};
+}
+
+Arguments ParseFrame(const QCommandLineParser& parser)
+{
+    Arguments arguments;
+    arguments.command = Command::Frame;
+    FrameRequest& frame = arguments.frame;
+    if (parser.isSet(kPacket) == parser.isSet(kAt))
+        return Failure(QStringLiteral("frame needs either --packet or --at"));
+    arguments.error = ReadPackets(parser, kPacket, PacketFromNumber, frame.packets);
+    if (arguments.error.isEmpty())
+        arguments.error = ReadPackets(parser, kAt, PacketFromSeconds, frame.packets);
+    if (!arguments.error.isEmpty())
+        return arguments;
+
+    frame.out = parser.value(kOut);
+    frame.raw = parser.isSet(kRaw);
+    if (frame.out.isEmpty())
+        return Failure(QStringLiteral("frame needs --out FILE"));
+    if (frame.packets.size() > 1 && !frame.out.contains(QStringLiteral("%d")))
+        return Failure(QStringLiteral("several frames need a %d in --out"));
+    return arguments;
+}
+
+Arguments ParseCommand(const QCommandLineParser& parser)
+{
+    const QString command = parser.positionalArguments().value(0);
+    if (command == QStringLiteral("frame"))
+        return ParseFrame(parser);
+    if (command != QStringLiteral("info")) {
+        return Failure(command.isEmpty() ? QStringLiteral("no command; try --help")
+                                         : QStringLiteral("Unknown command '%1'").arg(command));
+    }
+    for (const QCommandLineOption& option : {kPacket, kAt, kOut, kRaw}) {
+        if (parser.isSet(option))
+            return Failure(QStringLiteral("--%1 is not for info").arg(option.names().constFirst()));
+    }
+    Arguments arguments;
+    arguments.command = Command::Info;
+    return arguments;
+}
+
+} // namespace
+
+Arguments ParseArguments(const QStringList& commandLine)
+{
+    QCommandLineParser parser;
+    parser.addOptions({kHelp, kVersion, kPacket, kAt, kOut, kRaw});
+    if (!parser.parse(commandLine))
+        return Failure(parser.errorText());
+    Arguments arguments;
+    if (parser.isSet(kHelp) || parser.isSet(kVersion)) {
+        arguments.command = parser.isSet(kHelp) ? Command::Help : Command::Version;
+        return arguments;
+    }
+    arguments = ParseCommand(parser);
+    const QStringList words = parser.positionalArguments();
+    if (arguments.error.isEmpty() && words.size() != 2) {
+        return Failure(words.size() < 2 ? QStringLiteral("no track")
+                                        : QStringLiteral("more than one track"));
+    }
+    arguments.track = words.value(1);
+    return arguments;
+}
+
+} // namespace lantern::tool

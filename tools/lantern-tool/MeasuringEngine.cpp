@@ -1,0 +1,47 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "MeasuringEngine.h"
+
+#include <utility>
+
+namespace lantern::tool {
+namespace {
+
+constexpr std::int32_t kNoSound = -1;
+
+} // namespace
+
+std::int32_t MeasuringEngine::GetFileDuration(const QString& path)
+{
+    return SoundDecoder::FileDurationMs(path);
+}
+
+std::int32_t MeasuringEngine::LoadFile(const QString& path)
+{
+    return Take(SoundDecoder::OpenFile(path));
+}
+
+std::int32_t MeasuringEngine::LoadMemory(std::span<const std::uint8_t> image)
+{
+    return Take(SoundDecoder::OpenMemory(image));
+}
+
+std::int32_t MeasuringEngine::Take(std::unique_ptr<SoundDecoder> sound)
+{
+    m_sound = std::move(sound);
+    return m_sound ? 0 : kNoSound;
+}
+
+std::int32_t MeasuringEngine::GetLoadedDuration()
+{
+    if (!m_sound)
+        return 0;
+    const std::int64_t rate = m_sound->SampleRate();
+    return static_cast<std::int32_t>((m_sound->FrameCount() * 1000 + rate / 2) / rate);
+}
+
+SoundStatus MeasuringEngine::GetSoundStatus()
+{
+    return m_sound ? SoundStatus::Stopped : SoundStatus::Empty;
+}
+
+} // namespace lantern::tool
