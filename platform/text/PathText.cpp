@@ -87,6 +87,16 @@ QString FoldedName(const QString& name)
         [](const QString& stretch) { return stretch.toCaseFolded(); });
 }
 
+// Most names are plain ASCII, and folders of songs are large: those are compared as bytes.
+bool MeansName(QByteArrayView entry, const QString& foldedName)
+{
+    const bool isAscii = std::all_of(entry.begin(), entry.end(),
+                                     [](char byte) { return static_cast<signed char>(byte) >= 0; });
+    if (isAscii)
+        return foldedName.compare(QLatin1StringView(entry), Qt::CaseInsensitive) == 0;
+    return FoldedName(TextFromNative(entry)) == foldedName;
+}
+
 } // namespace
 
 QString TextFromNative(QByteArrayView bytes)
@@ -162,7 +172,7 @@ QString ResolveName(const QString& path)
         return {};
     std::vector<QByteArray> matches;
     while (const dirent* entry = readdir(directory.get())) {
-        if (FoldedName(TextFromNative(QByteArrayView(entry->d_name))) == wanted)
+        if (MeansName(entry->d_name, wanted))
             matches.emplace_back(entry->d_name);
     }
     if (matches.empty())

@@ -91,6 +91,16 @@ TEST_F(ResolveNameTest, ComposedAndDecomposedAccentsAreTheSame)
     EXPECT_EQ(ResolveName(In(QStringLiteral(u"CAFÉ.mp3"))), decomposed);
 }
 
+TEST_F(ResolveNameTest, LettersThatFoldToAsciiMeetAsciiOnes)
+{
+    const QString kelvin = Make("\xE2\x84\xAA.mp3");
+    EXPECT_EQ(ResolveName(In(QStringLiteral("k.MP3"))), kelvin);
+    const QString plain = Make("Kiss.mp3");
+    EXPECT_EQ(ResolveName(In(QStringLiteral(u"\u212Ai\u017Fs.mp3"))), plain);
+    EXPECT_EQ(ResolveName(In(QStringLiteral("kisses.mp3"))), QString());
+    EXPECT_EQ(ResolveName(In(QStringLiteral("kis.mp3"))), QString());
+}
+
 TEST_F(ResolveNameTest, TheFirstInByteOrderWinsAmongSeveral)
 {
     Make("sOng.mp3");
