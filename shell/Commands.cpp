@@ -1,0 +1,56 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "Commands.h"
+
+#include "AudioEngine.h"
+#include "CommandTable.h"
+#include "KeyMap.h"
+#include "Track.h"
+
+#include <algorithm>
+
+namespace lantern {
+
+Commands::Commands(const CommandTargets& targets) : m_targets(targets)
+{
+}
+
+void Commands::MainPopup(std::int16_t index)
+{
+    if (index >= kFirstDeviceItem) {
+        m_targets.audio.SetAudioDevice(m_targets.engine.GetDeviceName(index - kFirstDeviceItem));
+        return;
+    }
+    const auto* command = std::ranges::find(kCommandTable, index, &Command::number);
+    if (command != kCommandTable.end())
+        command->run(m_targets);
+}
+
+void Commands::DoKeyDown(KeyCode keyCode, ShiftBits shift)
+{
+    if (m_targets.track.MediaLoading)
+        return;
+    if (!m_keyHeld)
+        RunKey(keyCode, shift);
+    if (std::ranges::find(kRepeatingKeys, keyCode) == kRepeatingKeys.end())
+        m_keyHeld = true;
+}
+
+void Commands::DoKeyUp(KeyCode, ShiftBits)
+{
+    m_keyHeld = false;
+}
+
+void Commands::RunKey(KeyCode keyCode, ShiftBits shift)
+{
+    for (const KeyBinding& binding : kKeyMap) {
+        if (binding.key != keyCode || !binding.shift.Holds(shift))
+            continue;
+        if (binding.run)
+            binding.run(m_targets);
+        else
+            MainPopup(binding.command);
+        return;
+    }
+}
+
+} // namespace lantern

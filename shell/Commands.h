@@ -1,0 +1,57 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "KeyCodes.h"
+
+#include <cstdint>
+
+namespace lantern {
+
+class AudioControl;
+class AudioEngine;
+class Display;
+class PlaybackClock;
+class WheelControl;
+struct Track;
+
+// What commands ask of the window itself.
+class CommandWindow {
+public:
+    virtual ~CommandWindow() = default;
+    virtual void ShowOpenDialog() = 0; // and opens what the user chose
+    virtual void Exit() = 0;
+};
+
+// All that a command can act on.
+struct CommandTargets {
+    CommandWindow& window;
+    const Track& track;
+    AudioEngine& engine;
+    PlaybackClock& clock;
+    Display& display;
+    AudioControl& audio;
+    WheelControl& wheel;
+};
+
+// The way from a command number or a key to what it does. The tables are in CommandTable.h and
+// KeyMap.h.
+class Commands {
+public:
+    explicit Commands(const CommandTargets& targets);
+
+    // Runs a command by its number; an unknown number does nothing.
+    void MainPopup(std::int16_t index);
+
+    // Most keys act once per press; a few repeat for as long as they are held. While a track is
+    // being opened no key does anything.
+    void DoKeyDown(KeyCode keyCode, ShiftBits shift);
+    void DoKeyUp(KeyCode keyCode, ShiftBits shift);
+
+private:
+    void RunKey(KeyCode keyCode, ShiftBits shift);
+
+    CommandTargets m_targets;
+    bool m_keyHeld = false; // a key that doesn't repeat was pressed and not released
+};
+
+} // namespace lantern

@@ -1,0 +1,222 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "f101.h"
+
+#include "Application.h"
+#include "SystemColours.h"
+#include "WindowLayout.h"
+
+#include <QCloseEvent>
+#include <QCoreApplication>
+#include <QIcon>
+#include <QKeyEvent>
+#include <QPainter>
+
+#include <cmath>
+
+namespace lantern {
+namespace {
+
+constexpr int kTickMs = 10;
+constexpr std::int32_t kSystemTextHeight = 225; // twips
+
+QString Caption()
+{
+    return QStringLiteral("%1 %2.%3.%4")
+        .arg(kApplicationTitle)
+        .arg(kMajorVersion)
+        .arg(kMinorVersion)
+        .arg(kRevision, 2, 10, QChar(u'0'));
+}
+
+} // namespace
+
+f101::f101(std::unique_ptr<AudioEngine> engine, WindowServices services)
+    : m_services(std::move(services)), m_twips(ScreenTwips()), m_pic(this), m_systemText(this),
+      m_fullScreen(*this), m_picture(m_buffers), m_display(m_picture, *this, m_clipboard),
+      m_interpreter(m_picture, m_display), m_engine(std::move(engine)), m_audio(*m_engine, *this),
+      m_clock(*m_engine, m_track, m_picture, m_interpreter, m_display, *this),
+      m_loader(m_track, *m_engine, *this),
+      m_wheel(m_audio, m_track, [this](std::int32_t deltaMs) { m_clock.SkipBy(deltaMs); }),
+      m_commands({*this, m_track, *m_engine, m_clock, m_display, m_audio, m_wheel})
+{
+    setAttribute(Qt::WA_OpaquePaintEvent);
+    setFocusPolicy(Qt::StrongFocus);
+    m_pic.setObjectName(QStringLiteral("pic"));
+    m_pic.setAccessibleName(QStringLiteral("Lyrics"));
+    m_pic.PaintPicture = [this] { m_display.PaintDisplay(); };
+    m_engine->SoundDone = [this] { m_clock.HandleSoundDone(); };
+    m_timer1.setTimerType(Qt::PreciseTimer);
+    m_timer1.setInterval(kTickMs);
+    m_timer1.callOnTimeout(this, [this] { Tick(); });
+    m_systemTimer.start();
+}
+
+f101::~f101()
+{
+    Unload();
+}
+
+// Each step stands on those before it; the settings, for one, set the volume of a running engine.
+bool f101::Load(const QString& commandArgs)
+{
+    m_timer1.stop();
+    if (const QString message = m_audio.StartEngine(); !message.isEmpty()) {
+        m_services.ShowMessage(message);
+        return false;
+    }
+    m_isLoaded = true;
+    setWindowIcon(QIcon(QStringLiteral(":/icon/lyric-lantern.svg")));
+    setWindowTitle(Caption());
+    setMinimumSize(MinimumPixels(0));
+    m_audio.WheelType = static_cast<std::int16_t>(WheelMode::Volume);
+    m_picture.SetupGraphics(true, &m_pic);
+    m_loader.ClearMedia();
+    const int zoomStep = m_display.ZoomStep;
+    if (zoomStep == kFullScreenStep)
+        m_display.SetZoom(kDefaultZoomStep, 1.0F); // the size behind the full screen
+    m_display.SetZoom(zoomStep, 1.0F);
+    UpdatePlayer();
+    m_audio.SetAudioDevice(m_audio.AudioDevice);
+    if (!commandArgs.trimmed().isEmpty())
+        OpenMedia(commandArgs);
+    m_timer1.start();
+    return true;
+}
+
+void f101::Unload()
+{
+    if (!m_isLoaded)
+        return;
+    m_isLoaded = false;
+    m_timer1.stop();
+    m_engine->StopSound();
+    m_picture.SetupGraphics(false);
+}
+
+void f101::closeEvent(QCloseEvent* event)
+{
+    Unload();
+    event->accept();
+    QCoreApplication::exit();
+}
+
+void f101::OpenMedia(const QString& path)
+{
+    m_loader.OpenMedia(path);
+}
+
+void f101::MainPopup(std::int16_t index)
+{
+    m_commands.MainPopup(index);
+}
+
+void f101::DoKeyDown(KeyCode keyCode, ShiftBits shift)
+{
+    m_commands.DoKeyDown(keyCode, shift);
+}
+
+void f101::DoKeyUp(KeyCode keyCode, ShiftBits shift)
+{
+    m_commands.DoKeyUp(keyCode, shift);
+}
+
+void f101::MouseWheel(std::int32_t keys, std::int32_t delta, std::int32_t x, std::int32_t y)
+{
+    m_wheel.MouseWheel(keys, delta, x, y);
+}
+
+void f101::SetWheelType(std::int16_t number)
+{
+    m_audio.SetWheelType(number);
+}
+
+void f101::UpdatePlayer()
+{
+    m_clock.UpdatePlayer();
+}
+
+void f101::Tick()
+{
+    // A message box or dialog that a tick brings up runs the timer, too.
+    if (m_isTicking)
+        return;
+    m_isTicking = true;
+    UpdatePlayer();
+    m_isTicking = false;
+}
+
+QRect f101::PixelsOf(const TwipRect& rect) const
+{
+    const auto nearest = [](std::int32_t twips, std::int32_t perPixel) {
+        return static_cast<int>(std::nearbyint(static_cast<double>(twips) / perPixel));
+    };
+    return {nearest(rect.left, m_twips.x), nearest(rect.top, m_twips.y), rect.width / m_twips.x,
+            rect.height / m_twips.y};
+}
+
+void f101::Layout()
+{
+    if (!m_isLoaded || isMinimized())
+        return;
+    CalcMargins();
+    const TwipSize client = {width() * m_twips.x, height() * m_twips.y};
+    const TwipRect picture = PictureRect(client, m_marginX, 0);
+    m_pic.setGeometry(PixelsOf(picture));
+    m_systemText.setGeometry(PixelsOf(SystemTextRect(picture, kSystemTextHeight, m_twips.y)));
+    m_display.PaintDisplay();
+}
+
+void f101::paintEvent(QPaintEvent* event)
+{
+    QPainter painter(this);
+    for (const QRect& exposed : event->region())
+        painter.fillRect(exposed, QColor::fromRgb(ResolveColour(m_backColor)));
+}
+
+void f101::resizeEvent(QResizeEvent*)
+{
+    Layout();
+}
+
+void f101::changeEvent(QEvent* event)
+{
+    if (event->type() == QEvent::WindowStateChange)
+        Layout();
+    QWidget::changeEvent(event);
+}
+
+bool f101::event(QEvent* event)
+{
+    if (event->type() == QEvent::WindowActivate && m_isLoaded) {
+        m_picture.RealizePalette();
+        update();
+    }
+    return QWidget::event(event);
+}
+
+void f101::keyPressEvent(QKeyEvent* event)
+{
+    DoKeyDown(KeyCodeOf(*event), ShiftBitsOf(*event));
+}
+
+void f101::keyReleaseEvent(QKeyEvent* event)
+{
+    // Some systems tell of releases while a key that repeats is still down.
+    if (!event->isAutoRepeat())
+        DoKeyUp(KeyCodeOf(*event), ShiftBitsOf(*event));
+}
+
+void f101::wheelEvent(QWheelEvent* event)
+{
+    if (const int notch = m_wheelTurns.Add(event->angleDelta().y()); notch != 0)
+        MouseWheel(0, notch, 0, 0);
+    event->accept();
+}
+
+void f101::mouseDoubleClickEvent(QMouseEvent* event)
+{
+    if (event->button() == Qt::LeftButton)
+        MainPopup(10);
+}
+
+} // namespace lantern

@@ -1,0 +1,87 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "FakeAudioEngine.h"
+#include "Packets.h"
+#include "SystemText.h"
+#include "f101.h"
+
+#include <QCoreApplication>
+#include <QFile>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <utility>
+#include <vector>
+
+namespace lantern {
+
+// A main window with an engine without sound, and tracks in a folder of their own.
+class WindowFixture : public ::testing::Test {
+protected:
+    WindowFixture() : WindowFixture(std::make_unique<FakeAudioEngine>()) {}
+
+    // Writes a packet file of whole seconds that begins with the packets given.
+    QString MakeTrack(std::vector<CdgPacket> packets, int seconds = 10)
+    {
+        packets.resize(static_cast<std::size_t>(seconds) * kPacketsPerSecond);
+        QFile file(folder.filePath(QStringLiteral("track%1.cdg").arg(++m_trackCount)));
+        if (!file.open(QIODevice::WriteOnly))
+            ADD_FAILURE() << "cannot write a track";
+        file.write(reinterpret_cast<const char*>(packets.data()),
+                   static_cast<qint64>(packets.size() * kPacketSize));
+        return file.fileName();
+    }
+
+    // A blue picture with an orange frame around it from the first packet on.
+    QString MakeBlueTrack()
+    {
+        return MakeTrack({packets::Colours(false, {0x000, 0x00A, 0xFA0, 0xFFF, 0, 0, 0, 0}),
+                          packets::Colours(true, {}), packets::MemoryPreset(1),
+                          packets::BorderPreset(2)});
+    }
+
+    void Load(const QString& commandArgs = {})
+    {
+        ASSERT_TRUE(window.Load(commandArgs));
+        window.show();
+        Settle();
+    }
+
+    static void Settle()
+    {
+        for (int i = 0; i < 3; ++i)
+            QCoreApplication::processEvents();
+    }
+
+    void Press(KeyCode key, ShiftBits shift = 0)
+    {
+        window.DoKeyDown(key, shift);
+        window.DoKeyUp(key, shift);
+    }
+
+    void Press(char key, ShiftBits shift = 0) { Press(static_cast<KeyCode>(key), shift); }
+
+    SystemText& Message() { return *dynamic_cast<SystemText*>(window.findChild<QLabel*>()); }
+    QString Status() { return Message().isVisible() ? Message().text().trimmed() : QString(); }
+
+    QTemporaryDir folder;
+    FakeAudioEngine& engine; // owned by the window
+    QStringList messages;
+    f101 window;
+
+private:
+    explicit WindowFixture(std::unique_ptr<FakeAudioEngine> made)
+        : engine(*made),
+          window(std::move(made),
+                 {.ShowMessage = [this](const QString& text) { messages.append(text); }})
+    {
+        engine.DurationMs = 10000;
+    }
+
+    int m_trackCount = 0;
+};
+
+} // namespace lantern

@@ -1,0 +1,223 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "WindowFixture.h"
+
+#include <QCloseEvent>
+#include <QElapsedTimer>
+
+#include <gmock/gmock.h>
+
+#include <algorithm>
+
+namespace lantern {
+namespace {
+
+using ::testing::Contains;
+using ::testing::ElementsAre;
+
+using f101Test = WindowFixture;
+
+TEST_F(f101Test, WithoutADeviceTheUserIsToldAndNothingElseHappens)
+{
+    engine.Devices.clear();
+    EXPECT_FALSE(window.Load(MakeBlueTrack()));
+    EXPECT_THAT(messages,
+                ElementsAre(QStringLiteral("No audio device/speakers detected/connected.")));
+    EXPECT_THAT(engine.Log, ElementsAre("GetDeviceCount"));
+}
+
+TEST_F(f101Test, WithALockedDeviceTheUserIsToldAndNothingElseHappens)
+{
+    engine.InitSucceeds = false;
+    EXPECT_FALSE(window.Load({}));
+    EXPECT_THAT(messages, ElementsAre(QStringLiteral(
+                              "One of the audio devices may be locked by another application.")));
+    EXPECT_THAT(engine.Log, ElementsAre("GetDeviceCount", "EngineInit"));
+    window.close(); // as harmless as any other
+}
+
+TEST_F(f101Test, TheCaptionIsTheTitleAndTheVersion)
+{
+    Load();
+    EXPECT_EQ(window.windowTitle(), QStringLiteral("Lyric Lantern CDG Player 5.0.525"));
+    EXPECT_FALSE(window.windowIcon().isNull());
+    EXPECT_FALSE(window.windowIcon().pixmap(16, 16).isNull());
+}
+
+TEST_F(f101Test, TheEngineStartsFirstThenTheDeviceIsChosenThenTheTrackIsOpened)
+{
+    Load(MakeBlueTrack());
+    const auto at = [this](const std::string& call) {
+        return std::ranges::find_if(
+                   engine.Log, [&](const std::string& line) { return line.starts_with(call); }) -
+               engine.Log.begin();
+    };
+    EXPECT_LT(at("EngineInit"), at("CloseSound"));
+    EXPECT_LT(at("CloseSound"), at("SelectDevice"));
+    EXPECT_LT(at("SelectDevice"), at("LoadMemory"));
+    EXPECT_LT(at("LoadMemory"), at("StartSound"));
+    EXPECT_LT(at("StartSound"), static_cast<std::ptrdiff_t>(engine.Log.size()));
+}
+
+TEST_F(f101Test, ABlankCommandLineOpensNothing)
+{
+    Load(QStringLiteral("  "));
+    EXPECT_THAT(engine.Log, ::testing::Not(Contains("StartSound")));
+    EXPECT_EQ(std::ranges::count(engine.Log, "CloseSound"), 1);
+}
+
+TEST_F(f101Test, TheWindowComesUpAtSizeTwoInTheMiddleOfTheScreen)
+{
+    ASSERT_TRUE(window.Load({}));
+    EXPECT_EQ(window.size(), QSize(2 * 288 + 50, 2 * 192 + 55));
+    const QRect desktop = DesktopRect();
+    EXPECT_EQ(window.x(), (desktop.width() - window.width()) / 2 + desktop.x());
+    EXPECT_EQ(window.minimumSize(), QSize(338, 247));
+}
+
+TEST_F(f101Test, ATrackPlaysAndThePictureFollowsTheSound)
+{
+    Load(MakeBlueTrack());
+    EXPECT_EQ(engine.Status, SoundStatus::Playing);
+    EXPECT_EQ(window.grab().toImage().pixel(100, 100), 0xFF000000u);
+    engine.PositionMs = 100;
+    window.UpdatePlayer();
+    const QImage shown = window.grab().toImage();
+    EXPECT_EQ(shown.pixel(shown.width() / 2, shown.height() / 2), 0xFF0000AAu);
+    EXPECT_EQ(shown.pixel(2, 2), 0xFFFFAA00u) << "the border's colour all around";
+    EXPECT_EQ(Message().ForeColor(), 0xFF5500u) << "the opposite of the border's";
+}
+
+TEST_F(f101Test, TheTimerTicksByItself)
+{
+    Load(MakeBlueTrack());
+    engine.PositionMs = 100;
+    QElapsedTimer waited;
+    waited.start();
+    const auto middle = [this] {
+        return window.grab().toImage().pixel(window.width() / 2, window.height() / 2);
+    };
+    while (middle() != 0xFF0000AAu && waited.elapsed() < 5000)
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    EXPECT_EQ(middle(), 0xFF0000AAu);
+}
+
+TEST_F(f101Test, TheEndOfTheSoundStopsAndBlanks)
+{
+    Load(MakeBlueTrack());
+    engine.PositionMs = 100;
+    window.UpdatePlayer();
+    engine.PlayToEnd();
+    Settle();
+    EXPECT_EQ(engine.Status, SoundStatus::Stopped);
+    EXPECT_EQ(engine.PositionMs, 0);
+    EXPECT_EQ(window.grab().toImage().pixel(100, 100), 0xFF000000u);
+    EXPECT_EQ(window.grab().toImage().pixel(2, 2), 0xFF000000u);
+}
+
+TEST_F(f101Test, AFileThatIsNoTrackLeavesABlackScreenWithoutAMessage)
+{
+    Load(MakeBlueTrack());
+    engine.PositionMs = 100;
+    window.UpdatePlayer();
+    window.OpenMedia(folder.filePath(QStringLiteral("missing.cdg")));
+    EXPECT_EQ(engine.Status, SoundStatus::Empty);
+    EXPECT_EQ(window.grab().toImage().pixel(100, 100), 0xFF000000u);
+    EXPECT_TRUE(messages.isEmpty());
+    EXPECT_EQ(Status(), QString());
+}
+
+TEST_F(f101Test, ClosingStopsTheSoundOnceAndEndsTheTicks)
+{
+    Load(MakeBlueTrack());
+    engine.Log.clear();
+    window.close();
+    EXPECT_EQ(std::ranges::count(engine.Log, "StopSound"), 1);
+    engine.Log.clear();
+    QElapsedTimer waited;
+    waited.start();
+    while (waited.elapsed() < 50)
+        QCoreApplication::processEvents();
+    EXPECT_TRUE(engine.Log.empty());
+    window.close();
+    EXPECT_TRUE(engine.Log.empty());
+}
+
+TEST_F(f101Test, PaintingAndResizingAfterTheCloseAreHarmless)
+{
+    Load(MakeBlueTrack());
+    window.close();
+    window.show();
+    window.resize(700, 500);
+    Settle();
+    EXPECT_FALSE(window.grab().isNull());
+}
+
+TEST_F(f101Test, ASmallerFullScreenMarginHoldsALargerPicture)
+{
+    Load();
+    const auto picture = [this] { return window.findChild<QWidget*>(QStringLiteral("pic")); };
+    ASSERT_NE(picture(), nullptr);
+    EXPECT_EQ(picture()->geometry(), QRect(25, 27, 576, 384));
+    window.MainPopup(10);
+    Settle();
+    const int height = DesktopRect().height() - 40;
+    const int width = DesktopRect().width() - 40;
+    EXPECT_EQ(picture()->width(), std::min(width, height * 3 / 2));
+    EXPECT_EQ(picture()->cursor().shape(), Qt::BlankCursor);
+    window.MainPopup(10);
+    Settle();
+    EXPECT_EQ(picture()->geometry(), QRect(25, 27, 576, 384));
+    EXPECT_EQ(picture()->cursor().shape(), Qt::ArrowCursor);
+}
+
+TEST_F(f101Test, ADraggedSizeKeepsTheProportions)
+{
+    Load();
+    window.resize(1000, 400);
+    Settle();
+    EXPECT_EQ(window.findChild<QWidget*>(QStringLiteral("pic"))->geometry(),
+              QRect(237, 25, 525, 350));
+}
+
+// What goes on while a track is opened: the engine is asked for the sound's length.
+class AskingEngine : public FakeAudioEngine {
+public:
+    std::function<void()> WhileLoading;
+
+    std::int32_t GetFileDuration(const QString&) override
+    {
+        if (WhileLoading)
+            WhileLoading();
+        return DurationMs;
+    }
+};
+
+TEST(f101, KeysAndTheWheelDoNothingWhileATrackIsOpened)
+{
+    auto made = std::make_unique<AskingEngine>();
+    AskingEngine& engine = *made;
+    engine.DurationMs = 5000;
+    f101 window(std::move(made), {.ShowMessage = [](const QString&) {}});
+    ASSERT_TRUE(window.Load({}));
+    const QTemporaryDir folder;
+    QFile sound(folder.filePath(QStringLiteral("sound.wav")));
+    ASSERT_TRUE(sound.open(QIODevice::WriteOnly));
+    sound.close();
+
+    bool wasAsked = false;
+    engine.WhileLoading = [&] {
+        wasAsked = true;
+        window.DoKeyDown(KeyCode::M, 0);
+        window.MouseWheel(0, 120, 0, 0);
+        window.UpdatePlayer();
+    };
+    window.OpenMedia(sound.fileName());
+    EXPECT_TRUE(wasAsked);
+    EXPECT_EQ(engine.Volume, 100);
+    EXPECT_EQ(engine.Status, SoundStatus::Playing);
+    window.DoKeyDown(KeyCode::M, 0); // and the key that was dropped isn't held
+    EXPECT_EQ(engine.Volume, 0);
+}
+
+} // namespace
+} // namespace lantern
