@@ -1,0 +1,41 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ZipService.h"
+#include "PathText.h"
+
+#include <QTemporaryDir>
+
+#include <cstdio>
+#include <dlfcn.h>
+#include <gtest/gtest.h>
+
+namespace lantern {
+namespace {
+
+TEST(ZipService, ArchivesCanBeReadHere)
+{
+    EXPECT_TRUE(ZipServiceWorks());
+}
+
+TEST(ZipService, TheLibraryHasTheNameThatTheSystemKnows)
+{
+    void* library = dlopen(NativeFromText(ZipLibraryName()).constData(), RTLD_NOW | RTLD_NOLOAD);
+    EXPECT_NE(library, nullptr);
+    if (library)
+        dlclose(library);
+}
+
+TEST(ZipService, WhatIsNoLibraryDoesNoHarm)
+{
+    const QTemporaryDir folder;
+    const QString path = folder.filePath(ZipLibraryName());
+    FILE* file = std::fopen(path.toUtf8().constData(), "w");
+    ASSERT_NE(file, nullptr);
+    std::fputs("not a library", file);
+    std::fclose(file);
+    LoadZipLibrary(path);
+    LoadZipLibrary(QStringLiteral("/no/such/library.so"));
+    EXPECT_TRUE(ZipServiceWorks());
+}
+
+} // namespace
+} // namespace lantern
