@@ -8,6 +8,8 @@ namespace lantern {
 
 inline const QString kApplicationTitle = QStringLiteral("Lyric Lantern CDG Player");
 
+inline const QString kWebSite = QStringLiteral("https://lyric-lantern.example/");
+
 inline constexpr int kMajorVersion = 5;
 inline constexpr int kMinorVersion = 0;
 inline constexpr int kRevision = 525;

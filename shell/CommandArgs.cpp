@@ -5,6 +5,9 @@
 #include "PathHelpers.h"
 #include "PathText.h"
 
+#include <filesystem>
+#include <system_error>
+
 namespace lantern {
 namespace {
 
@@ -49,6 +52,18 @@ QString ResolveTypedPath(const QString& commandArgs, const QString& folder)
     if (absolute == path)
         return commandArgs;
     return commandArgs.startsWith(kQuote) ? Quoted(absolute) : absolute;
+}
+
+ProgramArguments ProgramArguments::Of(std::span<const char* const> arguments)
+{
+    std::error_code error;
+    const std::filesystem::path folder = std::filesystem::current_path(error);
+    return {JoinedCommandLine(arguments), TextFromNative(folder.native())};
+}
+
+QString GetCommandArgs(const ProgramArguments& arguments)
+{
+    return ResolveTypedPath(ParseCommandArgs(arguments.CommandLine), arguments.Folder);
 }
 
 } // namespace lantern

@@ -21,4 +21,15 @@ QString ParseCommandArgs(const QString& commandLine);
 // from a folder of its own, and a running instance doesn't know where a later one was started.
 QString ResolveTypedPath(const QString& commandArgs, const QString& folder);
 
+// What a start was given, taken at once: the player changes its current folder soon after.
+struct ProgramArguments {
+    QString CommandLine;
+    QString Folder; // the current folder of the start; empty if there was none
+
+    static ProgramArguments Of(std::span<const char* const> arguments);
+};
+
+// The text that names a track, as it was typed, quotation marks included, with its full path.
+QString GetCommandArgs(const ProgramArguments& arguments);
+
 } // namespace lantern

@@ -12,7 +12,7 @@
 #include <QCoreApplication>
 
 #include <cstdio>
-#include <unistd.h>
+#include <vector>
 
 namespace lantern {
 namespace {
@@ -37,7 +37,7 @@ int Run(int argc, char** argv)
     const LockResult result = lock.Take();
     if (result == LockResult::HeldByAnother) {
         const std::vector<const char*> arguments(argv, argv + argc);
-        fDDE(lock.LinkPath()).ExecuteDDE(ParseCommandArgs(JoinedCommandLine(arguments)));
+        fDDE(lock.LinkPath()).ExecuteDDE(GetCommandArgs(ProgramArguments::Of(arguments)));
         return 0;
     }
     if (result == LockResult::Unavailable)

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 // The lock and the link between real processes.
+#include <QDir>
 #include <QElapsedTimer>
 #include <QProcess>
 #include <QTemporaryDir>
@@ -78,6 +79,16 @@ TEST_F(LinkProcessTest, ALaterStartWithoutArgumentsBringsTheFirstForward)
     Start()->waitForFinished();
     EXPECT_EQ(Line(*first), "focus");
     EXPECT_FALSE(first->waitForReadyRead(200));
+    End(*first);
+}
+
+TEST_F(LinkProcessTest, ARelativePathIsResolvedWhereItWasTyped)
+{
+    const auto first = StartFirst();
+    const QString folder = QDir::currentPath();
+    Start({QStringLiteral("My Song.cdg")})->waitForFinished();
+    EXPECT_EQ(Line(*first), "focus");
+    EXPECT_EQ(Line(*first), "open \"" + folder.toStdString() + "/My Song.cdg\"");
     End(*first);
 }
 

@@ -1,0 +1,123 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "modAPI.h"
+
+#include <QApplication>
+#include <QDesktopServices>
+#include <QIcon>
+#include <QMessageBox>
+#include <QUrl>
+#include <QWidget>
+#include <QWindow>
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+
+namespace lantern {
+namespace {
+
+constexpr int kButtonBits = 0xF;
+constexpr int kIconBits = 0x70;
+
+// By the numbers of the button sets.
+constexpr std::array<QMessageBox::StandardButtons::Int, 6> kButtonSets = {
+    QMessageBox::Ok,
+    QMessageBox::Ok | QMessageBox::Cancel,
+    QMessageBox::Abort | QMessageBox::Retry | QMessageBox::Ignore,
+    QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel,
+    QMessageBox::Yes | QMessageBox::No,
+    QMessageBox::Retry | QMessageBox::Cancel,
+};
+
+struct AnswerRow {
+    QMessageBox::StandardButton button;
+    MessageAnswer answer;
+};
+constexpr std::array<AnswerRow, 7> kAnswers = {{
+    {QMessageBox::Ok, MessageAnswer::Ok},
+    {QMessageBox::Cancel, MessageAnswer::Cancel},
+    {QMessageBox::Abort, MessageAnswer::Abort},
+    {QMessageBox::Retry, MessageAnswer::Retry},
+    {QMessageBox::Ignore, MessageAnswer::Ignore},
+    {QMessageBox::Yes, MessageAnswer::Yes},
+    {QMessageBox::No, MessageAnswer::No},
+}};
+
+QMessageBox::StandardButtons ButtonsOf(int flags)
+{
+    const auto set = static_cast<std::size_t>(flags & kButtonBits);
+    return QMessageBox::StandardButtons(kButtonSets[set < kButtonSets.size() ? set : 0]);
+}
+
+QMessageBox::Icon IconOf(int flags)
+{
+    switch (flags & kIconBits) {
+    case CriticalIcon:
+        return QMessageBox::Critical;
+    case QuestionIcon:
+        return QMessageBox::Question;
+    case WarningIcon:
+        return QMessageBox::Warning;
+    case InformationIcon:
+        return QMessageBox::Information;
+    default:
+        return QMessageBox::NoIcon;
+    }
+}
+
+// A box that is closed without a choice counts as cancelled, or as read where that is all it
+// offers.
+MessageAnswer AnswerOf(int button)
+{
+    const auto* found = std::ranges::find(
+        kAnswers, button, [](const AnswerRow& row) { return static_cast<int>(row.button); });
+    return found == kAnswers.end() ? MessageAnswer::Cancel : found->answer;
+}
+
+QWidget& TopmostOwner(QWidget& window)
+{
+    QWidget* owner = window.window();
+    while (owner->parentWidget())
+        owner = owner->parentWidget()->window();
+    return *owner;
+}
+
+} // namespace
+
+MessageAnswer ShowMessage(const QString& text, int flags, const QString& title)
+{
+    QMessageBox box(IconOf(flags), title, text, ButtonsOf(flags), QApplication::activeWindow());
+    // A path may look like markup.
+    box.setTextFormat(Qt::PlainText);
+    box.setWindowFlag(Qt::WindowStaysOnTopHint);
+    return AnswerOf(box.exec());
+}
+
+void ShowFileError(const QString& detail, const QString& head, const QString& title)
+{
+    ShowMessage(head + QStringLiteral("\n\n") + detail, WarningIcon, title);
+}
+
+void SetTopMost(QWidget& window, bool isTopMost)
+{
+    // Through the window behind the widget: QWidget::setWindowFlag would make it anew, which
+    // flickers and gives up the focus.
+    window.winId();
+    if (QWindow* handle = window.windowHandle())
+        handle->setFlag(Qt::WindowStaysOnTopHint, isTopMost);
+}
+
+void SetWindowIcons(QWidget& window, const QString& resourceName, bool withOwner)
+{
+    const QIcon icon(QStringLiteral(":/icon/") + resourceName + QStringLiteral(".svg"));
+    window.setWindowIcon(icon);
+    if (withOwner)
+        TopmostOwner(window).setWindowIcon(icon);
+}
+
+void OpenWebSite()
+{
+    QDesktopServices::openUrl(QUrl(kWebSite));
+}
+
+} // namespace lantern

@@ -1,0 +1,56 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "Application.h"
+
+#include <QString>
+
+class QWidget;
+
+// The helpers that the shell's windows share. Their peers below the shell are in PathHelpers.h,
+// MediaTypes.h, LastErrorText.h, clsFileIO.h (ReadTextFile) and CommandArgs.h (GetCommandArgs).
+namespace lantern {
+
+// The flags of a message: one of the sets of buttons plus one of the icons. Whatever they say, it
+// stands above all other windows.
+enum MessageFlag {
+    OkOnly = 0,
+    OkCancel = 1,
+    AbortRetryIgnore = 2,
+    YesNoCancel = 3,
+    YesNo = 4,
+    RetryCancel = 5,
+    CriticalIcon = 16,
+    QuestionIcon = 32,
+    WarningIcon = 48,
+    InformationIcon = 64,
+};
+
+enum class MessageAnswer {
+    Ok = 1,
+    Cancel = 2,
+    Abort = 3,
+    Retry = 4,
+    Ignore = 5,
+    Yes = 6,
+    No = 7,
+};
+
+// A message box owned by the active window; it returns when it is closed, and events go on behind
+// it. It needs the toolkit: a later instance, which has none, never shows a message.
+MessageAnswer ShowMessage(const QString& text, int flags, const QString& title = kApplicationTitle);
+
+// Head, an empty line and the detail, with the warning icon.
+void ShowFileError(const QString& detail, const QString& head, const QString& title);
+
+// In or out of the topmost band; size and position stay.
+void SetTopMost(QWidget& window, bool isTopMost);
+
+// The named icon of the program's resources, in all sizes that the system asks for; with the flag,
+// also for the topmost owner of the window.
+void SetWindowIcons(QWidget& window, const QString& resourceName, bool withOwner);
+
+// Shows the maker's web site in the user's browser.
+void OpenWebSite();
+
+} // namespace lantern

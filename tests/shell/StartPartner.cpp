@@ -1,0 +1,66 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// The start of the player around an empty main window, which tells what it finds and, told to
+// "quit", closes itself.
+#include "CommandLink.h"
+#include "PathText.h"
+#include "RunPlayer.h"
+
+#include <QApplication>
+#include <QSocketNotifier>
+
+#include <cstdio>
+#include <filesystem>
+#include <unistd.h>
+
+namespace lantern {
+namespace {
+
+void Print(const char* name, const QString& text)
+{
+    std::printf("%s %s\n", name, NativeFromText(text).constData());
+    std::fflush(stdout);
+}
+
+class EmptyWindow : public QWidget, private CommandHost {
+public:
+    explicit EmptyWindow(ProgramState& state)
+        : m_state(state), m_link(state.InstanceMutex, *this),
+          m_input(STDIN_FILENO, QSocketNotifier::Read)
+    {
+        connect(&m_input, &QSocketNotifier::activated, this, [this] { close(); });
+        Print("AppPath", state.AppPath);
+        Print("UserDataPath", state.UserDataPath);
+        Print("TwipsX", QString::number(state.TwipsX));
+        Print("Current", TextFromNative(std::filesystem::current_path().native()));
+        Print("Args", GetCommandArgs(state.Arguments));
+        show();
+    }
+
+protected:
+    void closeEvent(QCloseEvent*) override
+    {
+        ReleaseInstance(m_state);
+        m_state.Settings->SaveSettings();
+        Print("Closed", {});
+        QApplication::quit();
+    }
+
+private:
+    void TakeFocus() override { Print("Focus", {}); }
+    void OpenMedia(const QString& commandText) override { Print("Open", commandText); }
+
+    ProgramState& m_state;
+    CommandLink m_link;
+    QSocketNotifier m_input;
+};
+
+} // namespace
+} // namespace lantern
+
+int main(int argc, char** argv)
+{
+    return lantern::RunPlayer(argc, argv, [](lantern::ProgramState& state) {
+        return std::make_unique<lantern::EmptyWindow>(state);
+    });
+}

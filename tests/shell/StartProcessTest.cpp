@@ -1,0 +1,142 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// The start of the player in processes of its own, around an empty main window.
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QProcess>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+#include <memory>
+#include <signal.h>
+#include <string>
+#include <sys/prctl.h>
+
+namespace {
+
+class StartProcessTest : public ::testing::Test {
+protected:
+    StartProcessTest()
+    {
+        m_environment.insert(QStringLiteral("XDG_RUNTIME_DIR"), m_folder.path());
+        m_environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
+        m_environment.insert(QStringLiteral("QT_FONT_DPI"), QStringLiteral("96"));
+        m_environment.insert(QStringLiteral("appdata"), In("roaming"));
+    }
+
+    QString In(const char* name) const { return m_folder.path() + u'/' + QLatin1String(name); }
+
+    std::unique_ptr<QProcess> Start(const QStringList& arguments = {},
+                                    const QString& program = QStringLiteral(START_PARTNER))
+    {
+        auto process = std::make_unique<QProcess>();
+        process->setProcessEnvironment(m_environment);
+        process->setWorkingDirectory(m_folder.path());
+        process->setChildProcessModifier([] { prctl(PR_SET_PDEATHSIG, SIGKILL); });
+        process->start(program, arguments);
+        EXPECT_TRUE(process->waitForStarted());
+        return process;
+    }
+
+    static std::string Line(QProcess& process)
+    {
+        QElapsedTimer timer;
+        timer.start();
+        while (!process.canReadLine() && timer.elapsed() < 10000) {
+            if (!process.waitForReadyRead(100) && process.state() == QProcess::NotRunning)
+                break;
+        }
+        return process.readLine().trimmed().toStdString();
+    }
+
+    // The window's lines up to its arguments; what follows the last one's name.
+    static std::string ArgsOf(QProcess& process)
+    {
+        for (int i = 0; i < 5; ++i) {
+            const std::string line = Line(process);
+            if (line.starts_with("Args"))
+                return line;
+        }
+        return "none";
+    }
+
+    static int Quit(QProcess& process)
+    {
+        process.write("quit\n");
+        EXPECT_TRUE(process.waitForFinished(10000));
+        return process.exitCode();
+    }
+
+    std::string SettingsFile() const
+    {
+        QFile file(In("roaming/Lyric Lantern/data_player.ini"));
+        return file.open(QFile::ReadOnly) ? file.readAll().toStdString() : "missing";
+    }
+
+    QTemporaryDir m_folder;
+    QProcessEnvironment m_environment = QProcessEnvironment::systemEnvironment();
+};
+
+TEST_F(StartProcessTest, TheStateIsThereWhenTheWindowComes)
+{
+    const auto player = Start({QStringLiteral("My Song.cdg")});
+    const QString folder = QFileInfo(QStringLiteral(START_PARTNER)).path();
+    EXPECT_EQ(Line(*player), "AppPath " + folder.toStdString() + "/");
+    EXPECT_EQ(Line(*player), "UserDataPath " + In("roaming/Lyric Lantern/").toStdString());
+    EXPECT_EQ(Line(*player), "TwipsX 15");
+    EXPECT_EQ(Line(*player), "Current " + folder.toStdString());
+    EXPECT_EQ(Line(*player), "Args \"" + In("My Song.cdg").toStdString() + "\"");
+    EXPECT_EQ(SettingsFile(), "playerpath\t" + folder.toStdString() + "/start_partner.exe\r\n");
+    EXPECT_EQ(Quit(*player), 0);
+}
+
+TEST_F(StartProcessTest, AProgramOfAnotherNameRecordsThatName)
+{
+    const QString renamed = In("Sing Along");
+    ASSERT_TRUE(QFile::copy(QStringLiteral(START_PARTNER), renamed));
+    const auto player = Start({}, renamed);
+    EXPECT_EQ(ArgsOf(*player), "Args");
+    EXPECT_EQ(SettingsFile(), "playerpath\t" + renamed.toStdString() + ".exe\r\n");
+    EXPECT_EQ(Quit(*player), 0);
+}
+
+TEST_F(StartProcessTest, ALaterStartHandsOverWithoutEverTouchingTheWindowSystem)
+{
+    const auto first = Start();
+    EXPECT_EQ(ArgsOf(*first), "Args");
+    // A process that starts the toolkit on this platform aborts.
+    m_environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("none"));
+    m_environment.insert(QStringLiteral("appdata"), In("later"));
+    const auto later = Start({QStringLiteral("a.cdg")});
+    EXPECT_TRUE(later->waitForFinished());
+    EXPECT_EQ(later->exitStatus(), QProcess::NormalExit);
+    EXPECT_EQ(later->exitCode(), 0);
+    EXPECT_EQ(Line(*first), "Focus");
+    EXPECT_EQ(Line(*first), "Open " + In("a.cdg").toStdString());
+    EXPECT_FALSE(QFile::exists(In("later"))) << "it makes no folder";
+    EXPECT_EQ(Quit(*first), 0);
+}
+
+TEST_F(StartProcessTest, ANewStartAfterTheEndIsTheFirstAgain)
+{
+    const auto first = Start();
+    ArgsOf(*first);
+    EXPECT_EQ(Quit(*first), 0);
+    EXPECT_EQ(Line(*first), "Closed");
+    const auto next = Start({QStringLiteral("b.cdg")});
+    EXPECT_EQ(ArgsOf(*next), "Args " + In("b.cdg").toStdString());
+    EXPECT_EQ(Quit(*next), 0);
+}
+
+TEST_F(StartProcessTest, ARequestToEndClosesTheWindow)
+{
+    const auto player = Start();
+    ArgsOf(*player);
+    player->terminate();
+    EXPECT_TRUE(player->waitForFinished(10000));
+    EXPECT_EQ(Line(*player), "Closed");
+    EXPECT_EQ(player->exitCode(), 0);
+}
+
+} // namespace
