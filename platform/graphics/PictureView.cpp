@@ -80,8 +80,12 @@ PictureView::Update(const Layout& layout, const PixelBuffer& buffer, const Colou
         ReadAndCompare(buffer, colours);
         return m_changed.Blocks();
     }
-    m_layout = layout;
+    // Known again only once all that it needs is there.
+    m_layout.reset();
     m_scaler.SetGeometry(layout.horizontal, layout.vertical);
+    m_row.resize(static_cast<std::size_t>(width));
+    m_shown.resize(static_cast<std::size_t>(width) * static_cast<std::size_t>(height));
+    m_layout = layout;
     ReadAll(buffer);
     return {{{0, width}, {0, height}}};
 }
@@ -100,11 +104,7 @@ std::span<std::uint8_t> PictureView::ShownRow(int y)
 void PictureView::ReadAll(const PixelBuffer& buffer)
 {
     const PixelBounds& source = m_layout->source;
-    const auto width = static_cast<std::size_t>(source.Width());
-    const int height = m_layout->vertical.sourceCount;
-    m_row.resize(width);
-    m_shown.resize(width * static_cast<std::size_t>(height));
-    for (int y = 0; y < height; ++y)
+    for (int y = 0; y < m_layout->vertical.sourceCount; ++y)
         buffer.ReadRow(source.minX, source.minY + y, ShownRow(y));
 }
 

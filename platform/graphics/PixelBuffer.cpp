@@ -77,8 +77,9 @@ void PixelBuffer::FillRect(const PixelBounds& bounds, std::uint8_t index)
     const int maxY = std::min(bounds.maxY, m_height - 1);
     if (minX > maxX)
         return;
+    const auto length = static_cast<std::size_t>(maxX) - static_cast<std::size_t>(minX) + 1;
     for (int y = std::max(bounds.minY, 0); y <= maxY; ++y)
-        std::memset(&m_storage[Offset(minX, y)], index, static_cast<std::size_t>(maxX - minX + 1));
+        std::memset(&m_storage[Offset(minX, y)], index, length);
 }
 
 void PixelBuffer::Copy(const PixelBuffer& source, const PixelBounds& bounds, int newX,
@@ -87,11 +88,11 @@ void PixelBuffer::Copy(const PixelBuffer& source, const PixelBounds& bounds, int
     // The move from a source pixel to its place, then the source range that both images allow.
     const std::int64_t moveX = std::int64_t{newX} - bounds.minX;
     const std::int64_t moveY = newY - bounds.minY;
-    const std::int64_t minX = std::max<std::int64_t>({bounds.minX, 0, -moveX});
-    const std::int64_t minY = std::max<std::int64_t>({bounds.minY, 0, -moveY});
-    const std::int64_t maxX =
+    const auto minX = std::max<std::int64_t>({bounds.minX, 0, -moveX});
+    const auto minY = std::max<std::int64_t>({bounds.minY, 0, -moveY});
+    const auto maxX =
         std::min<std::int64_t>({bounds.maxX, source.m_width - 1, m_width - 1 - moveX});
-    const std::int64_t maxY =
+    const auto maxY =
         std::min<std::int64_t>({bounds.maxY, source.m_height - 1, m_height - 1 - moveY});
     if (minX > maxX)
         return;

@@ -159,7 +159,8 @@ void VirtualBuffers::FGsetdacs(int first, int count, std::span<const std::uint8_
     for (int entry = 0; entry < count; ++entry) {
         const std::uint32_t word = ColourWord(
             colours.subspan(static_cast<std::size_t>(entry) * kColourBytes, kColourBytes));
-        std::uint32_t& current = m_impl->colours[static_cast<std::size_t>(first + entry)];
+        std::uint32_t& current =
+            m_impl->colours[static_cast<std::size_t>(first) + static_cast<std::size_t>(entry)];
         if (current != word) {
             current = word;
             m_impl->Touch();

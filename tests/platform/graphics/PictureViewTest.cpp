@@ -1,14 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "RetainedImage.h"
-#include "VirtualBuffers.h"
+#include "PictureFixture.h"
 
-#include <algorithm>
 #include <array>
-#include <cmath>
-#include <cstddef>
 #include <gmock/gmock.h>
-#include <random>
-#include <tuple>
 #include <vector>
 
 namespace lantern {
@@ -19,42 +13,6 @@ using testing::IsEmpty;
 
 constexpr std::array<std::uint8_t, 12> kSolid = {0x3F, 0x3F, 0x3F, 0x3F, 0x3F, 0x3F,
                                                  0x3F, 0x3F, 0x3F, 0x3F, 0x3F, 0x3F};
-
-// The lyric picture's own sizes, shown at twice its size.
-class View : public testing::Test {
-protected:
-    View()
-    {
-        buffers.FGvbinit();
-        spare = buffers.FGvballoc(300, 216);
-        picture = buffers.FGvballoc(300, 216);
-        buffers.FGvbopen(picture);
-        buffers.FGsetdc(&image);
-        for (std::size_t byte = 0; byte < colours.size(); ++byte)
-            colours[byte] = static_cast<std::uint8_t>(byte * 5);
-        buffers.FGsetdacs(0, 16, colours);
-    }
-
-    void Show() { buffers.FGvbscale(6, 293, 12, 203, 0, 576, 0, 384); }
-    const std::vector<DeviceRect>& ChangesOfShow()
-    {
-        image.changes.clear();
-        Show();
-        return image.changes;
-    }
-    void SetColour(std::size_t entry, std::uint8_t red)
-    {
-        colours[entry * 3] = red;
-        buffers.FGsetdacs(0, 16, colours);
-    }
-
-    static constexpr DeviceRect kAll{0, 0, 576, 384};
-    VirtualBuffers buffers;
-    int picture = 0;
-    int spare = 0;
-    std::array<std::uint8_t, 48> colours{};
-    RetainedImage image{576, 384};
-};
 
 TEST_F(View, TheFirstShowDrawsAll)
 {
@@ -228,6 +186,13 @@ TEST_F(View, AnotherSurfaceDrawsAll)
     EXPECT_EQ(other.pixels, image.pixels);
 }
 
+TEST_F(View, ASurfaceNamedAgainIsDrawnAll)
+{
+    Show();
+    buffers.FGsetdc(&image);
+    EXPECT_THAT(ChangesOfShow(), ElementsAre(kAll));
+}
+
 TEST_F(View, AnotherActiveBufferIsShown)
 {
     buffers.DrawTile(12, 24, kSolid, 0, 1, false);
@@ -281,113 +246,6 @@ TEST_F(View, ASurfaceMayShowAgainFromWithinAChange)
     buffers.FGvbscale(6, 293, 12, 203, 0, 290, 0, 200);
     EXPECT_EQ(nesting.pixels, plain.pixels);
 }
-
-// Random drawing, shown after each few operations: what stands on the retained image must equal,
-// bit for bit, a picture drawn whole on a fresh one, and only told rectangles may have changed.
-class Incremental : public View, public testing::WithParamInterface<std::tuple<double, int, int>> {
-protected:
-    int Below(int limit) { return static_cast<int>(random() % static_cast<unsigned>(limit)); }
-    void DrawSomething()
-    {
-        buffers.FGsetcolor(Below(16));
-        switch (Below(12)) {
-        case 0:
-            return buffers.FGputpixel(Below(310) - 5, Below(226) - 5);
-        case 1:
-            return DrawRect();
-        case 2:
-            return SetColour(static_cast<std::size_t>(Below(16)),
-                             static_cast<std::uint8_t>(Below(3) * 100));
-        case 3:
-            return buffers.FGvbcopy(Below(100), 100 + Below(100), Below(100), 100 + Below(100),
-                                    Below(300), Below(216), picture, picture);
-        case 4:
-            return Below(8) == 0 ? buffers.FGfillpage() : DrawRect();
-        case 5:
-            return Below(2) == 0 ? buffers.FGcopypage(picture, spare)
-                                 : buffers.FGcopypage(spare, picture);
-        default:
-            return DrawTile();
-        }
-    }
-    void DrawRect()
-    {
-        const int x = Below(300);
-        const int y = Below(216);
-        buffers.FGrect(x, x + Below(40), y, y + Below(40));
-    }
-    void DrawTile()
-    {
-        std::array<std::uint8_t, 12> rows{};
-        for (std::uint8_t& row : rows)
-            row = static_cast<std::uint8_t>(Below(64));
-        buffers.DrawTile(Below(50) * 6, Below(18) * 12, rows, static_cast<std::uint8_t>(Below(16)),
-                         static_cast<std::uint8_t>(Below(16)), Below(2) == 0);
-    }
-    void ShowWindow(VirtualBuffers& shown) const
-    {
-        shown.FGvbscale(viewLeft, viewLeft + 287, viewTop, viewTop + 191, 0,
-                        std::get<1>(GetParam()), 0, std::get<2>(GetParam()));
-    }
-    // What the same picture looks like on a surface that has seen nothing yet.
-    RetainedImage DrawnWhole() const
-    {
-        RetainedImage whole(image.width, image.height, image.ratio);
-        VirtualBuffers fresh;
-        fresh.FGvbinit();
-        fresh.FGvbopen(fresh.FGvballoc(300, 216));
-        fresh.FGsetdc(&whole);
-        fresh.FGsetdacs(0, 16, colours);
-        for (int y = 0; y < 216; ++y) {
-            for (int x = 0; x < 300; ++x) {
-                fresh.FGsetcolor(buffers.FGgetpixel(x, y));
-                fresh.FGputpixel(x, y);
-            }
-        }
-        ShowWindow(fresh);
-        return whole;
-    }
-    void ExpectChangedOnlyWhereTold(const std::vector<std::uint32_t>& before)
-    {
-        std::vector<std::uint32_t> seen = before;
-        for (const DeviceRect& rect : image.changes) {
-            for (int y = rect.top; y < rect.top + rect.height; ++y) {
-                const auto begin = static_cast<std::ptrdiff_t>(image.Index(rect.left, y));
-                std::copy_n(image.pixels.begin() + begin, rect.width, seen.begin() + begin);
-            }
-        }
-        ASSERT_EQ(seen, image.pixels);
-    }
-
-    std::mt19937 random{41};
-    int viewLeft = 6;
-    int viewTop = 12;
-};
-
-TEST_P(Incremental, EqualsAFullRedrawBitForBit)
-{
-    const auto& [ratio, width, height] = GetParam();
-    image.Replace(static_cast<int>(std::lround(width * ratio)),
-                  static_cast<int>(std::lround(height * ratio)), ratio);
-    for (int round = 0; round < 60; ++round) {
-        for (int operations = Below(6); operations >= 0; --operations)
-            DrawSomething();
-        if (Below(12) == 0) {
-            viewLeft = 6 + Below(8);
-            viewTop = 12 + Below(16);
-        }
-        const std::vector<std::uint32_t> before = image.pixels;
-        image.changes.clear();
-        ShowWindow(buffers);
-        ExpectChangedOnlyWhereTold(before);
-        ASSERT_EQ(image.pixels, DrawnWhole().pixels) << "round " << round;
-    }
-}
-
-INSTANTIATE_TEST_SUITE_P(Sizes, Incremental,
-                         testing::Combine(testing::Values(1.0, 1.25, 1.5, 2.0, 3.0),
-                                          testing::Values(288, 433, 577, 101),
-                                          testing::Values(192, 289, 67)));
 
 } // namespace
 } // namespace lantern
