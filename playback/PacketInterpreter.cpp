@@ -96,10 +96,8 @@ bool PacketInterpreter::Interpret(bool repaint)
         BorderPreset();
         return true;
     case Instruction::TileBlock:
-        TileBlock(false);
-        return repaint;
     case Instruction::TileBlockXor:
-        TileBlock(true);
+        TileBlock(instruction == Instruction::TileBlockXor);
         return repaint;
     case Instruction::ScrollPreset:
     case Instruction::ScrollCopy:
@@ -145,11 +143,9 @@ void PacketInterpreter::TileBlock(bool exclusive)
     if (row >= kTileRows || column >= kTileColumns || channel > kLastShownChannel)
         return;
 
-    std::array<std::uint8_t, kTileHeight> rows;
-    std::ranges::transform(std::span(data).subspan<4>(), rows.begin(), [](std::uint8_t symbol) {
-        return static_cast<std::uint8_t>(symbol & kSymbolMask);
-    });
-    m_buffers.DrawTile(column * kTileWidth, row * kTileHeight, rows, data[0] & kColourMask,
+    constexpr std::size_t kFirstRow = 4;
+    m_buffers.DrawTile(column * kTileWidth, row * kTileHeight,
+                       std::span(data).subspan<kFirstRow, kTileHeight>(), data[0] & kColourMask,
                        data[1] & kColourMask, exclusive);
     m_picture.PictureDirty = true;
 }

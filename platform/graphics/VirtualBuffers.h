@@ -102,9 +102,9 @@ public:
     // Beyond the pixel operations: what a fast decoder needs.
 
     // Combines a block of 6 by 12 pixels of the active buffer with the rows given: bit 5 of a row
-    // is its leftmost pixel. A set bit is colour1, a clear one colour0; with exclusive, the
-    // pixel's old index is combined with it by exclusive or. It is fast where the
-    // whole block lies inside, and clipped where it does not.
+    // is its leftmost pixel, bits 6 and 7 don't count. A set bit is colour1, a clear one colour0;
+    // with exclusive, the pixel's old index is combined with it by exclusive or. It is fast where
+    // the whole block lies inside, and clipped where it does not.
     void DrawTile(int x, int y, std::span<const std::uint8_t, 12> rows, std::uint8_t colour0,
                   std::uint8_t colour1, bool exclusive);
 
