@@ -2,8 +2,30 @@
 #include "ReferencePicture.h"
 
 #include <algorithm>
+#include <cstdlib>
 
 namespace lantern {
+
+namespace {
+
+std::size_t Offset(int x, int y)
+{
+    if (x < 0 || x >= ReferencePicture::kWidth || y < 0 || y >= ReferencePicture::kHeight)
+        std::abort();
+    return static_cast<std::size_t>(y * ReferencePicture::kWidth + x);
+}
+
+} // namespace
+
+int ReferencePicture::Pixel(int x, int y) const
+{
+    return m_pixels[Offset(x, y)];
+}
+
+void ReferencePicture::SetPixel(int x, int y, int colour)
+{
+    m_pixels[Offset(x, y)] = static_cast<std::uint8_t>(colour);
+}
 
 bool ReferencePicture::Apply(PacketIndex packetNo, const CdgPacket& packet)
 {
@@ -72,12 +94,13 @@ void ReferencePicture::DrawTile(const CdgPacket& packet, bool exclusive)
     const int column = data[3] % 64;
     if (channel > 1 || row > 17 || column > 49)
         return;
-    for (int y = 0; y < 12; ++y) {
-        for (int x = 0; x < 6; ++x) {
-            const bool set = (data[static_cast<std::size_t>(4 + y)] & (32 >> x)) != 0;
-            std::uint8_t& pixel = m_pixels[Offset(column * 6 + x, row * 12 + y)];
+    for (int tileY = 0; tileY < 12; ++tileY) {
+        for (int tileX = 0; tileX < 6; ++tileX) {
+            const int x = column * 6 + tileX;
+            const int y = row * 12 + tileY;
+            const bool set = (data[static_cast<std::size_t>(4 + tileY)] & (32 >> tileX)) != 0;
             const int colour = data[set ? 1 : 0] % 16;
-            pixel = static_cast<std::uint8_t>(exclusive ? pixel ^ colour : colour);
+            SetPixel(x, y, exclusive ? Pixel(x, y) ^ colour : colour);
         }
     }
     Dirty = true;
@@ -94,18 +117,16 @@ void ReferencePicture::Scroll(const CdgPacket& packet, bool fill)
     Dirty = true;
     if (moveX == 0 && moveY == 0)
         return;
+    const ReferencePicture before = *this;
     for (int y = 0; y < kHeight; ++y) {
         for (int x = 0; x < kWidth; ++x) {
             const int fromX = x - moveX;
             const int fromY = y - moveY;
             const bool wraps = fromX < 0 || fromX >= kWidth || fromY < 0 || fromY >= kHeight;
-            m_scrolled[Offset(x, y)] =
-                wraps && fill
-                    ? data[0] % 16
-                    : m_pixels[Offset((fromX + kWidth) % kWidth, (fromY + kHeight) % kHeight)];
+            const int old = before.Pixel((fromX + kWidth) % kWidth, (fromY + kHeight) % kHeight);
+            SetPixel(x, y, wraps && fill ? data[0] % 16 : old);
         }
     }
-    m_pixels.swap(m_scrolled);
 }
 
 void ReferencePicture::LoadColours(const CdgPacket& packet, int first)

@@ -22,7 +22,8 @@ public:
     // From the start of the stream up to a packet. With target 0 nothing happens.
     void DecodeTo(const OneBasedArray<CdgPacket>& packets, PacketIndex target);
 
-    std::uint8_t Pixel(int x, int y) const { return m_pixels[Offset(x, y)]; }
+    // Anything outside the picture is a bug of the reference, and ends the program.
+    int Pixel(int x, int y) const;
     const std::vector<std::uint8_t>& Pixels() const { return m_pixels; }
 
     std::array<std::uint8_t, 48> Colours = {};
@@ -32,17 +33,13 @@ public:
     bool Dirty = false;
 
 private:
-    static std::size_t Offset(int x, int y)
-    {
-        return static_cast<std::size_t>(y) * kWidth + static_cast<std::size_t>(x);
-    }
+    void SetPixel(int x, int y, int colour);
     void Clear(int colour);
     void DrawTile(const CdgPacket& packet, bool exclusive);
     void Scroll(const CdgPacket& packet, bool fill);
     void LoadColours(const CdgPacket& packet, int first);
 
     std::vector<std::uint8_t> m_pixels = std::vector<std::uint8_t>(kWidth * kHeight);
-    std::vector<std::uint8_t> m_scrolled = std::vector<std::uint8_t>(kWidth * kHeight);
 };
 
 } // namespace lantern
