@@ -1,0 +1,111 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// What the window looks like, on screens of every ratio.
+#include "GoldenImage.h"
+#include "WindowFixture.h"
+
+namespace lantern {
+namespace {
+
+class WindowPictureTest : public WindowFixture {
+protected:
+    // A ring, a cross and single pixels, in every colour and in each part of the picture.
+    static std::vector<CdgPacket> Pattern()
+    {
+        constexpr std::array<std::uint8_t, 12> kRing = {0x1E, 0x3F, 0x33, 0x21, 0x21, 0x21,
+                                                        0x21, 0x21, 0x21, 0x33, 0x3F, 0x1E};
+        constexpr std::array<std::uint8_t, 12> kCross = {0x21, 0x21, 0x12, 0x12, 0x0C, 0x0C,
+                                                         0x0C, 0x0C, 0x12, 0x12, 0x21, 0x21};
+        constexpr std::array<std::uint8_t, 12> kDots = {0x2A, 0x15, 0x2A, 0x15, 0x2A, 0x15,
+                                                        0x2A, 0x15, 0x2A, 0x15, 0x2A, 0x15};
+        std::vector<CdgPacket> result = {
+            packets::Colours(false, {0x013, 0xFFF, 0xFA0, 0xF00, 0x0F0, 0x00F, 0xFF0, 0x0FF}),
+            packets::Colours(true, {0xF0F, 0x888, 0x444, 0x800, 0x080, 0x008, 0x630, 0x036}),
+            packets::MemoryPreset(0), packets::BorderPreset(15)};
+        for (std::uint8_t row = 1; row < 17; ++row) {
+            for (std::uint8_t column = 1; column < 49; ++column) {
+                const int kind = (row * 5 + column * 3) % 7;
+                packets::TileFields tile = {.colour1 =
+                                                static_cast<std::uint8_t>(1 + (row + column) % 15),
+                                            .row = row,
+                                            .column = column};
+                tile.rows = kind == 0 ? kRing : kind == 1 ? kCross : kDots;
+                if (kind < 3)
+                    result.push_back(packets::Tile(tile));
+            }
+        }
+        return result;
+    }
+
+    void ShowPattern()
+    {
+        Load(MakeTrack(Pattern()));
+        // A long way isn't shown; the first short one after it is.
+        for (engine.PositionMs = 5000; engine.PositionMs <= 5050; engine.PositionMs += 50)
+            window.UpdatePlayer();
+        Settle();
+    }
+
+    ::testing::AssertionResult LooksLike(const char* name)
+    {
+        const int percent = static_cast<int>(window.devicePixelRatioF() * 100);
+        return MatchesGolden(window.grab().toImage(),
+                             QStringLiteral("window-%1-%2").arg(QLatin1String(name)).arg(percent));
+    }
+};
+
+TEST_F(WindowPictureTest, AnEmptyWindowIsBlack)
+{
+    Load();
+    EXPECT_TRUE(LooksLike("empty"));
+}
+
+TEST_F(WindowPictureTest, TheSmallestSizeShowsEachPixel)
+{
+    ShowPattern();
+    Press('1');
+    Settle();
+    EXPECT_TRUE(LooksLike("size1"));
+}
+
+TEST_F(WindowPictureTest, TheBorderSurroundsThePicture)
+{
+    ShowPattern();
+    EXPECT_TRUE(LooksLike("size2"));
+}
+
+TEST_F(WindowPictureTest, ASizeInBetweenIsSharp)
+{
+    ShowPattern();
+    window.resize(501, 400);
+    Settle();
+    EXPECT_TRUE(LooksLike("between"));
+}
+
+TEST_F(WindowPictureTest, AMessageStandsInTheBorder)
+{
+    ShowPattern();
+    Press('C');
+    Settle();
+    EXPECT_TRUE(LooksLike("message"));
+}
+
+TEST_F(WindowPictureTest, FullScreenLeavesASmallBorder)
+{
+    ShowPattern();
+    Press('F');
+    Settle();
+    EXPECT_TRUE(LooksLike("full"));
+}
+
+TEST_F(WindowPictureTest, ChangesInSmallStepsLeadToTheSamePictureAsAFullPaint)
+{
+    Load(MakeTrack(Pattern()));
+    for (engine.PositionMs = 0; engine.PositionMs <= 5000; engine.PositionMs += 40) {
+        window.UpdatePlayer();
+        Settle();
+    }
+    EXPECT_TRUE(LooksLike("size2"));
+}
+
+} // namespace
+} // namespace lantern
