@@ -2,12 +2,13 @@
 #include "f101.h"
 
 #include "Application.h"
+#include "PlayerSettings.h"
 #include "SystemColours.h"
 #include "WindowLayout.h"
+#include "modAPI.h"
 
 #include <QCloseEvent>
 #include <QCoreApplication>
-#include <QIcon>
 #include <QKeyEvent>
 #include <QPainter>
 
@@ -30,14 +31,15 @@ QString Caption()
 
 } // namespace
 
-f101::f101(std::unique_ptr<AudioEngine> engine, WindowServices services)
-    : m_services(std::move(services)), m_twips(ScreenTwips()), m_pic(this), m_systemText(this),
+f101::f101(ProgramState& state, std::unique_ptr<AudioEngine> engine, ShowWarning showWarning)
+    : m_state(state), m_showWarning(std::move(showWarning)), m_pic(this), m_systemText(this),
       m_fullScreen(*this), m_picture(m_buffers), m_display(m_picture, *this, m_clipboard),
       m_interpreter(m_picture, m_display), m_engine(std::move(engine)), m_audio(*m_engine, *this),
       m_clock(*m_engine, m_track, m_picture, m_interpreter, m_display, *this),
       m_loader(m_track, *m_engine, *this),
       m_wheel(m_audio, m_track, [this](std::int32_t deltaMs) { m_clock.SkipBy(deltaMs); }),
-      m_commands({*this, m_track, *m_engine, m_clock, m_display, m_audio, m_wheel})
+      m_commands({*this, m_track, *m_engine, m_clock, m_display, m_audio, m_wheel}),
+      m_link(state.InstanceMutex, *this)
 {
     setAttribute(Qt::WA_OpaquePaintEvent);
     setFocusPolicy(Qt::StrongFocus);
@@ -57,18 +59,20 @@ f101::~f101()
 }
 
 // Each step stands on those before it; the settings, for one, set the volume of a running engine.
-bool f101::Load(const QString& commandArgs)
+bool f101::Load()
 {
     m_timer1.stop();
     if (const QString message = m_audio.StartEngine(); !message.isEmpty()) {
-        m_services.ShowMessage(message);
+        m_showWarning(message);
         return false;
     }
     m_isLoaded = true;
-    setWindowIcon(QIcon(QStringLiteral(":/icon/lyric-lantern.svg")));
+    SetWindowIcons(*this, QStringLiteral("lyric-lantern"), true);
     setWindowTitle(Caption());
     setMinimumSize(MinimumPixels(0));
     m_audio.WheelType = static_cast<std::int16_t>(WheelMode::Volume);
+    LoadPlayerSettings(*m_state.Settings, m_track, m_display.ZoomStep, m_audio);
+    ShowStatus(QString());
     m_picture.SetupGraphics(true, &m_pic);
     m_loader.ClearMedia();
     const int zoomStep = m_display.ZoomStep;
@@ -77,19 +81,29 @@ bool f101::Load(const QString& commandArgs)
     m_display.SetZoom(zoomStep, 1.0F);
     UpdatePlayer();
     m_audio.SetAudioDevice(m_audio.AudioDevice);
-    if (!commandArgs.trimmed().isEmpty())
-        OpenMedia(commandArgs);
+    OpenCommandLine();
     m_timer1.start();
     return true;
 }
 
+void f101::OpenCommandLine()
+{
+    if (m_state.DebugRun)
+        return;
+    if (const QString track = GetCommandArgs(m_state.Arguments); !track.trimmed().isEmpty())
+        OpenMedia(track);
+}
+
+// The lock goes first: a new start may then run beside this one.
 void f101::Unload()
 {
     if (!m_isLoaded)
         return;
     m_isLoaded = false;
     m_timer1.stop();
+    ReleaseInstance(m_state);
     m_engine->StopSound();
+    SaveSettingsToStore(*m_state.Settings, m_display.NearestZoom(), *m_engine, m_audio);
     m_picture.SetupGraphics(false);
 }
 
@@ -100,9 +114,18 @@ void f101::closeEvent(QCloseEvent* event)
     QCoreApplication::exit();
 }
 
+void f101::TakeFocus()
+{
+    setWindowState(windowState() & ~Qt::WindowMinimized);
+    raise();
+    activateWindow();
+}
+
 void f101::OpenMedia(const QString& path)
 {
-    m_loader.OpenMedia(path);
+    // The link may bring a track while a message box still stands where the window will be.
+    if (m_isLoaded)
+        m_loader.OpenMedia(path);
 }
 
 void f101::MainPopup(std::int16_t index)
@@ -150,8 +173,8 @@ QRect f101::PixelsOf(const TwipRect& rect) const
     const auto nearest = [](std::int32_t twips, std::int32_t perPixel) {
         return static_cast<int>(std::nearbyint(static_cast<double>(twips) / perPixel));
     };
-    return {nearest(rect.left, m_twips.x), nearest(rect.top, m_twips.y), rect.width / m_twips.x,
-            rect.height / m_twips.y};
+    return {nearest(rect.left, m_state.TwipsX), nearest(rect.top, m_state.TwipsY),
+            rect.width / m_state.TwipsX, rect.height / m_state.TwipsY};
 }
 
 void f101::Layout()
@@ -159,10 +182,10 @@ void f101::Layout()
     if (!m_isLoaded || isMinimized())
         return;
     CalcMargins();
-    const TwipSize client = {width() * m_twips.x, height() * m_twips.y};
+    const TwipSize client = {width() * m_state.TwipsX, height() * m_state.TwipsY};
     const TwipRect picture = PictureRect(client, m_marginX, 0);
     m_pic.setGeometry(PixelsOf(picture));
-    m_systemText.setGeometry(PixelsOf(SystemTextRect(picture, kSystemTextHeight, m_twips.y)));
+    m_systemText.setGeometry(PixelsOf(SystemTextRect(picture, kSystemTextHeight, m_state.TwipsY)));
     m_display.PaintDisplay();
 }
 

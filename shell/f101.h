@@ -3,6 +3,7 @@
 
 #include "AudioControl.h"
 #include "AudioEngine.h"
+#include "CommandLink.h"
 #include "Commands.h"
 #include "Display.h"
 #include "FullScreen.h"
@@ -12,12 +13,12 @@
 #include "PictureMemory.h"
 #include "PictureSurface.h"
 #include "PlaybackClock.h"
-#include "ScreenMetrics.h"
 #include "SystemText.h"
 #include "Track.h"
 #include "VirtualBuffers.h"
 #include "WheelControl.h"
 #include "WheelTurns.h"
+#include "modPlayer.h"
 
 #include <QElapsedTimer>
 #include <QTimer>
@@ -28,30 +29,31 @@
 
 namespace lantern {
 
-// What the window needs of the start-up around it.
-struct WindowServices {
-    std::function<void(const QString& text)> ShowMessage; // a box with the warning icon
-};
+// Shows the user a message box with the warning icon.
+using ShowWarning = std::function<void(const QString& text)>;
 
 // The player's one main window, and the owner of all that belongs to playing. The work is done by
 // its members; here is who stands where, the life cycle, and what the members ask of a window.
 //
 // Life cycle: construct, Load, show; it unloads itself when it is closed, and ends the program.
 class f101 : public QWidget,
+             public CommandHost,
              private DisplayHost,
              private PlaybackHost,
              private MediaHost,
              private AudioControlHost,
              private CommandWindow {
 public:
-    f101(std::unique_ptr<AudioEngine> engine, WindowServices services);
+    // The state is borrowed and outlives the window.
+    f101(ProgramState& state, std::unique_ptr<AudioEngine> engine, ShowWarning showWarning);
     ~f101() override;
 
     // Starts everything, shows nothing yet, and opens the track that the command line names. False
     // if there is no sound to be had: the user has been told, and the program can't go on.
-    [[nodiscard]] bool Load(const QString& commandArgs);
+    [[nodiscard]] bool Load();
 
-    void OpenMedia(const QString& path);
+    void TakeFocus() override;
+    void OpenMedia(const QString& path) override;
     void MainPopup(std::int16_t index);
     void DoKeyDown(KeyCode keyCode, ShiftBits shift);
     void DoKeyUp(KeyCode keyCode, ShiftBits shift);
@@ -71,6 +73,7 @@ protected:
     void mouseDoubleClickEvent(QMouseEvent* event) override;
 
 private:
+    void OpenCommandLine();
     void Unload();
     void Layout();
     void Tick();
@@ -131,8 +134,8 @@ private:
     void ShowOpenDialog() override;
     void Exit() override;
 
-    WindowServices m_services;
-    TwipsPerPixel m_twips;
+    ProgramState& m_state;
+    ShowWarning m_showWarning;
     QElapsedTimer m_systemTimer;
 
     PictureSurface m_pic;
@@ -155,6 +158,7 @@ private:
     WheelControl m_wheel;
 
     Commands m_commands;
+    CommandLink m_link;
     WheelTurns m_wheelTurns;
     QTimer m_timer1;
     bool m_isTicking = false;

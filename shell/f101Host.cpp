@@ -4,6 +4,8 @@
 
 #include "MediaTypes.h"
 #include "PathText.h"
+#include "PlayerSettings.h"
+#include "ScreenMetrics.h"
 #include "SystemColours.h"
 #include "WindowLayout.h"
 
@@ -61,18 +63,18 @@ void f101::ShowSystemText(bool visible)
 
 TwipSize f101::PicSize()
 {
-    return {m_pic.width() * m_twips.x, m_pic.height() * m_twips.y};
+    return {m_pic.width() * m_state.TwipsX, m_pic.height() * m_state.TwipsY};
 }
 
 WindowFrame f101::Frame()
 {
-    return {m_twips.x, m_twips.y, m_marginX, 0};
+    return {m_state.TwipsX, m_state.TwipsY, m_marginX, 0};
 }
 
 TwipSize f101::DesktopSize()
 {
     const QSize pixels = DesktopRect().size();
-    return {pixels.width() * m_twips.x, pixels.height() * m_twips.y};
+    return {pixels.width() * m_state.TwipsX, pixels.height() * m_state.TwipsY};
 }
 
 bool f101::IsMaximised()
@@ -90,7 +92,7 @@ void f101::SetMaximised(bool maximised)
 
 void f101::CalcMargins()
 {
-    m_marginX = MarginXFor(IsMaximised(), m_twips.x);
+    m_marginX = MarginXFor(IsMaximised(), m_state.TwipsX);
 }
 
 void f101::MoveWindow(const TwipRect& rect)
@@ -195,8 +197,9 @@ void f101::Play(std::int32_t positionMs)
     m_clock.Play(positionMs);
 }
 
-void f101::RememberLastPlayed(const QString&)
+void f101::RememberLastPlayed(const QString& path)
 {
+    m_state.Settings->SetSetting(kLastPlayedKey.toString(), path);
 }
 
 // --- The audio control

@@ -65,6 +65,7 @@ TEST_F(CommandsTest, ThreeKeysPlayAndPause)
 
 TEST_F(CommandsTest, TwoKeysStop)
 {
+    Load();
     for (const KeyCode key : {KeyCode::FullStop, KeyCode::NumericPoint}) {
         window.OpenMedia(MakeBlueTrack());
         Press(key);

@@ -3,6 +3,7 @@
 
 #include "FakeAudioEngine.h"
 #include "Packets.h"
+#include "PlayerSettings.h"
 #include "SystemText.h"
 #include "f101.h"
 
@@ -19,7 +20,7 @@
 namespace lantern {
 
 // A main window with an engine without sound, and tracks in a folder of their own.
-class WindowFixture : public ::testing::Test {
+class WindowFixture : public ::testing::Test, private FileErrorHost {
 protected:
     WindowFixture() : WindowFixture(std::make_unique<FakeAudioEngine>()) {}
 
@@ -43,9 +44,11 @@ protected:
                           packets::BorderPreset(2)});
     }
 
-    void Load(const QString& commandArgs = {})
+    // As a start with that track would.
+    void Load(const QString& track = {})
     {
-        ASSERT_TRUE(window.Load(commandArgs));
+        state.Arguments.CommandLine = QStringLiteral("\"lyric-lantern\" ") + track;
+        ASSERT_TRUE(window.Load());
         window.show();
         Settle();
     }
@@ -68,17 +71,36 @@ protected:
     QString Status() { return Message().isVisible() ? Message().text().trimmed() : QString(); }
 
     QTemporaryDir folder;
-    FakeAudioEngine& engine; // owned by the window
     QStringList messages;
+    ProgramState state;
+    FakeAudioEngine& engine; // owned by the window
     f101 window;
 
-private:
     explicit WindowFixture(std::unique_ptr<FakeAudioEngine> made)
-        : engine(*made),
-          window(std::move(made),
-                 {.ShowMessage = [this](const QString& text) { messages.append(text); }})
+        : state(QFile::encodeName(folder.path()), {}), engine(*made),
+          window(StateOfAStart(), std::move(made),
+                 [this](const QString& text) { messages.append(text); })
     {
         engine.DurationMs = 10000;
+    }
+
+private:
+    // What the start has filled in by the time of the main window.
+    ProgramState& StateOfAStart()
+    {
+        EXPECT_FALSE(InstanceRunning(state));
+        state.UserDataPath = folder.path() + u'/';
+        state.TwipsX = 15;
+        state.TwipsY = 15;
+        FileErrorHost& host = *this;
+        state.Settings.emplace(state.UserDataPath, host);
+        state.Settings->LoadSettings(kPlayerSection.toString());
+        return state;
+    }
+
+    void ShowFileError(const QString& detail, const QString&, const QString&) override
+    {
+        messages.append(detail);
     }
 
     int m_trackCount = 0;

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "ScreenMetrics.h"
 #include "WindowFixture.h"
 
 #include <QCloseEvent>
@@ -19,7 +20,7 @@ using f101Test = WindowFixture;
 TEST_F(f101Test, WithoutADeviceTheUserIsToldAndNothingElseHappens)
 {
     engine.Devices.clear();
-    EXPECT_FALSE(window.Load(MakeBlueTrack()));
+    EXPECT_FALSE(window.Load());
     EXPECT_THAT(messages,
                 ElementsAre(QStringLiteral("No audio device/speakers detected/connected.")));
     EXPECT_THAT(engine.Log, ElementsAre("GetDeviceCount"));
@@ -28,7 +29,7 @@ TEST_F(f101Test, WithoutADeviceTheUserIsToldAndNothingElseHappens)
 TEST_F(f101Test, WithALockedDeviceTheUserIsToldAndNothingElseHappens)
 {
     engine.InitSucceeds = false;
-    EXPECT_FALSE(window.Load({}));
+    EXPECT_FALSE(window.Load());
     EXPECT_THAT(messages, ElementsAre(QStringLiteral(
                               "One of the audio devices may be locked by another application.")));
     EXPECT_THAT(engine.Log, ElementsAre("GetDeviceCount", "EngineInit"));
@@ -67,7 +68,7 @@ TEST_F(f101Test, ABlankCommandLineOpensNothing)
 
 TEST_F(f101Test, TheWindowComesUpAtSizeTwoInTheMiddleOfTheScreen)
 {
-    ASSERT_TRUE(window.Load({}));
+    ASSERT_TRUE(window.Load());
     EXPECT_EQ(window.size(), QSize(2 * 288 + 50, 2 * 192 + 55));
     const QRect desktop = DesktopRect();
     EXPECT_EQ(window.x(), (desktop.width() - window.width()) / 2 + desktop.x());
@@ -112,6 +113,74 @@ TEST_F(f101Test, TheEndOfTheSoundStopsAndBlanks)
     EXPECT_EQ(engine.PositionMs, 0);
     EXPECT_EQ(window.grab().toImage().pixel(100, 100), 0xFF000000u);
     EXPECT_EQ(window.grab().toImage().pixel(2, 2), 0xFF000000u);
+}
+
+TEST_F(f101Test, PlayWithoutATrackOpensTheLastOne)
+{
+    const QString path = MakeBlueTrack();
+    state.Settings->SetSetting(kLastPlayedKey.toString(), path);
+    Load();
+    EXPECT_EQ(engine.Status, SoundStatus::Empty);
+    window.MainPopup(1);
+    EXPECT_EQ(engine.Status, SoundStatus::Playing);
+}
+
+TEST_F(f101Test, TheSettingsAreTakenAtTheStartAndKeptAtTheEnd)
+{
+    const auto set = [this](const char* key, const char* value) {
+        state.Settings->SetSetting(QString::fromLatin1(key), QString::fromLatin1(value));
+    };
+    set("Zoom", "3");
+    set("Volume", "62.5");
+    set("Custom_Speed", "35");
+    Load();
+    EXPECT_EQ(window.width(), 3 * 288 + 50);
+    EXPECT_EQ(engine.Volume, 62.5F);
+    EXPECT_EQ(Status(), QString()) << "no message is left of it";
+    Press('Q');
+    EXPECT_EQ(engine.Tempo, 35);
+    const QString path = MakeBlueTrack();
+    window.OpenMedia(path);
+    Press('1');
+    window.close();
+
+    state.Settings->LoadSettings(kPlayerSection.toString());
+    const PlayerSettings kept = ReadPlayerSettings(*state.Settings);
+    EXPECT_EQ(kept.Zoom, 1);
+    EXPECT_EQ(kept.Volume, 62);
+    EXPECT_EQ(kept.Speed, 35);
+    EXPECT_EQ(kept.LastPlayed, path);
+}
+
+TEST_F(f101Test, AStoredFullScreenComesUpWithSizeTwoBehindIt)
+{
+    state.Settings->SetSetting(QStringLiteral("Zoom"), QStringLiteral("0"));
+    Load();
+    EXPECT_TRUE(window.isFullScreen());
+    EXPECT_EQ(window.size(), DesktopRect().size());
+    Press('F');
+    Settle();
+    EXPECT_EQ(window.size(), QSize(626, 439));
+    Press('F');
+    window.close();
+    EXPECT_EQ(ReadPlayerSettings(*state.Settings).Zoom, 0);
+}
+
+TEST_F(f101Test, TheLockIsReleasedWhenTheWindowCloses)
+{
+    Load();
+    EXPECT_TRUE(state.InstanceMutex.IsHeld());
+    window.close();
+    EXPECT_FALSE(state.InstanceMutex.IsHeld());
+}
+
+TEST_F(f101Test, AFailedStartKeepsTheSettingsAsTheyWere)
+{
+    engine.InitSucceeds = false;
+    state.Settings->SetSetting(QStringLiteral("Volume"), QStringLiteral("30"));
+    EXPECT_FALSE(window.Load());
+    window.close();
+    EXPECT_FALSE(QFile::exists(folder.filePath(QStringLiteral("data_player.ini"))));
 }
 
 TEST_F(f101Test, AFileThatIsNoTrackLeavesABlackScreenWithoutAMessage)
@@ -192,20 +261,28 @@ public:
     }
 };
 
-TEST(f101, KeysAndTheWheelDoNothingWhileATrackIsOpened)
+class LoadingTest : public WindowFixture {
+protected:
+    LoadingTest() : LoadingTest(std::make_unique<AskingEngine>()) {}
+
+    AskingEngine& asking;
+
+private:
+    explicit LoadingTest(std::unique_ptr<AskingEngine> made)
+        : WindowFixture(std::move(made)), asking(dynamic_cast<AskingEngine&>(engine))
+    {
+    }
+};
+
+TEST_F(LoadingTest, KeysTheWheelAndTicksDoNothingWhileATrackIsOpened)
 {
-    auto made = std::make_unique<AskingEngine>();
-    AskingEngine& engine = *made;
-    engine.DurationMs = 5000;
-    f101 window(std::move(made), {.ShowMessage = [](const QString&) {}});
-    ASSERT_TRUE(window.Load({}));
-    const QTemporaryDir folder;
+    Load();
     QFile sound(folder.filePath(QStringLiteral("sound.wav")));
     ASSERT_TRUE(sound.open(QIODevice::WriteOnly));
     sound.close();
 
     bool wasAsked = false;
-    engine.WhileLoading = [&] {
+    asking.WhileLoading = [&] {
         wasAsked = true;
         window.DoKeyDown(KeyCode::M, 0);
         window.MouseWheel(0, 120, 0, 0);
