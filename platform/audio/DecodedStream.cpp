@@ -39,11 +39,16 @@ SampleKind KindToKeep(const ContainerKind& container, const AVCodecContext& code
     return rendered || IsShallow(codec, frame) ? SampleKind::Int16 : SampleKind::Float;
 }
 
-// Windows Media's older decoders swallow the first frame of the codec, which is this long.
+// Windows Media's older decoders swallow the first frame of the codec, whose length goes by the
+// rate.
 std::int64_t LostFrames(const AVCodecContext& codec)
 {
-    const bool loses = codec.codec_id == AV_CODEC_ID_WMAV1 || codec.codec_id == AV_CODEC_ID_WMAV2;
-    return loses ? codec.frame_size : 0;
+    const bool version1 = codec.codec_id == AV_CODEC_ID_WMAV1;
+    if (!version1 && codec.codec_id != AV_CODEC_ID_WMAV2)
+        return 0;
+    if (codec.sample_rate <= 16000)
+        return 512;
+    return codec.sample_rate <= (version1 ? 32000 : 22050) ? 1024 : 2048;
 }
 
 std::int64_t DelayFrames(const AVCodecContext& codec)
@@ -151,10 +156,16 @@ bool DecodedStream::TakeFrame()
 {
     if (m_frame->nb_samples <= 0)
         return true;
-    if (!m_converter && !BeginSound())
+    const bool first = !m_converter;
+    if (first && !BeginSound())
         return false;
-    if (!m_converter->Convert(*m_frame, m_block))
+    if (!m_converter->Convert(*m_frame, m_block)) {
+        if (first) {
+            m_converter.reset();
+            m_block.clear();
+        }
         return false;
+    }
     DropDelay();
     return true;
 }

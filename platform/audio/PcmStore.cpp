@@ -32,18 +32,20 @@ void ToFloat(SampleKind kind, std::span<const std::byte> samples, float* out)
 
 } // namespace
 
-std::int64_t PcmStore::LongestSound(SampleKind kind, int sampleRate)
+std::int64_t PcmStore::LongestSound(SampleKind kind, int sampleRate, const PcmLimits& limits)
 {
-    return std::min(kLargestSize / static_cast<std::int64_t>(StereoFrameSize(kind)),
+    return std::min(static_cast<std::int64_t>(limits.largestSize / StereoFrameSize(kind)),
                     kSecondsInADay * sampleRate);
 }
 
-PcmStore::PcmStore(SampleKind kind, int sampleRate, std::size_t memorySize)
-    : m_kind(kind), m_longestFrames(LongestSound(kind, sampleRate)), m_memorySize(memorySize)
+PcmStore::PcmStore(SampleKind kind, int sampleRate, const PcmLimits& limits)
+    : m_kind(kind), m_largestSize(static_cast<std::size_t>(LongestSound(kind, sampleRate, limits)) *
+                                  StereoFrameSize(kind)),
+      m_memorySize(limits.memorySize)
 {
     // The whole range is reserved at once, so that a reader never meets a table that grows; a page
     // of it costs memory only when it is written.
-    void* const memory = mmap(nullptr, memorySize, PROT_READ | PROT_WRITE,
+    void* const memory = mmap(nullptr, m_memorySize, PROT_READ | PROT_WRITE,
                               MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0);
     if (memory == MAP_FAILED)
         m_memorySize = 0;
@@ -56,15 +58,13 @@ PcmStore::~PcmStore()
     if (m_memory != nullptr)
         munmap(m_memory, m_memorySize);
     if (m_file >= 0)
-        close(m_file);
+        CloseTemporaryFile(m_file, static_cast<std::int64_t>(m_size));
 }
 
 bool PcmStore::Append(std::span<const std::byte> frames)
 {
-    const std::size_t frameSize = StereoFrameSize(m_kind);
-    const std::size_t longest = static_cast<std::size_t>(m_longestFrames) * frameSize;
-    const bool fits = frames.size() <= longest - m_size;
-    const auto taken = frames.first(fits ? frames.size() : longest - m_size);
+    const bool fits = frames.size() <= m_largestSize - m_size;
+    const auto taken = fits ? frames : frames.first(m_largestSize - m_size);
 
     const std::size_t inMemory =
         m_size < m_memorySize ? std::min(taken.size(), m_memorySize - m_size) : 0;
@@ -72,7 +72,8 @@ bool PcmStore::Append(std::span<const std::byte> frames)
         std::memcpy(m_memory + m_size, taken.data(), inMemory);
     m_size += inMemory;
     const bool stored = inMemory == taken.size() || AppendToFile(taken.subspan(inMemory));
-    m_published.store(static_cast<std::int64_t>(m_size / frameSize), std::memory_order_release);
+    m_published.store(static_cast<std::int64_t>(m_size / StereoFrameSize(m_kind)),
+                      std::memory_order_release);
     return fits && stored;
 }
 

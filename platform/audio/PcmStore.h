@@ -10,18 +10,21 @@
 
 namespace lantern {
 
+struct PcmLimits {
+    std::size_t memorySize = std::size_t{64} * 1024 * 1024;
+    // Where a sound without an end is cut off: after twelve hours of CD sound.
+    std::size_t largestSize = std::size_t{8} * 1024 * 1024 * 1024;
+};
+
 // Keeps the frames of a sound while one thread appends and another reads what has been published.
 // The first 64 MB (six minutes of CD sound) stay in memory; the rest goes to an unlinked temporary
 // file, so that a track of hours costs no memory.
 class PcmStore {
 public:
-    static constexpr std::size_t kMemorySize = 64 * 1024 * 1024;
-    // Where a sound without an end is cut off: twelve hours of CD sound, and at most a day of any.
-    static constexpr std::int64_t kLargestSize = std::int64_t{8} * 1024 * 1024 * 1024;
-    static std::int64_t LongestSound(SampleKind kind, int sampleRate);
+    // In frames; and no sound lasts more than a day.
+    static std::int64_t LongestSound(SampleKind kind, int sampleRate, const PcmLimits& limits = {});
 
-    // The memory in use may be set lower, for tests.
-    PcmStore(SampleKind kind, int sampleRate, std::size_t memorySize = kMemorySize);
+    PcmStore(SampleKind kind, int sampleRate, const PcmLimits& limits = {});
     ~PcmStore();
     PcmStore(const PcmStore&) = delete;
     PcmStore& operator=(const PcmStore&) = delete;
@@ -40,7 +43,7 @@ private:
     bool CopyBytes(std::size_t offset, std::span<std::byte> out) const;
 
     const SampleKind m_kind;
-    const std::int64_t m_longestFrames;
+    const std::size_t m_largestSize;
     std::size_t m_memorySize;
     std::byte* m_memory = nullptr; // a mapping: its pages go back to the system with the sound
     std::size_t m_size = 0;        // the writer's count of bytes

@@ -94,6 +94,9 @@ bool SoundContainer::OpenInput()
     context->pb = m_io.get();
     context->io_open = RefuseToOpen;
     context->codec_whitelist = av_strdup(kDecoders);
+    // A WAV header is believed. Looking into it for surround sound in disguise would take longer
+    // than all else, and find what is not played.
+    context->max_probe_packets = 1;
     context->interrupt_callback.opaque = this;
     context->interrupt_callback.callback = [](void* opaque) {
         return static_cast<SoundContainer*>(opaque)->m_halt.Reached() ? 1 : 0;

@@ -17,18 +17,23 @@ namespace {
 
 using std::chrono::milliseconds;
 
-// Together they keep what a path can cost below a second.
-constexpr milliseconds kTimeToOpen(400);
-constexpr milliseconds kTimeToMeasure(500);
+// What any path may cost the user-interface thread. Real sounds take a few milliseconds of it.
+constexpr milliseconds kTimeForDuration(900);
+constexpr milliseconds kTimeToOpen(500);
+// A file's length has mostly been asked before, and sound must follow at once on opening it; a
+// memory image's length is asked of the open sound.
+constexpr milliseconds kTimeToMeasureFile(120);
+constexpr milliseconds kTimeToMeasureMemory(400);
 
 class BackgroundDecoder final : public SoundDecoder {
 public:
-    static std::unique_ptr<SoundDecoder> Open(std::unique_ptr<ByteSource> bytes)
+    static std::unique_ptr<SoundDecoder> Open(std::unique_ptr<ByteSource> bytes,
+                                              milliseconds timeToMeasure)
     {
         if (!bytes)
             return nullptr;
         std::unique_ptr<BackgroundDecoder> decoder(new BackgroundDecoder(std::move(bytes)));
-        return decoder->Start() ? std::move(decoder) : nullptr;
+        return decoder->Start(timeToMeasure) ? std::move(decoder) : nullptr;
     }
 
     ~BackgroundDecoder() override
@@ -38,7 +43,7 @@ public:
             m_thread.join();
     }
 
-    int SampleRate() const override { return m_stream->SampleRate(); }
+    int SampleRate() const override { return m_sampleRate; }
 
     std::int64_t FrameCount() const override
     {
@@ -54,33 +59,35 @@ public:
 private:
     explicit BackgroundDecoder(std::unique_ptr<ByteSource> bytes) : m_bytes(std::move(bytes)) {}
 
-    bool Start();
+    bool Start(milliseconds timeToMeasure);
     void DecodeToEnd();
 
     std::unique_ptr<ByteSource> m_bytes;
     Halt m_halt;
     std::unique_ptr<DecodedStream> m_stream; // the thread's, once that runs
     std::unique_ptr<PcmStore> m_store;
+    int m_sampleRate = 0;
     std::int64_t m_expectedFrames = 0;
     std::atomic<bool> m_ended = false;
     std::thread m_thread;
 };
 
-bool BackgroundDecoder::Start()
+bool BackgroundDecoder::Start(milliseconds timeToMeasure)
 {
     m_halt.AllowUntil(Halt::Clock::now() + kTimeToOpen);
     m_stream = DecodedStream::Open(*m_bytes, m_halt);
     m_halt.AllowUntil(Halt::Clock::time_point::max());
     if (!m_stream)
         return false;
-    const int rate = m_stream->SampleRate();
-    m_store = std::make_unique<PcmStore>(m_stream->Kind(), rate);
+    const SampleKind kind = m_stream->Kind();
+    m_sampleRate = m_stream->SampleRate();
+    m_store = std::make_unique<PcmStore>(kind, m_sampleRate);
     m_thread = std::thread([this] { DecodeToEnd(); });
 
     // The length is wanted as soon as a sound is open, long before it is decoded.
-    const Halt measuring(kTimeToMeasure);
-    m_expectedFrames = std::min(MeasureSound(*m_bytes, rate, measuring).frames,
-                                PcmStore::LongestSound(m_stream->Kind(), rate));
+    const Halt measuring(timeToMeasure);
+    m_expectedFrames = std::min(MeasureSound(*m_bytes, m_sampleRate, measuring).frames,
+                                PcmStore::LongestSound(kind, m_sampleRate));
     return true;
 }
 
@@ -112,12 +119,12 @@ SoundDecoder::Chunk BackgroundDecoder::Read(std::int64_t firstFrame, std::span<f
 
 std::unique_ptr<SoundDecoder> SoundDecoder::OpenFile(const QString& path)
 {
-    return BackgroundDecoder::Open(OpenFileBytes(path));
+    return BackgroundDecoder::Open(OpenFileBytes(path), kTimeToMeasureFile);
 }
 
 std::unique_ptr<SoundDecoder> SoundDecoder::OpenMemory(std::span<const std::uint8_t> image)
 {
-    return BackgroundDecoder::Open(OpenMemoryBytes(image));
+    return BackgroundDecoder::Open(OpenMemoryBytes(image), kTimeToMeasureMemory);
 }
 
 std::int32_t SoundDecoder::FileDurationMs(const QString& path)
@@ -126,13 +133,12 @@ std::int32_t SoundDecoder::FileDurationMs(const QString& path)
     if (!bytes)
         return 0;
     // Only a decoded frame proves that there is a sound, and tells its rate.
-    const Halt opening(kTimeToOpen);
-    const auto stream = DecodedStream::Open(*bytes, opening);
+    const Halt halt(kTimeForDuration);
+    const auto stream = DecodedStream::Open(*bytes, halt);
     if (!stream)
         return 0;
-    const Halt measuring(kTimeToMeasure);
     const int rate = stream->SampleRate();
-    const std::int64_t frames = std::min(MeasureSound(*bytes, rate, measuring).frames,
+    const std::int64_t frames = std::min(MeasureSound(*bytes, rate, halt).frames,
                                          PcmStore::LongestSound(stream->Kind(), rate));
     return static_cast<std::int32_t>((frames * 1000 + rate / 2) / rate);
 }

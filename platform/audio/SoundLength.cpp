@@ -67,9 +67,11 @@ std::int64_t FramesOfPackets(const PacketSurvey& survey, const AVStream& stream,
 // the last packets show whether the claimed end is there.
 bool TailBearsOut(SoundContainer& container, std::int64_t claimedFrames, int sampleRate)
 {
+    constexpr AVRational kTail = {2, 1};
     const AVStream& stream = container.Stream();
+    const std::int64_t tail = av_rescale_q(1, kTail, stream.time_base);
     const AvPointer<AVPacket> packet(av_packet_alloc());
-    if (!packet || stream.duration <= 0 || !container.SeekTo(stream.duration * 9 / 10))
+    if (!packet || !container.SeekTo(std::max<std::int64_t>(0, stream.duration - tail)))
         return false;
     const AVRational frame = {1, sampleRate};
     std::int64_t end = 0;
@@ -81,12 +83,15 @@ bool TailBearsOut(SoundContainer& container, std::int64_t claimedFrames, int sam
     return end == claimedFrames;
 }
 
+// Part of the packets stands for the whole, if it is not too small a part.
 SoundLength Estimate(const SoundContainer& container, const PacketSurvey& survey, int sampleRate)
 {
-    const std::int64_t seen = FramesOfPackets(survey, container.Stream(), sampleRate);
+    constexpr double kTellingPart = 0.01;
     const double progress = container.Progress();
+    const std::int64_t seen = FramesOfPackets(survey, container.Stream(), sampleRate);
     const std::int64_t claimed = container.ClaimedFrames(sampleRate);
-    if (claimed > 0 || seen == 0 || progress <= 0)
+    const bool useClaim = claimed > 0 && container.Kind().rule != LengthRule::Packets;
+    if (useClaim || seen == 0 || progress < kTellingPart)
         return {.frames = claimed};
     return {.frames = std::llround(static_cast<double>(seen) / progress)};
 }
@@ -101,7 +106,10 @@ SoundLength LengthByRule(const SoundContainer& container, const PacketSurvey& su
         return {.frames = FramesOfPackets(survey, container.Stream(), sampleRate),
                 .exact = survey.durationsKnown};
     case LengthRule::Stamps:
-        return {.frames = survey.stamps.EndFrame(sampleRate), .exact = survey.stamps.Unbroken()};
+        // Speex lags behind its stamps.
+        return {.frames = survey.stamps.EndFrame(sampleRate),
+                .exact = survey.stamps.Unbroken() &&
+                         container.Stream().codecpar->codec_id != AV_CODEC_ID_SPEEX};
     case LengthRule::Claim:
     case LengthRule::TrustedClaim:
         return {.frames = claimed,

@@ -2,13 +2,13 @@
 #include "TemporaryFile.h"
 
 #include <array>
-#include <cstdint>
 #include <cstdlib>
 #include <fcntl.h>
 #include <linux/magic.h>
 #include <string>
 #include <sys/statfs.h>
 #include <sys/statvfs.h>
+#include <thread>
 #include <unistd.h>
 
 namespace lantern {
@@ -47,6 +47,17 @@ int OpenTemporaryFile()
         }
     }
     return -1;
+}
+
+void CloseTemporaryFile(int descriptor, std::int64_t size)
+{
+    // Freed at about 5 GB a second, hours of sound would hold up whoever opens the next track. The
+    // thread touches nothing but the descriptor; if the program ends before it, the system closes.
+    constexpr std::int64_t kSlowSize = std::int64_t{64} * 1024 * 1024;
+    if (size > kSlowSize)
+        std::thread([descriptor] { close(descriptor); }).detach();
+    else
+        close(descriptor);
 }
 
 bool HasRoom(int descriptor)

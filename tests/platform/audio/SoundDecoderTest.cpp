@@ -1,48 +1,344 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "SoundDecoder.h"
+#include "DecodedSound.h"
 #include "TestSounds.h"
 
-#include <gtest/gtest.h>
-#include <thread>
+#include <cmath>
+#include <random>
+#include <string>
 
 namespace lantern {
 namespace {
 
-void WaitForEnd(const SoundDecoder& decoder)
+// What an encoder makes of four seconds of ticks.
+struct Encoding {
+    std::string name;
+    QString file;
+    QStringList command;
+    bool lossless = false;
+    int sampleRate = 44100;
+    int channels = 2;
+    int delayFrames = 0;  // that the file doesn't tell how to remove
+    int paddingMs = 0;    // that the file doesn't tell how to remove, at most
+    bool wholeMs = false; // the length is stated in whole milliseconds
+};
+
+void PrintTo(const Encoding& encoding, std::ostream* out)
 {
-    for (int i = 0; i < 20000 && !decoder.DecodedToEnd(); ++i)
-        std::this_thread::sleep_for(std::chrono::milliseconds(1));
-    ASSERT_TRUE(decoder.DecodedToEnd());
+    *out << encoding.name;
 }
 
-std::vector<float> ReadAll(SoundDecoder& decoder)
+QStringList Ffmpeg(const QString& options)
 {
-    std::vector<float> all(static_cast<std::size_t>(decoder.FrameCount()) * 2);
-    const SoundDecoder::Chunk chunk = decoder.Read(0, all);
-    EXPECT_EQ(chunk.frames, decoder.FrameCount());
-    EXPECT_TRUE(chunk.atEnd);
-    EXPECT_FALSE(chunk.notYet);
-    return all;
+    return QStringLiteral("ffmpeg -y -v error -i in.wav %1")
+        .arg(options)
+        .split(u' ', Qt::SkipEmptyParts);
 }
 
-std::vector<float> AsFloats(const Pcm& pcm)
+QStringList Words(const QString& text)
 {
-    std::vector<float> floats;
-    for (const std::int16_t sample : pcm.samples)
-        floats.push_back(static_cast<float>(sample) / 32768.0F);
-    return floats;
+    return text.split(u' ');
 }
 
-TEST(SoundDecoder, AWavImageComesBackBitForBit)
+#define TEXT(text) QStringLiteral(text)
+const std::vector<Encoding> kEncodings = {
+    {"Wav", TEXT("a.wav"), Ffmpeg(TEXT("-c:a pcm_s16le")), true},
+    {"WavMono", TEXT("a.wav"), Ffmpeg(TEXT("-c:a pcm_s16le")), true, 44100, 1},
+    {"Wav24Bit", TEXT("a.wav"), Ffmpeg(TEXT("-c:a pcm_s24le")), true},
+    {"WavFloat", TEXT("a.wav"), Ffmpeg(TEXT("-c:a pcm_f32le")), true},
+    {"WavMicrosoftAdpcm", TEXT("a.wav"), Ffmpeg(TEXT("-c:a adpcm_ms")), false, 44100, 2, 0, 50},
+    {"Aif", TEXT("a.aif"), Ffmpeg({}), true},
+    {"AifMono", TEXT("a.aif"), Ffmpeg({}), true, 22050, 1},
+    {"Au", TEXT("a.au"), Ffmpeg(TEXT("-c:a pcm_s16be")), true},
+    {"AuMuLaw", TEXT("a.au"), Ffmpeg(TEXT("-c:a pcm_mulaw"))},
+    {"Flac", TEXT("a.flac"), Words(TEXT("flac -s -f in.wav -o")), true},
+    {"FlacMono", TEXT("a.flac"), Words(TEXT("flac -s -f in.wav -o")), true, 48000, 1},
+    {"FlacHighRate", TEXT("a.flac"), Words(TEXT("flac -s -f in.wav -o")), true, 192000},
+    {"Alac", TEXT("a.mp4"), Ffmpeg(TEXT("-c:a alac")), true},
+    {"Mp4", TEXT("a.mp4"), Ffmpeg(TEXT("-c:a aac")), false, 44100, 2, 0, 0, true},
+    {"Mp4Mono", TEXT("a.mp4"), Ffmpeg(TEXT("-c:a aac")), false, 48000, 1, 0, 0, true},
+    {"Mp4FastStart", TEXT("a.mp4"), Ffmpeg(TEXT("-c:a aac -movflags +faststart")), false, 44100, 2,
+     0, 0, true},
+    {"Aac", TEXT("a.aac"), Ffmpeg({}), false, 44100, 2, 1024, 32},
+    {"Mp3Cbr", TEXT("a.mp3"), Words(TEXT("lame --quiet -b 128 in.wav"))},
+    {"Mp3Vbr", TEXT("a.mp3"), Words(TEXT("lame --quiet -V 4 in.wav"))},
+    {"Mp3VbrWithoutXing", TEXT("a.mp3"), Words(TEXT("lame --quiet -t -V 4 in.wav")), false, 44100,
+     2, 1105, 32},
+    {"Mp3LowRateMono", TEXT("a.mp3"), Words(TEXT("lame --quiet -b 64 in.wav")), false, 22050, 1},
+    {"Mp3WithTags", TEXT("a.mp3"),
+     Words(TEXT("lame --quiet --add-id3v2 --id3v1-only --tt Song --ta Singer in.wav"))},
+    {"Ogg", TEXT("a.ogg"), Words(TEXT("oggenc -Q in.wav -o"))},
+    {"OggMono", TEXT("a.ogg"), Words(TEXT("oggenc -Q in.wav -o")), false, 22050, 1},
+    {"OggOpus", TEXT("a.ogg"), Ffmpeg(TEXT("-c:a libopus")), false, 48000},
+    {"OggFlac", TEXT("a.ogg"), Ffmpeg(TEXT("-c:a flac")), true},
+    {"Mpc", TEXT("a.mpc"), Words(TEXT("mpcenc --silent in.wav"))},
+    {"MpcMono", TEXT("a.mpc"), Words(TEXT("mpcenc --silent in.wav")), false, 48000, 1},
+    {"Wma", TEXT("a.wma"), Ffmpeg(TEXT("-c:a wmav2 -b:a 128k")), false, 44100, 2, 0, 50},
+    {"WmaMono", TEXT("a.wma"), Ffmpeg(TEXT("-c:a wmav2 -b:a 64k")), false, 22050, 1, 0, 50},
+    {"WmaLowRate", TEXT("a.wma"), Ffmpeg(TEXT("-c:a wmav2 -b:a 64k")), false, 16000, 2, 0, 50},
+    {"WmaVersion1", TEXT("a.wma"), Ffmpeg(TEXT("-c:a wmav1 -b:a 128k")), false, 32000, 2, 0, 50},
+};
+#undef TEXT
+
+class EncodedSound : public ::testing::TestWithParam<Encoding> {
+protected:
+    void SetUp() override
+    {
+        const Encoding& encoding = GetParam();
+        // A length that is no multiple of any codec's frame.
+        m_pcm = MakeTicks(encoding.sampleRate, encoding.channels, encoding.sampleRate * 4 + 777);
+        m_path = m_folder.Encode(m_pcm, encoding.command, encoding.file);
+    }
+
+    SoundFolder m_folder;
+    Pcm m_pcm;
+    QString m_path;
+};
+
+TEST_P(EncodedSound, LengthIsExactAndKnownAtOnce)
 {
-    const Pcm pcm = MakeTicks(44100, 2, 3 * 44100 + 17);
-    const auto image = WavImage(pcm);
-    const auto decoder = SoundDecoder::OpenMemory(image);
+    const auto decoder = SoundDecoder::OpenFile(m_path);
     ASSERT_TRUE(decoder);
-    EXPECT_EQ(decoder->SampleRate(), 44100);
-    EXPECT_EQ(decoder->FrameCount(), pcm.FrameCount());
+    EXPECT_EQ(decoder->SampleRate(), GetParam().sampleRate);
+    const std::int64_t atOpen = decoder->FrameCount();
     WaitForEnd(*decoder);
-    EXPECT_EQ(ReadAll(*decoder), AsFloats(pcm));
+    EXPECT_EQ(atOpen, decoder->FrameCount());
+    EXPECT_EQ(SoundDecoder::FileDurationMs(m_path), ToMs(atOpen, GetParam().sampleRate));
+    if (GetParam().paddingMs == 0) {
+        EXPECT_LE(atOpen, m_pcm.FrameCount());
+        EXPECT_GE(atOpen,
+                  m_pcm.FrameCount() - (GetParam().wholeMs ? GetParam().sampleRate / 1000 : 0));
+    } else {
+        const int padding = GetParam().sampleRate * GetParam().paddingMs / 1000;
+        EXPECT_GE(atOpen, m_pcm.FrameCount());
+        EXPECT_LE(atOpen, m_pcm.FrameCount() + GetParam().delayFrames + padding);
+    }
+}
+
+TEST_P(EncodedSound, EveryFrameIsAtItsPlace)
+{
+    const auto decoder = SoundDecoder::OpenFile(m_path);
+    ASSERT_TRUE(decoder);
+    const std::vector<float> all = ReadAll(*decoder);
+    if (GetParam().lossless) {
+        EXPECT_TRUE(all == StereoFloats(m_pcm));
+        return;
+    }
+    for (const int second : {1, 2, 3})
+        EXPECT_NEAR(BurstDelayFrames(all, GetParam().sampleRate, second), GetParam().delayFrames, 2)
+            << second;
+}
+
+TEST_P(EncodedSound, MemoryGivesTheSameAsTheFile)
+{
+    const Bytes image = ReadFile(m_path);
+    const auto fromFile = SoundDecoder::OpenFile(m_path);
+    const auto fromMemory = SoundDecoder::OpenMemory(image);
+    ASSERT_TRUE(fromFile && fromMemory);
+    EXPECT_EQ(fromMemory->FrameCount(), fromFile->FrameCount());
+    EXPECT_TRUE(ReadAll(*fromMemory) == ReadAll(*fromFile));
+}
+
+TEST_P(EncodedSound, ReadsInAnyOrderGiveWhatOneReadGives)
+{
+    const auto decoder = SoundDecoder::OpenFile(m_path);
+    ASSERT_TRUE(decoder);
+    const std::vector<float> all = ReadAll(*decoder);
+    const std::int64_t total = decoder->FrameCount();
+    std::mt19937 random(5);
+    std::vector<float> part;
+    for (int round = 0; round < 200; ++round) {
+        const auto first = static_cast<std::int64_t>(random()) % (total + 1000);
+        part.assign(2 * (1 + random() % 3000), -9.0F);
+        const SoundDecoder::Chunk chunk = decoder->Read(first, part);
+        const auto wanted = static_cast<std::int64_t>(part.size() / 2);
+        ASSERT_EQ(chunk.frames, std::clamp<std::int64_t>(total - first, 0, wanted));
+        ASSERT_EQ(chunk.atEnd, first + chunk.frames >= total);
+        ASSERT_FALSE(chunk.notYet);
+        for (std::size_t i = 0; i < 2 * static_cast<std::size_t>(chunk.frames); ++i)
+            ASSERT_EQ(part[i], all[2 * static_cast<std::size_t>(first) + i]);
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Types, EncodedSound, ::testing::ValuesIn(kEncodings),
+                         [](const auto& test) { return test.param.name; });
+
+TEST(SoundDecoder, ModulesLastAsLongAsTheirPatterns)
+{
+    const SoundFolder folder;
+    for (const auto& [name, image] : {std::pair(QStringLiteral("a.mod"), ModImage()),
+                                      std::pair(QStringLiteral("a.xm"), XmImage()),
+                                      std::pair(QStringLiteral("a.it"), ItImage())}) {
+        const QString path = folder.Write(name, image);
+        EXPECT_EQ(SoundDecoder::FileDurationMs(path), kModuleLengthMs) << name.toStdString();
+        const auto decoder = SoundDecoder::OpenMemory(image);
+        ASSERT_TRUE(decoder) << name.toStdString();
+        const std::int64_t atOpen = decoder->FrameCount();
+        WaitForEnd(*decoder);
+        EXPECT_EQ(decoder->FrameCount(), atOpen);
+        EXPECT_EQ(ToMs(atOpen, decoder->SampleRate()), kModuleLengthMs);
+    }
+}
+
+TEST(SoundDecoder, MonkeysAudioLastsAsItsHeaderSays)
+{
+    const SoundFolder folder;
+    for (const std::uint32_t wholeFrames : {0U, 1U, 5U}) {
+        const Bytes image = ApeImage(wholeFrames, 12345);
+        const std::int64_t frames = std::int64_t{wholeFrames} * kApeFrameLength + 12345;
+        EXPECT_EQ(SoundDecoder::FileDurationMs(folder.Write(QStringLiteral("a.ape"), image)),
+                  ToMs(frames, 44100));
+        const auto decoder = SoundDecoder::OpenMemory(image);
+        ASSERT_TRUE(decoder);
+        EXPECT_EQ(decoder->FrameCount(), frames);
+        const std::vector<float> all = ReadAll(*decoder);
+        EXPECT_EQ(decoder->FrameCount(), frames);
+        EXPECT_TRUE(all == std::vector<float>(all.size()));
+    }
+}
+
+TEST(SoundDecoder, TheContentsDecideTheTypeAndNotTheName)
+{
+    const SoundFolder folder;
+    const Pcm pcm = MakeTicks(44100, 2, 44100);
+    folder.Encode(pcm,
+                  {QStringLiteral("flac"), QStringLiteral("-s"), QStringLiteral("in.wav"),
+                   QStringLiteral("-o")},
+                  QStringLiteral("a.flac"));
+    const Bytes flac = ReadFile(folder.Path(QStringLiteral("a.flac")));
+    EXPECT_EQ(SoundDecoder::FileDurationMs(folder.Write(QStringLiteral("b.wav"), flac)), 1000);
+    EXPECT_EQ(SoundDecoder::FileDurationMs(folder.Write(QStringLiteral("b.mod"), flac)), 1000);
+    EXPECT_EQ(SoundDecoder::FileDurationMs(folder.Write(QStringLiteral("b"), WavImage(pcm))), 1000);
+}
+
+TEST(SoundDecoder, ANameThatIsNoTextIsOpened)
+{
+    const SoundFolder folder;
+    const QString plain = folder.Write(QStringLiteral("a.wav"), WavImage(MakeTicks(8000, 1, 8000)));
+    const QByteArray native = plain.toUtf8() + "\xE9\xFF.wav";
+    ASSERT_EQ(rename(plain.toUtf8().constData(), native.constData()), 0);
+    const QString path = plain + QChar(0xDCE9) + QChar(0xDCFF) + QStringLiteral(".wav");
+    EXPECT_EQ(SoundDecoder::FileDurationMs(path), 1000);
+    EXPECT_TRUE(SoundDecoder::OpenFile(path));
+    EXPECT_EQ(remove(native.constData()), 0);
+}
+
+TEST(SoundDecoder, TheLengthIsRoundedToTheNearestMillisecond)
+{
+    const SoundFolder folder;
+    const auto durationOf = [&](std::int64_t frames) {
+        return SoundDecoder::FileDurationMs(
+            folder.Write(QStringLiteral("a.wav"), WavImage(MakeTicks(44100, 2, frames))));
+    };
+    EXPECT_EQ(durationOf(588), 13); // 13.33
+    EXPECT_EQ(durationOf(65), 1);   // 1.47
+    EXPECT_EQ(durationOf(67), 2);   // 1.52
+    EXPECT_EQ(durationOf(44), 1);   // 0.998
+}
+
+TEST(SoundDecoder, RatesOutsideTheRangeAreChangedToItsEnds)
+{
+    const Bytes low = WavImage(MakeTicks(4000, 2, 40000));
+    const auto slow = SoundDecoder::OpenMemory(low);
+    ASSERT_TRUE(slow);
+    EXPECT_EQ(slow->SampleRate(), 8000);
+    const std::vector<float> slowFrames = ReadAll(*slow);
+    EXPECT_EQ(slow->FrameCount(), 80000);
+    EXPECT_NEAR(BurstDelayFrames(slowFrames, 8000, 7), 0, 1);
+
+    const Bytes high = WavImage(MakeTicks(384000, 1, 768000));
+    const auto fast = SoundDecoder::OpenMemory(high);
+    ASSERT_TRUE(fast);
+    EXPECT_EQ(fast->SampleRate(), 192000);
+    const std::vector<float> fastFrames = ReadAll(*fast);
+    EXPECT_EQ(fast->FrameCount(), 384000);
+    EXPECT_NEAR(BurstDelayFrames(fastFrames, 192000, 1), 0, 1);
+}
+
+TEST(SoundDecoder, DepthAboveSixteenBitsIsKept)
+{
+    const SoundFolder folder;
+    const Pcm pcm = MakeTicks(44100, 2, 44100);
+    // Halved, the lowest bit of 16 becomes the 17th.
+    const QString path = folder.Encode(
+        pcm, Ffmpeg(QStringLiteral("-af aformat=dblp,volume=0.5:precision=double -c:a pcm_s24le")),
+        QStringLiteral("a.wav"));
+    const auto decoder = SoundDecoder::OpenFile(path);
+    ASSERT_TRUE(decoder);
+    std::vector<float> expected = StereoFloats(pcm);
+    for (float& sample : expected)
+        sample /= 2;
+    EXPECT_TRUE(ReadAll(*decoder) == expected);
+}
+
+TEST(SoundDecoder, SurroundIsMixedDownWithoutClipping)
+{
+    const SoundFolder folder;
+    Pcm pcm{.sampleRate = 44100, .channels = 6, .samples = {}};
+    pcm.samples.assign(std::size_t{44100} * 6, 32000);
+    const auto decoder =
+        SoundDecoder::OpenFile(folder.Write(QStringLiteral("a.wav"), WavImage(pcm)));
+    ASSERT_TRUE(decoder);
+    EXPECT_EQ(decoder->FrameCount(), 44100);
+    for (const float sample : ReadAll(*decoder)) {
+        ASSERT_GT(sample, 0.9F);
+        ASSERT_LT(sample, 1.0F);
+    }
+}
+
+TEST(SoundDecoder, ReadingAheadOfTheDecoderComesTrueInTheEnd)
+{
+    const SoundFolder folder;
+    const Pcm pcm = MakeTicks(44100, 2, 44100 * 60);
+    const QString path =
+        folder.Encode(pcm, Words(QStringLiteral("flac -s -f in.wav -o")), QStringLiteral("a.flac"));
+    const auto decoder = SoundDecoder::OpenFile(path);
+    ASSERT_TRUE(decoder);
+    std::vector<float> last(2 * 100);
+    SoundDecoder::Chunk chunk;
+    bool consistent = true;
+    for (int i = 0; i < 60000 && !(chunk.frames == 100 && chunk.atEnd); ++i) {
+        chunk = decoder->Read(pcm.FrameCount() - 100, last);
+        consistent = consistent && (chunk.frames == 100 || chunk.notYet);
+        std::this_thread::sleep_for(std::chrono::microseconds(100));
+    }
+    EXPECT_TRUE(consistent);
+    const std::vector<float> all = StereoFloats(pcm);
+    EXPECT_TRUE(std::equal(last.begin(), last.end(), all.end() - 200));
+}
+
+// An mp3 without any header that tells its length, as many times twenty seconds.
+QString WriteLongMp3(const SoundFolder& folder, int times)
+{
+    const Bytes once = ReadFile(folder.Encode(
+        MakeTicks(44100, 2, 44100 * 20), Words(QStringLiteral("lame --quiet -f -t -V 6 in.wav")),
+        QStringLiteral("once.mp3")));
+    Bytes all;
+    for (int i = 0; i < times; ++i)
+        all.insert(all.end(), once.begin(), once.end());
+    return folder.Write(QStringLiteral("long.mp3"), all);
+}
+
+TEST(SoundDecoder, SoundIsThereAtOnceInALongFile)
+{
+    const SoundFolder folder;
+    const QString path = WriteLongMp3(folder, 12);
+    const auto start = std::chrono::steady_clock::now();
+    const auto decoder = SoundDecoder::OpenFile(path);
+    ASSERT_TRUE(decoder);
+    std::vector<float> first(2 * 256);
+    EXPECT_EQ(decoder->Read(0, first).frames, 256);
+    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(250));
+}
+
+TEST(SoundDecoder, DestructionStopsTheDecodingAtOnce)
+{
+    const SoundFolder folder;
+    auto decoder = SoundDecoder::OpenFile(WriteLongMp3(folder, 90));
+    ASSERT_TRUE(decoder);
+    EXPECT_FALSE(decoder->DecodedToEnd());
+    const auto start = std::chrono::steady_clock::now();
+    decoder.reset();
+    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(100));
 }
 
 } // namespace
