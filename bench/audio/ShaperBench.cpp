@@ -1,0 +1,111 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// What playing costs between the decoder and the output: one second of what is heard.
+#include "SoundShaper.h"
+#include "StereoGain.h"
+
+#include <benchmark/benchmark.h>
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <vector>
+
+namespace lantern {
+namespace {
+
+constexpr int kRate = 44100;
+constexpr int kBlockFrames = 256;
+
+// A chord that never ends.
+class Chord final : public SoundDecoder {
+public:
+    Chord() : m_second(2 * kRate)
+    {
+        for (std::size_t i = 0; i < m_second.size(); ++i) {
+            const double turns = static_cast<double>(i / 2) * 6.283185307179586 / kRate;
+            m_second[i] = static_cast<float>(
+                0.2 * (std::sin(220 * turns) + std::sin(277 * turns) + std::sin(330 * turns)));
+        }
+    }
+
+    int SampleRate() const override { return kRate; }
+    std::int64_t FrameCount() const override { return std::int64_t{1} << 40; }
+    bool DecodedToEnd() const override { return true; }
+    Chunk Read(std::int64_t firstFrame, std::span<float> stereo) override
+    {
+        const auto first = static_cast<std::size_t>(firstFrame % kRate) * 2;
+        const std::size_t before = std::min(stereo.size(), m_second.size() - first);
+        std::copy_n(m_second.data() + first, before, stereo.data());
+        std::copy_n(m_second.data(), stereo.size() - before, stereo.data() + before);
+        return {static_cast<int>(stereo.size() / 2), false, false};
+    }
+
+private:
+    std::vector<float> m_second;
+};
+
+void RenderSecond(SoundShaper& shaper)
+{
+    std::array<float, std::size_t{2}* kBlockFrames> block = {};
+    for (int frames = 0; frames < kRate;) {
+        frames += shaper.Render(block).frames;
+        benchmark::DoNotOptimize(block);
+    }
+}
+
+void BM_OneSecond(benchmark::State& state)
+{
+    Chord chord;
+    SoundShaper shaper;
+    shaper.Start(chord, kRate,
+                 ShapeFor(static_cast<int>(state.range(0)), static_cast<float>(state.range(1))));
+    for (auto _ : state) {
+        RenderSecond(shaper);
+    }
+    state.counters["times_real_time"] =
+        benchmark::Counter(static_cast<double>(state.iterations()), benchmark::Counter::kIsRate);
+}
+BENCHMARK(BM_OneSecond)
+    ->ArgNames({"key", "tempo"})
+    ->Args({0, 0})
+    ->Args({3, 0})
+    ->Args({0, -20})
+    ->Args({3, -20})
+    ->Args({-10, 0})
+    ->Args({10, 50})
+    ->Args({0, 90})
+    ->Args({0, -90})
+    ->Unit(benchmark::kMillisecond);
+
+// From a change of key to its first frame: what a turn of the wheel costs.
+void BM_Change(benchmark::State& state)
+{
+    Chord chord;
+    SoundShaper shaper;
+    shaper.Start(chord, kRate, {});
+    std::array<float, 2> frame = {};
+    int semitones = 0;
+    for (auto _ : state) {
+        semitones = semitones % 10 + 1;
+        shaper.Change({semitones, 1.0});
+        shaper.Render(frame);
+        benchmark::DoNotOptimize(frame);
+    }
+}
+BENCHMARK(BM_Change)->Unit(benchmark::kMillisecond);
+
+void BM_GainOfOneSecond(benchmark::State& state)
+{
+    StereoGain gain;
+    gain.SetTarget(LevelFor(static_cast<float>(state.range(0)), 0.0F));
+    gain.Restart(kRate);
+    std::vector<float> second(2 * kRate, 0.25F);
+    for (auto _ : state) {
+        gain.Apply(second);
+        benchmark::DoNotOptimize(second.data());
+    }
+}
+BENCHMARK(BM_GainOfOneSecond)->ArgName("volume")->Arg(100)->Arg(99)->Unit(benchmark::kMillisecond);
+
+} // namespace
+} // namespace lantern
