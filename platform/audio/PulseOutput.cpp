@@ -122,8 +122,7 @@ void PulseOutput::Pause()
     m_paused = true;
     if (std::exchange(m_sounding, false)) {
         Cork(true);
-        const std::scoped_lock guard(m_heardMutex);
-        m_heard.Freeze(steady_clock::now(), static_cast<double>(m_writtenFrames));
+        Freeze();
     }
 }
 
@@ -142,13 +141,7 @@ void PulseOutput::Close()
     m_source = nullptr;
     m_sampleRate = 0;
     DropStream();
-    SetState(State::Waiting);
-}
-
-AudioOutput::State PulseOutput::GetState()
-{
-    const std::scoped_lock guard(m_heardMutex);
-    return m_state;
+    m_state = State::Waiting;
 }
 
 double PulseOutput::HeardFrames()
@@ -165,8 +158,7 @@ void PulseOutput::Converge()
     }
     if (m_stream == nullptr) {
         CreateStream();
-    } else if (m_begun && m_emptied && !m_paused && !m_sounding &&
-               GetState() != State::Interrupted) {
+    } else if (m_emptied && !m_sounding) {
         // What the server has not asked for yet it asks for soon: corked until there is something.
         OnWritable(pa_stream_writable_size(m_stream));
     }
@@ -174,7 +166,7 @@ void PulseOutput::Converge()
 
 void PulseOutput::CreateStream()
 {
-    if (m_retryWaits || m_connection.Devices().empty() || GetState() == State::Interrupted) {
+    if (m_retryWaits || m_connection.Devices().empty() || m_state == State::Interrupted) {
         return;
     }
     pa_sample_spec format = {};
@@ -188,6 +180,23 @@ void PulseOutput::CreateStream()
         return;
     }
     m_streamRate = m_sampleRate;
+    ListenToStream();
+
+    // Without a prebuffer the server's read index goes on in silence, as the time that is heard.
+    pa_buffer_attr buffer = {};
+    buffer.maxlength = buffer.minreq = buffer.fragsize = UINT32_MAX;
+    buffer.tlength = format.rate / kBuffersPerSecond * static_cast<std::uint32_t>(kFrameBytes);
+    buffer.prebuf = 0;
+    const char* device = m_connection.HasSink(m_device) ? m_device.c_str() : nullptr;
+    const auto flags =
+        static_cast<pa_stream_flags_t>(PA_STREAM_START_CORKED | PA_STREAM_ADJUST_LATENCY);
+    if (pa_stream_connect_playback(m_stream, device, &buffer, flags, nullptr, nullptr) < 0) {
+        LoseStream();
+    }
+}
+
+void PulseOutput::ListenToStream()
+{
     const auto onState = [](pa_stream* stream, void* self) {
         static_cast<PulseOutput*>(self)->OnStreamState(stream);
     };
@@ -204,18 +213,18 @@ void PulseOutput::CreateStream()
     pa_stream_set_write_callback(m_stream, onWrite, this);
     pa_stream_set_underflow_callback(m_stream, onUnderflow, this);
     pa_stream_set_moved_callback(m_stream, onMoved, this);
+}
 
-    // Without a prebuffer the server's read index goes on in silence, as the time that is heard.
-    pa_buffer_attr buffer = {};
-    buffer.maxlength = buffer.minreq = buffer.fragsize = UINT32_MAX;
-    buffer.tlength = format.rate / kBuffersPerSecond * static_cast<std::uint32_t>(kFrameBytes);
-    buffer.prebuf = 0;
-    const char* device = m_connection.HasSink(m_device) ? m_device.c_str() : nullptr;
-    const auto flags =
-        static_cast<pa_stream_flags_t>(PA_STREAM_START_CORKED | PA_STREAM_ADJUST_LATENCY);
-    if (pa_stream_connect_playback(m_stream, device, &buffer, flags, nullptr, nullptr) < 0) {
-        DropStream();
+// A stream that has sounded leaves the rest to its owner, who knows where to go on.
+void PulseOutput::LoseStream()
+{
+    if (m_writtenFrames > 0) {
+        Freeze();
+        m_state = State::Interrupted;
     }
+    DropStream();
+    m_retryWaits = true;
+    m_connection.StartTimer(m_retryTimer, kRetryStreamIn);
 }
 
 void PulseOutput::DropStream()
@@ -250,7 +259,11 @@ void PulseOutput::EmptyStream()
     const auto done = [](pa_stream* stream, int, void* self) {
         static_cast<PulseOutput*>(self)->OnEmptied(stream);
     };
-    Forget(pa_stream_update_timing_info(m_stream, done, this));
+    pa_operation* asked = pa_stream_update_timing_info(m_stream, done, this);
+    if (asked == nullptr) {
+        LoseStream();
+    }
+    Forget(asked);
 }
 
 void PulseOutput::OnEmptied(const pa_stream* stream)
@@ -259,11 +272,14 @@ void PulseOutput::OnEmptied(const pa_stream* stream)
         return;
     }
     m_emptying = false;
-    if (const pa_timing_info* timing = pa_stream_get_timing_info(m_stream)) {
-        m_firstByte = timing->write_index;
-        m_emptied = true;
-        Converge();
+    const pa_timing_info* timing = pa_stream_get_timing_info(m_stream);
+    if (timing == nullptr || timing->write_index_corrupt != 0) {
+        LoseStream();
+        return;
     }
+    m_firstByte = timing->write_index;
+    m_emptied = true;
+    Converge();
 }
 
 void PulseOutput::OnStreamState(const pa_stream* stream)
@@ -279,19 +295,14 @@ void PulseOutput::OnStreamState(const pa_stream* stream)
         m_emptied = true;
         Converge();
     } else if (!PA_STREAM_IS_GOOD(state)) {
-        // A stream that has sounded leaves the rest to its owner, who knows where to go on.
-        if (m_writtenFrames > 0) {
-            SetState(State::Interrupted);
-        }
-        DropStream();
-        m_retryWaits = true;
-        m_connection.StartTimer(m_retryTimer, kRetryStreamIn);
+        LoseStream();
     }
 }
 
 void PulseOutput::OnWritable(std::size_t bytes)
 {
-    if (!m_begun || !m_emptied || m_paused || bytes == static_cast<std::size_t>(-1)) {
+    const bool wanted = m_begun && m_emptied && !m_paused && m_state != State::Interrupted;
+    if (!wanted || bytes == static_cast<std::size_t>(-1)) {
         return;
     }
     while (bytes >= kFrameBytes) {
@@ -313,20 +324,25 @@ void PulseOutput::OnWritable(std::size_t bytes)
     if (!m_sounding && m_writtenFrames > 0) {
         m_sounding = true;
         Cork(false);
-        SetState(State::Running);
+        m_state = State::Running;
         AskTiming();
     }
 }
 
 void PulseOutput::OnUnderflow()
 {
-    if (!m_sounding) {
-        return;
+    const std::int64_t byte = pa_stream_get_underflow_index(m_stream);
+    if (!m_sounding || (byte >= 0 && byte <= m_firstByte)) {
+        return; // of what was played before the stream was emptied
     }
     m_sounding = false;
     Cork(true);
+    // What was written since then has come too late to be heard.
+    const std::int64_t written = m_writtenFrames;
+    const std::int64_t heard =
+        byte < 0 ? written : (byte - m_firstByte) / static_cast<std::int64_t>(kFrameBytes);
     const std::scoped_lock guard(m_heardMutex);
-    m_heard.Sample(static_cast<double>(m_writtenFrames), steady_clock::now(), false);
+    m_heard.Sample(static_cast<double>(std::min(heard, written)), steady_clock::now(), false);
     m_state = State::Interrupted;
 }
 
@@ -335,13 +351,10 @@ void PulseOutput::Cork(bool corked)
     Forget(pa_stream_cork(m_stream, corked ? 1 : 0, nullptr, nullptr));
 }
 
-void PulseOutput::SetState(State state)
+void PulseOutput::Freeze()
 {
     const std::scoped_lock guard(m_heardMutex);
-    m_state = state;
-    if (state == State::Interrupted) {
-        m_heard.Freeze(steady_clock::now(), static_cast<double>(m_writtenFrames));
-    }
+    m_heard.Freeze(steady_clock::now(), static_cast<double>(m_writtenFrames));
 }
 
 void PulseOutput::AskTiming()

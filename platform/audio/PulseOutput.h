@@ -27,13 +27,15 @@ public:
     void Pause() override;
     void Resume() override;
     void Close() override;
-    State GetState() override;
+    State GetState() override { return m_state; }
     double HeardFrames() override;
 
 private:
     // All of these under the lock of the connection's thread.
     void Converge();
     void CreateStream();
+    void ListenToStream();
+    void LoseStream();
     void DropStream();
     void MoveStream();
     void EmptyStream();
@@ -45,7 +47,7 @@ private:
     void Cork(bool corked);
     void AskTiming();
     void ScheduleTiming();
-    void SetState(State state);
+    void Freeze();
 
     int m_sampleRate = 0; // wanted; 0 is no stream
     Source* m_source = nullptr;
@@ -68,10 +70,10 @@ private:
     pa_time_event* m_timingTimer = nullptr;
     pa_time_event* m_retryTimer = nullptr;
 
-    std::mutex m_heardMutex; // guards what follows; never held by the writing of frames
-    HeardClock m_heard;
-    State m_state = State::Waiting;
+    std::atomic<State> m_state = State::Waiting;
     std::atomic<std::int64_t> m_writtenFrames = 0;
+    std::mutex m_heardMutex; // guards what follows; the writing of frames does without
+    HeardClock m_heard;
 
     PulseConnection m_connection; // last: its thread ends before the rest goes
 };

@@ -168,10 +168,10 @@ void SoundRenderer::Halt()
 void SoundRenderer::StartAt(std::int64_t mediaFrame)
 {
     const int rate = m_sound->SampleRate();
+    m_shaper.Start(*m_sound, mediaFrame, m_now.shape);
     {
         const std::scoped_lock lock(m_timelineMutex);
         m_output.Restart(rate, *this);
-        m_shaper.Start(*m_sound, mediaFrame, m_now.shape);
         m_timeline.Restart(mediaFrame, m_now.shape.speed);
         m_placeSerial = m_now.serial;
     }

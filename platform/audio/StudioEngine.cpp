@@ -237,8 +237,8 @@ void StudioEngine::OnReport(SoundRenderer::Event event, std::uint64_t serial)
     m_heardToEnd = true;
     m_status = SoundStatus::Stopped;
     TellWish();
-    if (SoundDone) {
-        SoundDone();
+    if (const auto tell = SoundDone) {
+        tell(); // a copy: the one called may be replaced by what it does
     }
 }
 

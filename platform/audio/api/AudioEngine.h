@@ -15,9 +15,9 @@ enum class SoundStatus : std::int32_t { Empty = 0, Playing = 1, Paused = 2, Stop
 // One player of sound: it loads one sound at a time, plays it on one output device and tells the
 // position that is being heard.
 //
-// Life cycle: construct, EngineInit once, then any call in any order, destroy. The operations
-// before a successful EngineInit are harmless and do nothing. Everything is called on one thread,
-// the user-interface thread, and SoundDone is delivered on it, from its event loop.
+// Life cycle: construct, EngineInit once, then any call in any order, destroy. Before a successful
+// EngineInit no sound can be loaded; the other operations are harmless. Everything is called on
+// one thread, the user-interface thread, and SoundDone is delivered on it, from its event loop.
 //
 // Volume, balance, key and tempo belong to the engine and outlive the loaded sound. They are
 // stored as given; callers clamp. A change while a sound plays is heard within 150 ms, without a

@@ -4,6 +4,7 @@
 #include "SoundDecoder.h"
 
 #include <algorithm>
+#include <atomic>
 #include <utility>
 #include <vector>
 
@@ -29,17 +30,18 @@ public:
     Chunk Read(std::int64_t firstFrame, std::span<float> stereo) override
     {
         const auto asked = static_cast<std::int64_t>(stereo.size() / 2);
-        const auto frames = std::clamp<std::int64_t>(m_decoded - firstFrame, 0, asked);
-        std::copy_n(m_stereo.begin() + std::min(firstFrame, m_decoded) * 2, frames * 2,
+        const std::int64_t decoded = m_decoded;
+        const auto frames = std::clamp<std::int64_t>(decoded - firstFrame, 0, asked);
+        std::copy_n(m_stereo.begin() + std::min(firstFrame, decoded) * 2, frames * 2,
                     stereo.begin());
-        const bool atEnd = DecodedToEnd() && firstFrame + frames >= FrameCount();
+        const bool atEnd = firstFrame + frames >= FrameCount();
         return {static_cast<int>(frames), atEnd, frames < asked && !atEnd};
     }
 
 private:
     std::vector<float> m_stereo;
     int m_sampleRate;
-    std::int64_t m_decoded;
+    std::atomic<std::int64_t> m_decoded; // by the test's thread, while another reads
 };
 
 } // namespace lantern::test
