@@ -91,14 +91,16 @@ float AudioControl::Present(AudioValue value)
 
 void AudioControl::ToggleVolume(bool toDefault)
 {
-    const ToggleStep step = Toggle(AudioValue::Volume, double{CustomVolume}, toDefault);
+    const ToggleStep step =
+        Toggle(AudioValue::Volume, static_cast<double>(CustomVolume), toDefault);
     CustomVolume = static_cast<float>(step.custom);
     EndToggle(AudioValue::Volume, step);
 }
 
 void AudioControl::ToggleBalance(bool toDefault)
 {
-    const ToggleStep step = Toggle(AudioValue::Balance, double{CustomBalance}, toDefault);
+    const ToggleStep step =
+        Toggle(AudioValue::Balance, static_cast<double>(CustomBalance), toDefault);
     CustomBalance = static_cast<float>(step.custom);
     EndToggle(AudioValue::Balance, step);
 }
@@ -112,14 +114,14 @@ void AudioControl::TogglePitch(bool toDefault)
 
 void AudioControl::ToggleSpeed(bool toDefault)
 {
-    const ToggleStep step = Toggle(AudioValue::Speed, double{CustomSpeed}, toDefault);
+    const ToggleStep step = Toggle(AudioValue::Speed, static_cast<double>(CustomSpeed), toDefault);
     CustomSpeed = static_cast<float>(step.custom);
     EndToggle(AudioValue::Speed, step);
 }
 
 ToggleStep AudioControl::Toggle(AudioValue value, double custom, bool toDefault)
 {
-    return Toggled(value, RoundToEven(double{Present(value)}), custom, toDefault);
+    return Toggled(value, RoundToEven(static_cast<double>(Present(value))), custom, toDefault);
 }
 
 // The wheel goes on to change what was just toggled.

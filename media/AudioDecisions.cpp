@@ -116,7 +116,7 @@ ToggleStep Toggled(AudioValue value, std::int32_t present, double custom, bool t
 
 float AfterWheel(AudioValue value, float present, int direction)
 {
-    double from{present};
+    auto from = static_cast<double>(present);
     if (value == AudioValue::Balance)
         from = RoundToEven(from);
     else if (value == AudioValue::Volume)

@@ -81,7 +81,7 @@ QString WriteFrame(PictureMemory& picture, const QString& path, bool raw)
 {
     if (!raw)
         return WriteFile(path, VisiblePng(picture));
-    const QString error = WriteFile(path, IndexPgm(picture));
+    QString error = WriteFile(path, IndexPgm(picture));
     if (!error.isEmpty())
         return error;
     return WriteFile(path + QStringLiteral(".colours"), ColourLines(picture.ColourTable));
@@ -104,7 +104,7 @@ QString WriteFrames(const Track& track, const FrameRequest& request)
             interpreter.ClearPicture();
         QString path = request.out;
         path.replace(QStringLiteral("%d"), QString::number(packet));
-        const QString error = WriteFrame(picture, path, request.raw);
+        QString error = WriteFrame(picture, path, request.raw);
         if (!error.isEmpty())
             return error;
     }

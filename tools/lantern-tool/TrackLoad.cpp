@@ -27,7 +27,7 @@ QString LoadTrack(const QString& path, Track& track)
     MeasuringEngine engine;
     NoWindow window;
     MediaLoader loader(track, engine, window);
-    const QString message = loader.AddMedia(path);
+    QString message = loader.AddMedia(path);
     if (!message.isEmpty())
         return message;
     if (track.PacketCount() == 0 && track.ClipCount() == 0)

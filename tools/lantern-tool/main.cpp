@@ -53,7 +53,7 @@ QString Run(const Arguments& arguments)
         return Print("lantern-tool " LANTERN_VERSION "\n");
 
     Track track;
-    const QString error = LoadTrack(arguments.track, track);
+    QString error = LoadTrack(arguments.track, track);
     if (!error.isEmpty())
         return error;
     if (arguments.command == Command::Info)
