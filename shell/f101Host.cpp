@@ -32,6 +32,7 @@ void f101::SetPicBackColor(ColourValue colour)
     m_pic.SetBackColor(ResolveColour(colour));
 }
 
+// The frame is the window system's own, and keeps its colours.
 void f101::SetSkinnerBackColor(ColourValue)
 {
 }
@@ -122,6 +123,7 @@ double f101::SystemTimer()
 
 // --- The clock
 
+// The position is heard and seen, but no control tells it as a number yet.
 std::int32_t f101::SliderValue()
 {
     return 0;
@@ -209,6 +211,7 @@ void f101::ShowStatus(const QString& text)
     m_display.ShowStatus(text);
 }
 
+// The message line is the one place for these values.
 void f101::SetValueText(AudioValue, const QString&)
 {
 }

@@ -3,6 +3,7 @@
 
 #include <QScreen>
 #include <QWidget>
+#include <QWindow>
 
 namespace lantern {
 namespace {
@@ -46,8 +47,10 @@ void FullScreen::Leave()
 void FullScreen::FillScreen()
 {
     const QScreen* screen = m_window.screen();
-    if (IsOn() && m_window.isVisible() && screen && m_window.size() != screen->size())
-        m_window.setGeometry(screen->geometry());
+    QWindow* handle = m_window.windowHandle();
+    // Through the window behind the widget: QWidget::setGeometry would end the state.
+    if (IsOn() && handle && screen && m_window.size() != screen->size())
+        handle->setGeometry(screen->geometry());
 }
 
 } // namespace lantern

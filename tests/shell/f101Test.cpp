@@ -166,6 +166,24 @@ TEST_F(f101Test, AStoredFullScreenComesUpWithSizeTwoBehindIt)
     EXPECT_EQ(ReadPlayerSettings(*state.Settings).Zoom, 0);
 }
 
+TEST_F(f101Test, ALaterStartBringsTheWindowForwardAndHandsItsTrackOver)
+{
+    const QString path = MakeBlueTrack();
+    Load();
+    window.showMinimized();
+    Settle();
+    window.TakeFocus();
+    EXPECT_FALSE(window.isMinimized());
+    window.OpenMedia(u'"' + path + u'"');
+    EXPECT_EQ(engine.Status, SoundStatus::Playing);
+}
+
+TEST_F(f101Test, ATrackThatComesBeforeTheEngineRunsIsDropped)
+{
+    window.OpenMedia(MakeBlueTrack());
+    EXPECT_TRUE(engine.Log.empty());
+}
+
 TEST_F(f101Test, TheLockIsReleasedWhenTheWindowCloses)
 {
     Load();

@@ -2,8 +2,10 @@
 #include "FullScreen.h"
 
 #include <QCoreApplication>
+#include <QElapsedTimer>
 #include <QScreen>
 #include <QWidget>
+#include <QWindow>
 
 #include <gtest/gtest.h>
 
@@ -44,6 +46,24 @@ TEST_F(FullScreenTest, AHiddenWindowComesUpOnTheWholeScreen)
     fullScreen.Leave();
     QCoreApplication::processEvents();
     EXPECT_EQ(window.size(), QSize(320, 240));
+}
+
+TEST_F(FullScreenTest, WithoutAWindowManagerTheGeometryIsSetByHandAndTheStateStays)
+{
+    window.show();
+    QCoreApplication::processEvents();
+    const QRect normal = window.geometry();
+    fullScreen.Enter();
+    // As it is where the request for the state changes no geometry.
+    window.windowHandle()->setGeometry(normal);
+    QElapsedTimer waited;
+    waited.start();
+    while (window.geometry() != window.screen()->geometry() && waited.elapsed() < 5000)
+        QCoreApplication::processEvents(QEventLoop::AllEvents, 50);
+    EXPECT_EQ(window.geometry(), window.screen()->geometry());
+    EXPECT_TRUE(fullScreen.IsOn());
+    fullScreen.Leave();
+    EXPECT_EQ(window.geometry(), normal);
 }
 
 TEST_F(FullScreenTest, EnteringTwiceKeepsTheNormalGeometry)
