@@ -543,6 +543,13 @@ TEST_F(OpenMediaTest, QuotesAnywhereAndOuterBlanksAreNotOfThePath)
     EXPECT_EQ(m_track.PacketCount(), 300);
 }
 
+TEST_F(OpenMediaTest, OtherOuterWhiteSpaceIsOfThePath)
+{
+    m_loader.OpenMedia(MakePackets("a.cdg", 300) + u'\n');
+    EXPECT_EQ(m_track.PacketCount(), 0);
+    EXPECT_EQ(m_track.CurrentMedia, QString());
+}
+
 TEST_F(OpenMediaTest, TheRememberedPathOpensAgain)
 {
     m_loader.OpenMedia(MakeAudio("a.mp3", 1000));
