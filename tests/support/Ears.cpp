@@ -226,4 +226,15 @@ Recording Ears::Heard() const
     return copy;
 }
 
+std::vector<float> Ears::HeardLately(Clock::duration howLong) const
+{
+    const auto wanted = 2 * std::llround(FramesIn(howLong));
+    pa_threaded_mainloop_lock(m_listener->loop);
+    const std::vector<float>& all = m_listener->recording.stereo;
+    std::vector<float> last(all.end() - std::min<std::ptrdiff_t>(wanted, std::ssize(all)),
+                            all.end());
+    pa_threaded_mainloop_unlock(m_listener->loop);
+    return last;
+}
+
 } // namespace lantern::test

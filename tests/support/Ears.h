@@ -38,8 +38,9 @@ public:
     Ears(const PulseServer& server, const std::string& sink);
     ~Ears();
 
-    // What was heard so far.
-    Recording Heard() const;
+    Recording Heard() const; // all of it so far
+    // The last frames recorded, fewer if there were not so many yet.
+    std::vector<float> HeardLately(Clock::duration howLong) const;
 
 private:
     struct Listener;

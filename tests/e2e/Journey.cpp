@@ -1,0 +1,117 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "Journey.h"
+
+#include <iostream>
+
+namespace lantern::test {
+namespace {
+
+constexpr double kSilence = 0.0005;
+constexpr Clock::duration kListeningTime = 100ms;
+
+} // namespace
+
+void Journey::TearDown()
+{
+    if (player && player->Program().IsRunning()) {
+        EXPECT_TRUE(player->AnswerTime(2s)) << "the player does not answer";
+        Leave();
+    }
+    if (HasFailure()) {
+        const auto* test = ::testing::UnitTest::GetInstance()->current_test_info();
+        KeepPicture(eyes.Screen(), std::string(test->test_suite_name()) + "." + test->name());
+        if (player)
+            std::cout << "The player said:\n" << player->Log() << '\n';
+    }
+}
+
+std::filesystem::path Journey::WritePlainTrack(const std::string& stem, double seconds,
+                                               const SoundSheet& soundSheet, QRgb picture)
+{
+    PacketSheet packets(seconds);
+    packets.Put(1, Packet::LoadColoursLow({0xFF000000, picture, kBorder}));
+    packets.Put(2, Packet::MemoryPreset(1));
+    packets.Put(3, Packet::BorderPreset(2));
+    const std::filesystem::path path = folder / (stem + ".cdg");
+    packets.Write(path);
+    soundSheet.WriteWav(folder / (stem + ".wav"));
+    return path;
+}
+
+std::filesystem::path Journey::WriteToneTrack(const std::string& stem, double seconds,
+                                              double frequency, QRgb picture)
+{
+    SoundSheet sheet(seconds);
+    sheet.Add({.start = 0.0, .length = seconds, .frequency = frequency, .left = 0.4, .right = 0.4});
+    return WritePlainTrack(stem, seconds, sheet, picture);
+}
+
+void Journey::StartPlayer(const std::vector<std::string>& arguments,
+                          const EnvironmentChanges& environment)
+{
+    player =
+        std::make_unique<Player>(screen, sound.Environment(), home,
+                                 PlayerStart{.arguments = arguments, .environment = environment});
+    ASSERT_TRUE(player->AwaitWindow()) << "no window came";
+}
+
+void Journey::OpenTrack(const std::filesystem::path& track, QRgb picture)
+{
+    ASSERT_NO_FATAL_FAILURE(StartPlayer({track.string()}));
+    ASSERT_TRUE(AwaitPicture(picture)) << "the picture did not come";
+    ASSERT_TRUE(AwaitSound()) << "the sound did not come";
+}
+
+void Journey::WriteSettings(const std::string& lines)
+{
+    std::filesystem::create_directories(home.SettingsFile().parent_path());
+    WriteFile(home.SettingsFile(), lines);
+}
+
+void Journey::Leave()
+{
+    hand.Key("ctrl+q");
+    EXPECT_EQ(player->Program().WaitForExit(3s), 0) << player->Log();
+}
+
+void Journey::Keys(std::string_view chord, int times)
+{
+    for (int i = 0; i < times; ++i)
+        hand.Key(chord);
+}
+
+bool Journey::AwaitPicture(QRgb colour, Clock::duration atMost)
+{
+    return Eventually(
+        [&] {
+            const QRect area = player->WindowArea();
+            return !area.isEmpty() &&
+                   eyes.At({area.center().x(), area.top() + area.height() / 3}) == colour;
+        },
+        atMost);
+}
+
+QRect Journey::PictureArea(QRgb colour)
+{
+    return BoundsOfColour(eyes.Screen(), colour);
+}
+
+Point Journey::PicturePoint(QRgb colour)
+{
+    const QPoint centre = PictureArea(colour).center();
+    return {centre.x(), centre.y()};
+}
+
+bool Journey::AwaitSilence(Clock::duration atMost) const
+{
+    return Eventually([&] { return Level(ears.HeardLately(kListeningTime)) < kSilence; }, atMost,
+                      20ms);
+}
+
+bool Journey::AwaitSound(Clock::duration atMost) const
+{
+    return Eventually([&] { return Level(ears.HeardLately(kListeningTime)) > kSilence; }, atMost,
+                      20ms);
+}
+
+} // namespace lantern::test

@@ -1,0 +1,61 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "Ears.h"
+#include "Eyes.h"
+#include "Hand.h"
+#include "Listening.h"
+#include "PacketSheet.h"
+#include "Player.h"
+#include "SoundSheet.h"
+
+#include <gtest/gtest.h>
+#include <memory>
+
+namespace lantern::test {
+
+// What every journey starts with: a screen, a sound server, a user with empty folders, and the
+// means to act. At its end the player, if it still runs, has to answer and to leave by Ctrl+Q with
+// exit code 0. After a failure a picture of the screen is kept.
+class Journey : public ::testing::Test {
+protected:
+    // The colours of a plain track: the whole picture, and the border around it.
+    static constexpr QRgb kPicture = 0xFF3366CC;
+    static constexpr QRgb kBorder = 0xFF116611;
+
+    void TearDown() override;
+
+    // A track of one picture, and a sound beside it.
+    std::filesystem::path WritePlainTrack(const std::string& stem, double seconds,
+                                          const SoundSheet& sound, QRgb picture = kPicture);
+    // The same with one tone from start to end.
+    std::filesystem::path WriteToneTrack(const std::string& stem, double seconds,
+                                         double frequency = 440.0, QRgb picture = kPicture);
+
+    // Starts the player, with nothing or with a file, and waits for its window.
+    void StartPlayer(const std::vector<std::string>& arguments = {},
+                     const EnvironmentChanges& environment = {});
+    // The same with a track of ours, and waits for its picture and its sound.
+    void OpenTrack(const std::filesystem::path& track, QRgb picture = kPicture);
+    // Settings that the next start of the player finds.
+    void WriteSettings(const std::string& lines);
+    void Leave(); // by Ctrl+Q, with exit code 0
+
+    void Keys(std::string_view chord, int times);
+    bool AwaitPicture(QRgb colour, Clock::duration atMost = 3s);
+    QRect PictureArea(QRgb colour = kPicture);
+    Point PicturePoint(QRgb colour = kPicture);
+    bool AwaitSilence(Clock::duration atMost = 1s) const;
+    bool AwaitSound(Clock::duration atMost = 3s) const;
+
+    const XServer screen{1600, 1200};
+    PulseServer sound;
+    Ears ears{sound, "studio"};
+    const PlayerHome home;
+    const ScratchFolder folder;
+    Hand hand{screen};
+    Eyes eyes{screen};
+    std::unique_ptr<Player> player;
+};
+
+} // namespace lantern::test

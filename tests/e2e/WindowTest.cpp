@@ -1,0 +1,149 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "Journey.h"
+
+namespace lantern::test {
+namespace {
+
+class PlayerWindow : public Journey {
+protected:
+    void OpenSilently() { OpenTrack(WriteToneTrack("song", 60.0)); }
+    bool AwaitPictureSize(const QSize& size)
+    {
+        return Eventually([&] { return PictureArea().size() == size; }, 3s, 50ms);
+    }
+    // The largest area of three to two within the given one, by the rules of the layout.
+    static QSize LargestPicture(const QSize& within)
+    {
+        return 2 * within.width() > 3 * within.height()
+                   ? QSize(within.height() * 3 / 2, within.height())
+                   : QSize(within.width(), within.width() * 2 / 3);
+    }
+};
+
+TEST_F(PlayerWindow, TheDigitKeysGiveTheExactSizes)
+{
+    OpenSilently();
+    for (const int size : {1, 3, 4, 5, 2}) {
+        hand.Key(std::to_string(size));
+        EXPECT_TRUE(AwaitPictureSize({288 * size, 192 * size}))
+            << size << ": " << PictureArea().width() << " x " << PictureArea().height();
+        const QRect window = player->WindowArea();
+        EXPECT_NEAR(window.center().x(), screen.Width() / 2, 1);
+        EXPECT_NEAR(window.center().y(), screen.Height() / 2, 1);
+    }
+    hand.Key("ctrl+2");
+    EXPECT_TRUE(AwaitPictureSize({720, 480}));
+}
+
+TEST_F(PlayerWindow, PlusAndMinusWalkTheSizes)
+{
+    OpenSilently();
+    hand.Key("equal");
+    EXPECT_TRUE(AwaitPictureSize({864, 576}));
+    Keys("minus", 2);
+    EXPECT_TRUE(AwaitPictureSize({288, 192}));
+    hand.Key("minus");
+    EXPECT_TRUE(Eventually([&] { return player->IsFullScreen(); }));
+    hand.Key("KP_Subtract");
+    EXPECT_TRUE(AwaitPictureSize({1440, 960}));
+    EXPECT_FALSE(player->IsFullScreen());
+    hand.Key("KP_Add");
+    EXPECT_TRUE(Eventually([&] { return player->IsFullScreen(); }));
+}
+
+TEST_F(PlayerWindow, FullScreenFillsTheScreenAndComesBack)
+{
+    OpenSilently();
+    const QRect before = player->WindowArea();
+    hand.Key("f");
+    const QRect whole(0, 0, screen.Width(), screen.Height());
+    ASSERT_TRUE(Eventually([&] { return player->WindowArea() == whole; }));
+    EXPECT_TRUE(player->IsFullScreen());
+    // The picture fills the screen but for a margin of 20.
+    const QSize size = LargestPicture(QSize(whole.width() - 40, whole.height() - 40));
+    EXPECT_TRUE(Eventually(
+        [&] {
+            const QSize now = PictureArea().size();
+            return std::abs(now.width() - size.width()) <= 1 &&
+                   std::abs(now.height() - size.height()) <= 1;
+        },
+        2s, 50ms))
+        << PictureArea().width() << " x " << PictureArea().height();
+    EXPECT_EQ(eyes.At({5, 5}), kBorder);
+    EXPECT_EQ(eyes.At({whole.right() - 5, whole.bottom() - 5}), kBorder);
+    KeepPicture(eyes.Screen(), "full-screen");
+
+    hand.Key("r");
+    EXPECT_TRUE(Eventually([&] { return player->WindowArea() == before; }));
+    EXPECT_TRUE(AwaitPictureSize({576, 384}));
+
+    hand.DoubleClick(PicturePoint());
+    EXPECT_TRUE(Eventually([&] { return player->WindowArea() == whole; }));
+    hand.DoubleClick({screen.Width() / 2, screen.Height() / 2});
+    EXPECT_TRUE(Eventually([&] { return player->WindowArea() == before; }));
+}
+
+TEST_F(PlayerWindow, TheBarComesUpInFullScreenAsThePointerLeavesThePicture)
+{
+    OpenSilently();
+    hand.Key("f");
+    ASSERT_TRUE(Eventually([&] { return player->IsFullScreen(); }));
+    hand.MoveTo({screen.Width() / 2, screen.Height() / 2});
+    std::this_thread::sleep_for(300ms);
+    const QRect strip(0, screen.Height() - 30, screen.Width(), 20);
+    const QImage without = eyes.Area(strip);
+    hand.MoveTo({screen.Width() / 2, screen.Height() - 4});
+    EXPECT_TRUE(Eventually([&] { return eyes.Area(strip) != without; }, 2s));
+    KeepPicture(eyes.Screen(), "full-screen-bar");
+    hand.MoveTo({screen.Width() / 2, screen.Height() / 2});
+    EXPECT_TRUE(Eventually([&] { return eyes.Area(strip) == without; }, 2s));
+}
+
+TEST_F(PlayerWindow, ItMovesWithTheMouse)
+{
+    OpenSilently();
+    const QRect before = player->WindowArea();
+    const Point grip = PicturePoint();
+    hand.Drag(grip, {grip.x + 120, grip.y + 60});
+    EXPECT_TRUE(Eventually([&] { return player->WindowArea() == before.translated(120, 60); }))
+        << player->WindowArea().x() - before.x() << ", " << player->WindowArea().y() - before.y();
+}
+
+TEST_F(PlayerWindow, AMessageStandsForThreeSeconds)
+{
+    OpenSilently();
+    std::this_thread::sleep_for(4s); // whatever the start said has gone
+    const QRect picture = PictureArea();
+    const QRect strip(picture.left(), picture.bottom() + 4, picture.width(), 14);
+    const QImage without = eyes.Area(strip);
+    const Moment pressed = Clock::now();
+    hand.Key("c");
+    ASSERT_TRUE(Eventually([&] { return eyes.Area(strip) != without; }, 1s));
+    KeepPicture(eyes.Screen(), "message");
+    ASSERT_TRUE(Eventually([&] { return eyes.Area(strip) == without; }, 5s, 10ms));
+    EXPECT_NEAR(Milliseconds(Clock::now() - pressed), 3000.0, 250.0);
+}
+
+TEST_F(PlayerWindow, TheSizeIsRemembered)
+{
+    OpenSilently();
+    hand.Key("3");
+    ASSERT_TRUE(AwaitPictureSize({864, 576}));
+    Leave();
+    EXPECT_EQ(home.Setting("zoom"), "3");
+    OpenSilently();
+    EXPECT_TRUE(AwaitPictureSize({864, 576}));
+}
+
+TEST_F(PlayerWindow, AltF4AndTheWindowManagerCloseIt)
+{
+    StartPlayer();
+    hand.Key("alt+F4");
+    EXPECT_EQ(player->Program().WaitForExit(3s), 0);
+    StartPlayer();
+    player->AskToClose();
+    EXPECT_EQ(player->Program().WaitForExit(3s), 0);
+}
+
+} // namespace
+} // namespace lantern::test
