@@ -74,8 +74,9 @@ Player::Player(const XServer& screen, const EnvironmentChanges& sound, const Pla
                      Joined(screen.Environment(), sound, home.Environment(), start.environment),
                  .log = m_log})
 {
-    // Answers to signs of life come to the root window.
-    XSelectInput(m_connection.Display(), m_connection.Root(), SubstructureNotifyMask);
+    // Answers to signs of life come to the root window, by one of these masks.
+    XSelectInput(m_connection.Display(), m_connection.Root(),
+                 StructureNotifyMask | SubstructureNotifyMask);
 }
 
 Player::~Player() = default;
