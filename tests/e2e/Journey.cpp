@@ -13,13 +13,14 @@ constexpr Clock::duration kListeningTime = 100ms;
 
 void Journey::TearDown()
 {
+    const QImage lastPicture = eyes.Screen();
     if (player && player->Program().IsRunning()) {
         EXPECT_TRUE(player->AnswerTime(2s)) << "the player does not answer";
         Leave();
     }
     if (HasFailure()) {
         const auto* test = ::testing::UnitTest::GetInstance()->current_test_info();
-        KeepPicture(eyes.Screen(), std::string(test->test_suite_name()) + "." + test->name());
+        KeepPicture(lastPicture, std::string(test->test_suite_name()) + "." + test->name());
         if (player)
             std::cout << "The player said:\n" << player->Log() << '\n';
     }

@@ -83,32 +83,6 @@ TEST_F(PlayerWindow, FullScreenFillsTheScreenAndComesBack)
     EXPECT_TRUE(Eventually([&] { return player->WindowArea() == before; }));
 }
 
-TEST_F(PlayerWindow, TheBarComesUpInFullScreenAsThePointerLeavesThePicture)
-{
-    OpenSilently();
-    hand.Key("f");
-    ASSERT_TRUE(Eventually([&] { return player->IsFullScreen(); }));
-    hand.MoveTo({screen.Width() / 2, screen.Height() / 2});
-    std::this_thread::sleep_for(300ms);
-    const QRect strip(0, screen.Height() - 30, screen.Width(), 20);
-    const QImage without = eyes.Area(strip);
-    hand.MoveTo({screen.Width() / 2, screen.Height() - 4});
-    EXPECT_TRUE(Eventually([&] { return eyes.Area(strip) != without; }, 2s));
-    KeepPicture(eyes.Screen(), "full-screen-bar");
-    hand.MoveTo({screen.Width() / 2, screen.Height() / 2});
-    EXPECT_TRUE(Eventually([&] { return eyes.Area(strip) == without; }, 2s));
-}
-
-TEST_F(PlayerWindow, ItMovesWithTheMouse)
-{
-    OpenSilently();
-    const QRect before = player->WindowArea();
-    const Point grip = PicturePoint();
-    hand.Drag(grip, {grip.x + 120, grip.y + 60});
-    EXPECT_TRUE(Eventually([&] { return player->WindowArea() == before.translated(120, 60); }))
-        << player->WindowArea().x() - before.x() << ", " << player->WindowArea().y() - before.y();
-}
-
 TEST_F(PlayerWindow, AMessageStandsForThreeSeconds)
 {
     OpenSilently();
