@@ -56,9 +56,10 @@ QByteArray EncodeCommand(const QString& text)
                                     '8', '9', 'A', 'B', 'C', 'D', 'E', 'F'};
     QByteArray digits;
     digits.reserve(text.size() * 4);
-    for (const QChar unit : text) {
-        for (const int shift : {12, 8, 4, 0})
-            digits += kDigits[(unit.unicode() >> shift) & 0xFu];
+    for (const QChar character : text) {
+        const unsigned unit = character.unicode();
+        for (const unsigned shift : {12u, 8u, 4u, 0u})
+            digits += kDigits[(unit >> shift) & 0xF];
     }
     return digits;
 }
