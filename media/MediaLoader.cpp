@@ -102,15 +102,17 @@ QString MediaLoader::AddMedia(const QString& path)
     QString message;
     try {
         AddByExtension(path);
+        // Before the balance, which may need as much memory once more.
+        EraseFileBuffer();
         LayOutTimeline();
         BalanceLengths();
     } catch (const std::bad_alloc&) {
         m_track.PacketStore.Erase();
         m_track.ClipList.Erase();
         m_track.TotalLengthMs = 0;
+        EraseFileBuffer();
         message = QStringLiteral("Out of memory");
     }
-    m_fileBuffer = {};
     return message;
 }
 
@@ -213,6 +215,12 @@ void MediaLoader::AppendPackets(std::span<const std::uint8_t> bytes)
         return;
     m_track.PacketStore.Resize(oldCount + static_cast<PacketIndex>(added));
     std::memcpy(m_track.PacketStore.Data() + oldCount, bytes.data(), added * kPacketSize);
+}
+
+// Gives the memory back, too; an assignment of {} would keep it.
+void MediaLoader::EraseFileBuffer()
+{
+    std::vector<std::uint8_t>().swap(m_fileBuffer);
 }
 
 std::size_t MediaLoader::ReadBinaryFile(const QString& path)

@@ -33,8 +33,8 @@ public:
 
 // What bounds the memory of a track, whatever its files say.
 struct MediaLimits {
-    std::int64_t fileBytes = std::int64_t{1} << 30; // a larger file counts as unreadable
-    std::int32_t packets = (1 << 30) / static_cast<std::int32_t>(kPacketSize);
+    std::int64_t fileBytes = std::int64_t{1} << 30;          // a larger file counts as unreadable
+    std::int32_t packets = 24 * 60 * 60 * kPacketsPerSecond; // those of a day
     // Longer than any disc (99 minutes and 59 seconds), and a gigabyte of zeros already.
     std::int32_t silenceMs = 100 * 60 * 1000;
 };
@@ -70,6 +70,7 @@ private:
     void LayOutTimeline();
     void BalanceLengths();
     void AppendPackets(std::span<const std::uint8_t> bytes);
+    void EraseFileBuffer();
     // Makes the clip's data: a sound image of that many zero bytes. Gives its header's size.
     std::size_t WriteWavHeader(std::int32_t clip, std::int32_t audioBytes);
 

@@ -386,10 +386,11 @@ TEST_F(MediaLoaderTest, ReadBinaryFileLeavesTheBufferForAnEmptyOrUnreadableFile)
     EXPECT_THAT(m_loader.FileBuffer(), ElementsAre('a', 'b', 'c'));
 }
 
-TEST_F(MediaLoaderTest, TheBufferIsErasedWhenTheMediaIsAdded)
+TEST_F(MediaLoaderTest, TheBufferGivesItsMemoryBackWhenTheMediaIsAdded)
 {
     m_loader.AddMedia(MakePackets("a.cdg", 10));
     EXPECT_THAT(m_loader.FileBuffer(), IsEmpty());
+    EXPECT_EQ(m_loader.FileBuffer().data(), nullptr);
 }
 
 // The system's own files say a size that they don't deliver.
