@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "OwnerDrawn.h"
 
+#include "ControlAccessibility.h"
+
 #include <QMouseEvent>
 #include <QPaintEvent>
 #include <QPainter>
@@ -60,6 +62,7 @@ QCursor PointerShape(int number)
 OwnerDrawn::OwnerDrawn(QWidget* parent, Ambient ambient)
     : QWidget(parent), m_ambient(std::move(ambient))
 {
+    InstallControlAccessibility();
     // The surface covers every pixel, so nothing has to be erased first.
     setAttribute(Qt::WA_OpaquePaintEvent);
     setAttribute(Qt::WA_NoSystemBackground);
@@ -69,12 +72,6 @@ void OwnerDrawn::SetAmbient(Ambient ambient)
 {
     m_ambient = std::move(ambient);
     AmbientChanged();
-}
-
-void OwnerDrawn::Report(const QString& key) const
-{
-    if (PropertyChanged)
-        PropertyChanged(key);
 }
 
 void OwnerDrawn::FitSurface()

@@ -1,18 +1,21 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "KeyCodes.h"
 #include "PropertyBag.h"
 #include "RetainedSurface.h"
 #include "SystemColours.h"
 
 #include <QFont>
+#include <QPointer>
 #include <QString>
 #include <QWidget>
 
 #include <cstdint>
 #include <functional>
+#include <utility>
 
-class QKeyEvent;
+class QAccessibleInterface;
 class QMouseEvent;
 
 namespace lantern {
@@ -37,6 +40,8 @@ MouseReport PressReport(const QMouseEvent& event);
 MouseReport MoveReport(const QMouseEvent& event);
 
 using MouseHandler = std::function<void(const MouseReport&)>;
+// The handler may put another key in the place of the one that it is told.
+using KeyHandler = std::function<void(KeyCode& keyCode, ShiftBits shift)>;
 
 // Pointer shapes by number: 0 default, 1 arrow, 6 to 9 the sizing arrows, 99 the host's own icon.
 QCursor PointerShape(int number);
@@ -55,6 +60,10 @@ public:
 
     const QImage& SurfaceImage() const { return m_surface.Image(); }
 
+    // What assistive tools are told of the control, owned by the toolkit that asks for it. None:
+    // what the toolkit tells of any widget.
+    virtual QAccessibleInterface* MakeAccessible() { return nullptr; }
+
 protected:
     // The surface was made anew, because the size or the screen's ratio changed: draw all of it.
     virtual void SurfaceResized() = 0;
@@ -62,7 +71,21 @@ protected:
 
     RetainedSurface& Surface() { return m_surface; }
     void ShowSurface() { update(); }
-    void Report(const QString& key) const;
+
+    // Calls the host's handler, if it has one. False if the host destroyed the control in it: then
+    // nothing of the control may be touched any more.
+    template <typename... Told, typename... Arguments>
+    [[nodiscard]] bool Raise(const std::function<void(Told...)>& event, Arguments&&... arguments)
+    {
+        if (!event)
+            return true;
+        const QPointer<QWidget> control(this);
+        const std::function<void(Told...)> handler = event; // it outlives the control
+        handler(std::forward<Arguments>(arguments)...);
+        return !control.isNull();
+    }
+    // The same, for PropertyChanged.
+    bool Report(const QString& key) { return Raise(PropertyChanged, key); }
 
     void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;

@@ -1,0 +1,38 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ControlAccessibility.h"
+
+#include "OwnerDrawn.h"
+
+#include <QAccessible>
+
+namespace lantern {
+namespace {
+
+QAccessibleInterface* InterfaceFor(const QString&, QObject* object)
+{
+    auto* control = dynamic_cast<OwnerDrawn*>(object);
+    return control ? control->MakeAccessible() : nullptr;
+}
+
+} // namespace
+
+void InstallControlAccessibility()
+{
+    QAccessible::installFactory(InterfaceFor); // which takes a second time for none
+}
+
+QString SpokenName(const QString& caption, const QString& toolTip)
+{
+    if (caption.trimmed().isEmpty())
+        return toolTip;
+    QString name;
+    for (qsizetype i = 0; i < caption.size(); ++i) {
+        const bool isMark = caption[i] == QLatin1Char('&');
+        if (isMark && ++i == caption.size())
+            break;
+        name += caption[i];
+    }
+    return name.trimmed();
+}
+
+} // namespace lantern
