@@ -127,11 +127,11 @@ QString clsFileIO::FileRead(const QString& path, bool normaliseLineEnds) const
 {
     if (FileCheck(path).isEmpty())
         return {};
-    QByteArray bytes = ReadBytes(path);
+    const QByteArray bytes = ReadBytes(path);
     if (bytes.isEmpty())
         return {};
     try {
-        QString text = Decoded(std::move(bytes));
+        QString text = Decoded(bytes);
         return normaliseLineEnds ? WithLineEnds(std::move(text)) : text;
     } catch (const FileIOError& error) {
         throw FileIOError(error.Number, QStringLiteral("FileRead"), error.Description);
@@ -158,12 +158,12 @@ bool clsFileIO::HasByteOrderMark(QByteArrayView bytes, TextEncoding kind)
     }
 }
 
-QString clsFileIO::Decoded(QByteArray bytes) const
+QString clsFileIO::Decoded(QByteArrayView bytes) const
 {
     if (HasByteOrderMark(bytes, TextEncoding::Utf16LittleEndian))
-        return FromUtf16(QByteArrayView(bytes).sliced(2), false);
+        return FromUtf16(bytes.sliced(2), false);
     if (HasByteOrderMark(bytes, TextEncoding::Utf16BigEndian))
-        return FromUtf16(QByteArrayView(bytes).sliced(2), true);
+        return FromUtf16(bytes.sliced(2), true);
     if (HasByteOrderMark(bytes, TextEncoding::Utf8WithMark))
         return FromUTF8(bytes, 3);
     if (IsUTF8Ex(bytes))

@@ -83,7 +83,7 @@ public:
 
 private:
     static bool HasByteOrderMark(QByteArrayView bytes, TextEncoding kind);
-    QString Decoded(QByteArray bytes) const;
+    QString Decoded(QByteArrayView bytes) const;
     QByteArray Encoded(const QString& text) const;
 
     int m_writeHandle = 0; // 0: none; -1: the last WriteOpen failed

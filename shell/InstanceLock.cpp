@@ -46,8 +46,8 @@ void InstanceLock::Release()
 {
     if (!IsHeld())
         return;
-    if (BeforeRelease)
-        BeforeRelease();
+    if (const auto beforeRelease = std::exchange(BeforeRelease, nullptr))
+        beforeRelease();
     close(std::exchange(m_descriptor, -1));
 }
 

@@ -28,7 +28,7 @@ public:
     // two processes ever fight over it.
     QByteArray LinkPath() const;
 
-    // Called before the lock goes: what stands under its protection has to go first.
+    // Called once, before the lock goes: what stands under its protection has to go first.
     std::function<void()> BeforeRelease;
 
 private:

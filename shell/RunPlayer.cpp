@@ -30,7 +30,7 @@ std::filesystem::path NativePath(const QString& path)
 
 QByteArray HomeFolder()
 {
-    const QByteArray home = qgetenv("HOME");
+    QByteArray home = qgetenv("HOME");
     if (!home.isEmpty())
         return home;
     const passwd* user = getpwuid(geteuid());

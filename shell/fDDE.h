@@ -8,7 +8,7 @@ namespace lantern {
 
 // The most hexadecimal digits that travel in one command: 16384 characters, four times the
 // longest path of this system.
-inline constexpr qsizetype kLongestCommand = 64 * 1024;
+inline constexpr qsizetype kLongestCommand = qsizetype{64} * 1024;
 
 // Four upper-case hexadecimal digits for each 16-bit unit of the text.
 QByteArray EncodeCommand(const QString& text);

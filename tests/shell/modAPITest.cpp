@@ -56,6 +56,14 @@ TEST_F(modAPITest, TheAnswerIsTheButtonThatWasPressed)
     EXPECT_EQ(ShowMessage(QStringLiteral("?"), RetryCancel), MessageAnswer::Retry);
 }
 
+TEST_F(modAPITest, AMessageBeforeThereIsAMainWindowDoesNotEndTheProgram)
+{
+    WhileMessageStands([](QMessageBox&) {});
+    ShowMessage(QStringLiteral("text"), WarningIcon);
+    QTimer::singleShot(50, qApp, [] { QApplication::exit(7); });
+    EXPECT_EQ(QApplication::exec(), 7);
+}
+
 TEST_F(modAPITest, AFileErrorShowsHeadEmptyLineAndDetail)
 {
     WhileMessageStands([](QMessageBox& box) {
