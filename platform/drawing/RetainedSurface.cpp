@@ -126,8 +126,23 @@ void RetainedSurface::DrawImage(const QImage& image, int x, int y)
 {
     if (m_image.isNull() || image.isNull())
         return;
+    // In device pixels: then no rounding drops or repeats one where the ratio is a fraction.
+    const qreal ratio = DevicePixelRatio();
+    const QSizeF size = QSizeF(image.size()) * (ratio / image.devicePixelRatio());
     QPainter painter(&m_image);
-    painter.drawImage(QPoint(x, y), image);
+    painter.scale(1 / ratio, 1 / ratio);
+    painter.drawImage(QRectF(DevicePixel(x, y), size), image, QRectF(image.rect()));
+}
+
+QImage RetainedSurface::Part(int x, int y, QSize deviceSize) const
+{
+    return deviceSize.isEmpty() ? QImage() : m_image.copy(QRect(DevicePixel(x, y), deviceSize));
+}
+
+QPoint RetainedSurface::DevicePixel(int x, int y) const
+{
+    const qreal ratio = DevicePixelRatio();
+    return {static_cast<int>(std::lround(x * ratio)), static_cast<int>(std::lround(y * ratio))};
 }
 
 void RetainedSurface::DrawEdge(const Box& box, std::uint32_t edgeLines, std::uint32_t sides)

@@ -71,6 +71,9 @@ public:
     void Line(int x1, int y1, int x2, int y2, QRgb colour);
     void DrawPicture(const Picture& picture, int x, int y); // unscaled
     void DrawImage(const QImage& image, int x, int y);      // of any ratio, unscaled
+    // A copy of what an image of that many device pixels would cover, drawn there; black beyond
+    // the edges of the surface.
+    QImage Part(int x, int y, QSize deviceSize) const;
     void DrawEdge(const Box& box, std::uint32_t edgeLines, std::uint32_t sides);
 
     // An ampersand marks the next character as an access key: it is not shown, and the character
@@ -81,6 +84,8 @@ public:
     static Box MeasureText(const QString& text, const Box& box, TextFlags flags, const QFont& font);
 
 private:
+    QPoint DevicePixel(int x, int y) const;
+
     QSize m_size;
     QImage m_image;
 };

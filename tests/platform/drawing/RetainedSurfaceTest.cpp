@@ -166,6 +166,52 @@ TEST_F(RetainedSurfaceTest, TextIsDrawnInItsBoxAndColour)
         EXPECT_EQ(At(9, y), kBlack);
 }
 
+// Each pixel of another colour than its neighbours.
+QImage Checks(QSize size, qreal ratio)
+{
+    QImage image(size, QImage::Format_RGB32);
+    for (int y = 0; y < size.height(); ++y) {
+        for (int x = 0; x < size.width(); ++x)
+            image.setPixel(x, y, qRgb(x, y, (x + y) % 2 * 255));
+    }
+    image.setDevicePixelRatio(ratio);
+    return image;
+}
+
+TEST_F(RetainedSurfaceTest, AnImageOfTheSurfacesRatioKeepsEachPixelWhereverItStands)
+{
+    for (const qreal ratio : {1.0, 1.25, 1.5, 1.75, 2.0, 3.0}) {
+        m_surface.Fit(QSize(40, 30), ratio);
+        const QImage image = Checks(QSize(13, 9), ratio);
+        for (int at = 0; at < 12; ++at) {
+            m_surface.DrawImage(image, at, at);
+            EXPECT_EQ(m_surface.Part(at, at, image.size()), image) << ratio << " at " << at;
+        }
+    }
+}
+
+TEST_F(RetainedSurfaceTest, AnImageOfAnotherRatioKeepsItsSizeInTheLayout)
+{
+    m_surface.Fit(QSize(20, 10), 2.0);
+    QImage image(2, 1, QImage::Format_RGB32);
+    image.fill(kRed);
+    m_surface.DrawImage(image, 3, 4);
+    EXPECT_EQ(Count(kRed), 8);
+    EXPECT_EQ(At(6, 8), kRed);
+    EXPECT_EQ(At(9, 9), kRed);
+}
+
+TEST_F(RetainedSurfaceTest, APartBeyondTheEdgesIsBlackThere)
+{
+    m_surface.Clear(kRed);
+    const QImage part = m_surface.Part(18, -1, QSize(4, 3));
+    ASSERT_EQ(part.size(), QSize(4, 3));
+    EXPECT_EQ(part.pixel(1, 1), kRed);
+    EXPECT_EQ(part.pixel(2, 1) & 0xFFFFFF, 0U);
+    EXPECT_EQ(part.pixel(1, 0) & 0xFFFFFF, 0U);
+    EXPECT_TRUE(m_surface.Part(0, 0, QSize(0, 3)).isNull());
+}
+
 TEST_F(RetainedSurfaceTest, DrawingOnNoImageDoesNothing)
 {
     RetainedSurface none;
