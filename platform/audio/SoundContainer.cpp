@@ -26,7 +26,7 @@ constexpr std::array kContainers = {
     ContainerKind{"mp3", LengthRule::Packets},
     ContainerKind{"mpc", LengthRule::Claim},
     ContainerKind{"mpc8", LengthRule::Claim},
-    ContainerKind{"ogg", LengthRule::Stamps},
+    ContainerKind{"ogg", LengthRule::Claim},
     ContainerKind{"wav", LengthRule::Packets, true},
 };
 
@@ -161,7 +161,14 @@ std::int64_t SoundContainer::ClaimedFrames(int sampleRate) const
         return av_rescale(m_statedFrames, sampleRate, m_stream->codecpar->sample_rate);
     if (m_stream->duration == AV_NOPTS_VALUE || m_stream->duration <= 0)
         return 0;
-    return av_rescale_q(m_stream->duration, m_stream->time_base, AVRational{1, sampleRate});
+    const AVRational frame = {1, sampleRate};
+    const std::int64_t frames = av_rescale_q(m_stream->duration, m_stream->time_base, frame);
+    // In Ogg the encoder's delay counts.
+    const AVCodecParameters& codec = *m_stream->codecpar;
+    const bool countsDelay = m_kind->name == "ogg" && codec.sample_rate > 0;
+    const std::int64_t delay =
+        countsDelay ? av_rescale(codec.initial_padding, sampleRate, codec.sample_rate) : 0;
+    return std::max<std::int64_t>(0, frames - delay);
 }
 
 double SoundContainer::Progress() const

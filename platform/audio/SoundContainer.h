@@ -14,7 +14,6 @@ namespace lantern {
 // What tells how long the sound of a container is, as measured against whole decodes.
 enum class LengthRule {
     Packets,      // the packets' durations, less the frames that they tell to skip
-    Stamps,       // the end of the last packet
     Claim,        // the header, as long as the last packet's time stamp bears it out
     TrustedClaim, // the header: the container renders its packets, and runs over its end
 };

@@ -10,7 +10,8 @@
 namespace lantern {
 
 // A sound opened for playing: PCM at its own rate, as stereo floats, decoded from the start by a
-// thread of its own while it is already being read.
+// thread of its own while it is already being read. A sound is cut off at 8 GB of PCM (twelve hours
+// at CD quality), at a day, or when the disk for its temporary file is full.
 //
 // Opening and destroying happen on the user-interface thread; Read and the const functions may
 // then be called from one other thread at a time. Destruction stops the decoding thread at once.
@@ -30,18 +31,22 @@ public:
     static std::unique_ptr<SoundDecoder> OpenMemory(std::span<const std::uint8_t> image);
 
     // Milliseconds of the sound in the file, exact as playing it to the end would measure it and
-    // rounded to the nearest; 0 if there is none. Endless and absurd input ends within a second.
+    // rounded to the nearest; 0 if there is none. Within a second for any input: what takes longer
+    // to measure (an mp3 of many hours, or a damaged file that only a decode could tell) is
+    // estimated by then.
     static std::int32_t FileDurationMs(const QString& path);
 
     virtual ~SoundDecoder() = default;
 
     virtual int SampleRate() const = 0; // frames per second, 8000 to 192000
-    // Frames from the start to the end: exact once DecodedToEnd, the best estimate before.
+    // Frames from the start to the end: exact once DecodedToEnd, and mostly before, too. An
+    // estimate until then in the cases named above.
     virtual std::int64_t FrameCount() const = 0;
     virtual bool DecodedToEnd() const = 0;
 
-    // Copies interleaved stereo frames from the frame given on. Never waits, locks or allocates;
-    // a frame far ahead of what is decoded gives notYet.
+    // Copies interleaved stereo frames from the frame given on (0 for a negative one). Never waits,
+    // locks or allocates; a frame far ahead of what is decoded gives notYet. Only beyond 64 MB of
+    // PCM, six minutes at CD quality, it reads from the disk, mostly from the system's cache.
     virtual Chunk Read(std::int64_t firstFrame, std::span<float> stereo) = 0;
 };
 

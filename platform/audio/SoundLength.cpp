@@ -105,11 +105,6 @@ SoundLength LengthByRule(const SoundContainer& container, const PacketSurvey& su
     case LengthRule::Packets:
         return {.frames = FramesOfPackets(survey, container.Stream(), sampleRate),
                 .exact = survey.durationsKnown};
-    case LengthRule::Stamps:
-        // Speex lags behind its stamps.
-        return {.frames = survey.stamps.EndFrame(sampleRate),
-                .exact = survey.stamps.Unbroken() &&
-                         container.Stream().codecpar->codec_id != AV_CODEC_ID_SPEEX};
     case LengthRule::Claim:
     case LengthRule::TrustedClaim:
         return {.frames = claimed,

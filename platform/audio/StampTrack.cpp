@@ -35,15 +35,10 @@ void StampTrack::Note(const AVPacket& packet)
     m_any = true;
 }
 
-std::int64_t StampTrack::EndFrame(int sampleRate) const
-{
-    const std::int64_t end = FramesFromStart(SaturatedSum(m_last, m_length), sampleRate);
-    return m_any ? std::max<std::int64_t>(0, end) : 0;
-}
-
 bool StampTrack::BearsOut(std::int64_t claimedFrames, int sampleRate) const
 {
-    return m_any && SaturatedSum(EndFrame(sampleRate), sampleRate) >= claimedFrames &&
+    const std::int64_t end = FramesFromStart(SaturatedSum(m_last, m_length), sampleRate);
+    return m_any && !m_broken && SaturatedSum(end, sampleRate) >= claimedFrames &&
            !Refutes(claimedFrames, sampleRate);
 }
 
@@ -54,6 +49,7 @@ bool StampTrack::Refutes(std::int64_t claimedFrames, int sampleRate) const
 
 std::int64_t StampTrack::FramesFromStart(std::int64_t stamp, int sampleRate) const
 {
+    // What lies before time 0 is the encoder's delay and not part of the sound.
     const std::int64_t start = std::max<std::int64_t>(0, m_first);
     std::int64_t ticks = 0;
     if (__builtin_sub_overflow(stamp, start, &ticks))

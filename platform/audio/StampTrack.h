@@ -15,13 +15,8 @@ public:
 
     void Note(const AVPacket& packet);
 
-    // The end of the last packet in frames at the rate, counted from the sound's start. What lies
-    // before time 0 is the encoder's delay and not part of the sound.
-    std::int64_t EndFrame(int sampleRate) const;
-    // The stamps begin at the start and follow upon each other, so that EndFrame is the length.
-    bool Unbroken() const { return !m_broken && m_first <= 0; }
-
-    // The claimed length lies within the last packet or up to a second from it.
+    // The stamps follow upon each other, and the claimed length lies within the last packet or up
+    // to a second from it. Frames are counted at the rate, from the sound's start.
     bool BearsOut(std::int64_t claimedFrames, int sampleRate) const;
     // Packets begin more than a second behind the claimed end.
     bool Refutes(std::int64_t claimedFrames, int sampleRate) const;

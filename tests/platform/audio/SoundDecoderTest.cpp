@@ -9,6 +9,8 @@
 namespace lantern {
 namespace {
 
+using namespace Qt::Literals::StringLiterals;
+
 // What an encoder makes of four seconds of ticks.
 struct Encoding {
     std::string name;
@@ -39,45 +41,43 @@ QStringList Words(const QString& text)
     return text.split(u' ');
 }
 
-#define TEXT(text) QStringLiteral(text)
 const std::vector<Encoding> kEncodings = {
-    {"Wav", TEXT("a.wav"), Ffmpeg(TEXT("-c:a pcm_s16le")), true},
-    {"WavMono", TEXT("a.wav"), Ffmpeg(TEXT("-c:a pcm_s16le")), true, 44100, 1},
-    {"Wav24Bit", TEXT("a.wav"), Ffmpeg(TEXT("-c:a pcm_s24le")), true},
-    {"WavFloat", TEXT("a.wav"), Ffmpeg(TEXT("-c:a pcm_f32le")), true},
-    {"WavMicrosoftAdpcm", TEXT("a.wav"), Ffmpeg(TEXT("-c:a adpcm_ms")), false, 44100, 2, 0, 50},
-    {"Aif", TEXT("a.aif"), Ffmpeg({}), true},
-    {"AifMono", TEXT("a.aif"), Ffmpeg({}), true, 22050, 1},
-    {"Au", TEXT("a.au"), Ffmpeg(TEXT("-c:a pcm_s16be")), true},
-    {"AuMuLaw", TEXT("a.au"), Ffmpeg(TEXT("-c:a pcm_mulaw"))},
-    {"Flac", TEXT("a.flac"), Words(TEXT("flac -s -f in.wav -o")), true},
-    {"FlacMono", TEXT("a.flac"), Words(TEXT("flac -s -f in.wav -o")), true, 48000, 1},
-    {"FlacHighRate", TEXT("a.flac"), Words(TEXT("flac -s -f in.wav -o")), true, 192000},
-    {"Alac", TEXT("a.mp4"), Ffmpeg(TEXT("-c:a alac")), true},
-    {"Mp4", TEXT("a.mp4"), Ffmpeg(TEXT("-c:a aac")), false, 44100, 2, 0, 0, true},
-    {"Mp4Mono", TEXT("a.mp4"), Ffmpeg(TEXT("-c:a aac")), false, 48000, 1, 0, 0, true},
-    {"Mp4FastStart", TEXT("a.mp4"), Ffmpeg(TEXT("-c:a aac -movflags +faststart")), false, 44100, 2,
-     0, 0, true},
-    {"Aac", TEXT("a.aac"), Ffmpeg({}), false, 44100, 2, 1024, 32},
-    {"Mp3Cbr", TEXT("a.mp3"), Words(TEXT("lame --quiet -b 128 in.wav"))},
-    {"Mp3Vbr", TEXT("a.mp3"), Words(TEXT("lame --quiet -V 4 in.wav"))},
-    {"Mp3VbrWithoutXing", TEXT("a.mp3"), Words(TEXT("lame --quiet -t -V 4 in.wav")), false, 44100,
-     2, 1105, 32},
-    {"Mp3LowRateMono", TEXT("a.mp3"), Words(TEXT("lame --quiet -b 64 in.wav")), false, 22050, 1},
-    {"Mp3WithTags", TEXT("a.mp3"),
-     Words(TEXT("lame --quiet --add-id3v2 --id3v1-only --tt Song --ta Singer in.wav"))},
-    {"Ogg", TEXT("a.ogg"), Words(TEXT("oggenc -Q in.wav -o"))},
-    {"OggMono", TEXT("a.ogg"), Words(TEXT("oggenc -Q in.wav -o")), false, 22050, 1},
-    {"OggOpus", TEXT("a.ogg"), Ffmpeg(TEXT("-c:a libopus")), false, 48000},
-    {"OggFlac", TEXT("a.ogg"), Ffmpeg(TEXT("-c:a flac")), true},
-    {"Mpc", TEXT("a.mpc"), Words(TEXT("mpcenc --silent in.wav"))},
-    {"MpcMono", TEXT("a.mpc"), Words(TEXT("mpcenc --silent in.wav")), false, 48000, 1},
-    {"Wma", TEXT("a.wma"), Ffmpeg(TEXT("-c:a wmav2 -b:a 128k")), false, 44100, 2, 0, 50},
-    {"WmaMono", TEXT("a.wma"), Ffmpeg(TEXT("-c:a wmav2 -b:a 64k")), false, 22050, 1, 0, 50},
-    {"WmaLowRate", TEXT("a.wma"), Ffmpeg(TEXT("-c:a wmav2 -b:a 64k")), false, 16000, 2, 0, 50},
-    {"WmaVersion1", TEXT("a.wma"), Ffmpeg(TEXT("-c:a wmav1 -b:a 128k")), false, 32000, 2, 0, 50},
+    {"Wav", u"a.wav"_s, Ffmpeg(u"-c:a pcm_s16le"_s), true},
+    {"WavMono", u"a.wav"_s, Ffmpeg(u"-c:a pcm_s16le"_s), true, 44100, 1},
+    {"Wav24Bit", u"a.wav"_s, Ffmpeg(u"-c:a pcm_s24le"_s), true},
+    {"WavFloat", u"a.wav"_s, Ffmpeg(u"-c:a pcm_f32le"_s), true},
+    {"WavMicrosoftAdpcm", u"a.wav"_s, Ffmpeg(u"-c:a adpcm_ms"_s), false, 44100, 2, 0, 50},
+    {"Aif", u"a.aif"_s, Ffmpeg({}), true},
+    {"AifMono", u"a.aif"_s, Ffmpeg({}), true, 22050, 1},
+    {"Au", u"a.au"_s, Ffmpeg(u"-c:a pcm_s16be"_s), true},
+    {"AuMuLaw", u"a.au"_s, Ffmpeg(u"-c:a pcm_mulaw"_s)},
+    {"Flac", u"a.flac"_s, Words(u"flac -s -f in.wav -o"_s), true},
+    {"FlacMono", u"a.flac"_s, Words(u"flac -s -f in.wav -o"_s), true, 48000, 1},
+    {"FlacHighRate", u"a.flac"_s, Words(u"flac -s -f in.wav -o"_s), true, 192000},
+    {"Alac", u"a.mp4"_s, Ffmpeg(u"-c:a alac"_s), true},
+    {"Mp4", u"a.mp4"_s, Ffmpeg(u"-c:a aac"_s), false, 44100, 2, 0, 0, true},
+    {"Mp4Mono", u"a.mp4"_s, Ffmpeg(u"-c:a aac"_s), false, 48000, 1, 0, 0, true},
+    {"Mp4FastStart", u"a.mp4"_s, Ffmpeg(u"-c:a aac -movflags +faststart"_s), false, 44100, 2, 0, 0,
+     true},
+    {"Aac", u"a.aac"_s, Ffmpeg({}), false, 44100, 2, 1024, 32},
+    {"Mp3Cbr", u"a.mp3"_s, Words(u"lame --quiet -b 128 in.wav"_s)},
+    {"Mp3Vbr", u"a.mp3"_s, Words(u"lame --quiet -V 4 in.wav"_s)},
+    {"Mp3VbrWithoutXing", u"a.mp3"_s, Words(u"lame --quiet -t -V 4 in.wav"_s), false, 44100, 2,
+     1105, 32},
+    {"Mp3LowRateMono", u"a.mp3"_s, Words(u"lame --quiet -b 64 in.wav"_s), false, 22050, 1},
+    {"Mp3WithTags", u"a.mp3"_s,
+     Words(u"lame --quiet --add-id3v2 --id3v1-only --tt Song --ta Singer in.wav"_s)},
+    {"Ogg", u"a.ogg"_s, Words(u"oggenc -Q in.wav -o"_s)},
+    {"OggMono", u"a.ogg"_s, Words(u"oggenc -Q in.wav -o"_s), false, 22050, 1},
+    {"OggOpus", u"a.ogg"_s, Ffmpeg(u"-c:a libopus"_s), false, 48000},
+    {"OggFlac", u"a.ogg"_s, Ffmpeg(u"-c:a flac"_s), true},
+    {"Mpc", u"a.mpc"_s, Words(u"mpcenc --silent in.wav"_s)},
+    {"MpcMono", u"a.mpc"_s, Words(u"mpcenc --silent in.wav"_s), false, 48000, 1},
+    {"Wma", u"a.wma"_s, Ffmpeg(u"-c:a wmav2 -b:a 128k"_s), false, 44100, 2, 0, 50},
+    {"WmaMono", u"a.wma"_s, Ffmpeg(u"-c:a wmav2 -b:a 64k"_s), false, 22050, 1, 0, 50},
+    {"WmaLowRate", u"a.wma"_s, Ffmpeg(u"-c:a wmav2 -b:a 64k"_s), false, 16000, 2, 0, 50},
+    {"WmaVersion1", u"a.wma"_s, Ffmpeg(u"-c:a wmav1 -b:a 128k"_s), false, 32000, 2, 0, 50},
 };
-#undef TEXT
 
 class EncodedSound : public ::testing::TestWithParam<Encoding> {
 protected:
@@ -161,6 +161,27 @@ TEST_P(EncodedSound, ReadsInAnyOrderGiveWhatOneReadGives)
 
 INSTANTIATE_TEST_SUITE_P(Types, EncodedSound, ::testing::ValuesIn(kEncodings),
                          [](const auto& test) { return test.param.name; });
+
+TEST(SoundDecoder, SoundsOfLessThanASecondAreMeasuredAsWell)
+{
+    const SoundFolder folder;
+    const std::pair<const char*, const char*> types[] = {
+        {"a.ogg", "oggenc -Q in.wav -o"},   {"b.ogg", "ffmpeg -y -v error -i in.wav -c:a libopus"},
+        {"a.mp3", "lame --quiet in.wav"},   {"a.mp4", "ffmpeg -y -v error -i in.wav -c:a aac"},
+        {"a.flac", "flac -s -f in.wav -o"}, {"a.mpc", "mpcenc --silent --overwrite in.wav"}};
+    for (const auto& [name, command] : types) {
+        for (const int lengthMs : {50, 100, 200, 500, 1000}) {
+            const QString path =
+                folder.Encode(MakeTicks(48000, 2, 48 * lengthMs),
+                              Words(QString::fromLatin1(command)), QString::fromLatin1(name));
+            EXPECT_EQ(SoundDecoder::FileDurationMs(path), lengthMs) << name;
+            const auto decoder = SoundDecoder::OpenFile(path);
+            ASSERT_TRUE(decoder) << name;
+            WaitForEnd(*decoder);
+            EXPECT_EQ(decoder->FrameCount(), 48 * lengthMs) << name;
+        }
+    }
+}
 
 TEST(SoundDecoder, ModulesLastAsLongAsTheirPatterns)
 {
