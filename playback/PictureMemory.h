@@ -5,6 +5,7 @@
 #include "VirtualBuffers.h"
 
 #include <array>
+#include <cstddef>
 #include <cstdint>
 #include <vector>
 
@@ -28,7 +29,7 @@ inline constexpr int kRestingViewTop = kTileHeight;
 
 // Red, green and blue of each entry, 0 to 255.
 inline constexpr int kColourCount = 16;
-using ColourBytes = std::array<std::uint8_t, 3 * kColourCount>;
+using ColourBytes = std::array<std::uint8_t, std::size_t{3} * kColourCount>;
 
 // Ten seconds of packets.
 inline constexpr PacketIndex SnapshotInterval = 10 * kPacketsPerSecond;

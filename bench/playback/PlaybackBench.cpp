@@ -73,7 +73,7 @@ void DrawByPixelCalls(VirtualBuffers& buffers, const CdgPacket& packet)
         for (int bit = 0; bit < kTileWidth; ++bit) {
             const int x = column * kTileWidth + kTileWidth - 1 - bit;
             const int y = row * kTileHeight + i;
-            const bool set = (data[static_cast<std::size_t>(4 + i)] & 1 << bit) != 0;
+            const bool set = (data[4 + static_cast<std::size_t>(i)] & 1 << bit) != 0;
             const int old = buffers.FGgetpixel(x, y);
             buffers.FGsetcolor((data[set ? 1 : 0] & 0x0F) ^ (exclusive ? old : 0));
             buffers.FGputpixel(x, y);

@@ -12,7 +12,8 @@ std::size_t Offset(int x, int y)
 {
     if (x < 0 || x >= ReferencePicture::kWidth || y < 0 || y >= ReferencePicture::kHeight)
         std::abort();
-    return static_cast<std::size_t>(y * ReferencePicture::kWidth + x);
+    const int offset = y * ReferencePicture::kWidth + x;
+    return static_cast<std::size_t>(offset);
 }
 
 } // namespace
@@ -98,7 +99,7 @@ void ReferencePicture::DrawTile(const CdgPacket& packet, bool exclusive)
         for (int tileX = 0; tileX < 6; ++tileX) {
             const int x = column * 6 + tileX;
             const int y = row * 12 + tileY;
-            const bool set = (data[static_cast<std::size_t>(4 + tileY)] & (32 >> tileX)) != 0;
+            const bool set = (data[4 + static_cast<std::size_t>(tileY)] & (32 >> tileX)) != 0;
             const int colour = data[set ? 1 : 0] % 16;
             SetPixel(x, y, exclusive ? Pixel(x, y) ^ colour : colour);
         }
@@ -129,11 +130,11 @@ void ReferencePicture::Scroll(const CdgPacket& packet, bool fill)
     }
 }
 
-void ReferencePicture::LoadColours(const CdgPacket& packet, int first)
+void ReferencePicture::LoadColours(const CdgPacket& packet, std::size_t first)
 {
-    for (int i = 0; i < 8; ++i) {
-        const auto pair = static_cast<std::size_t>(2 * i);
-        const auto entry = static_cast<std::size_t>(3 * (first + i));
+    for (std::size_t i = 0; i < 8; ++i) {
+        const std::size_t pair = 2 * i;
+        const std::size_t entry = 3 * (first + i);
         const int twelveBits = packet.PacketData[pair] % 64 * 64 + packet.PacketData[pair + 1] % 64;
         Colours[entry] = static_cast<std::uint8_t>(twelveBits / 256 * 17);
         Colours[entry + 1] = static_cast<std::uint8_t>(twelveBits / 16 % 16 * 17);

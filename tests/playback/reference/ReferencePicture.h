@@ -4,6 +4,7 @@
 #include "Track.h"
 
 #include <array>
+#include <cstddef>
 #include <cstdint>
 #include <vector>
 
@@ -37,9 +38,9 @@ private:
     void Clear(int colour);
     void DrawTile(const CdgPacket& packet, bool exclusive);
     void Scroll(const CdgPacket& packet, bool fill);
-    void LoadColours(const CdgPacket& packet, int first);
+    void LoadColours(const CdgPacket& packet, std::size_t first);
 
-    std::vector<std::uint8_t> m_pixels = std::vector<std::uint8_t>(kWidth * kHeight);
+    std::vector<std::uint8_t> m_pixels = std::vector<std::uint8_t>(std::size_t{kWidth} * kHeight);
 };
 
 } // namespace lantern
