@@ -1,0 +1,278 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "Contestants.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <functional>
+#include <iostream>
+#include <stdexcept>
+#include <string_view>
+#include <sys/socket.h>
+#include <sys/un.h>
+#include <unistd.h>
+
+// What the whole program costs, each number beside one of the same run. Prints what the other
+// benchmarks print: a JSON object with one record a measurement.
+//   bench_program          three rounds of each, about seven minutes
+//   bench_program --quick  one short round of each, to see that it works
+namespace lantern::bench {
+namespace {
+
+using namespace lantern::test;
+
+struct Effort {
+    int rounds = 3;
+    Clock::duration warmUp = 2s;
+    Clock::duration window = 10s;
+};
+
+struct Measurement {
+    std::string name;
+    double ours = 0.0;
+    double yardstick = 0.0;
+    std::string unit;
+    std::string against;
+};
+
+double Median(std::vector<double> values)
+{
+    const auto middle = values.begin() + std::ssize(values) / 2;
+    std::ranges::nth_element(values, middle);
+    return *middle;
+}
+
+// The median of the rounds of two measurements that take turns, so that a busy moment of the
+// machine meets both.
+Measurement Compare(std::string name, std::string unit, std::string against, const Effort& effort,
+                    const std::function<double()>& ours, const std::function<double()>& yardstick)
+{
+    std::vector<double> mine;
+    std::vector<double> theirs;
+    for (int round = 0; round < effort.rounds; ++round) {
+        mine.push_back(ours());
+        theirs.push_back(yardstick());
+    }
+    std::cerr << name << '\n';
+    return {std::move(name), Median(mine), Median(theirs), std::move(unit), std::move(against)};
+}
+
+// Percent of one core that a process uses from now on.
+double ProcessorPercent(const Process& process, const Effort& effort)
+{
+    std::this_thread::sleep_for(effort.warmUp);
+    const double before = process.ProcessorSeconds();
+    const Moment start = Clock::now();
+    std::this_thread::sleep_for(effort.window);
+    const double seconds = Milliseconds(Clock::now() - start) / 1e3;
+    return 100.0 * (process.ProcessorSeconds() - before) / seconds;
+}
+
+// The player playing after some keys.
+double PlayerPercent(Stage& stage, const std::vector<std::pair<std::string, int>>& keys,
+                     const Effort& effort)
+{
+    const std::unique_ptr<Player> player = StartPlayer(stage);
+    Hand hand(stage.screen);
+    for (const auto& [key, times] : keys) {
+        for (int i = 0; i < times; ++i)
+            hand.Key(key);
+    }
+    const double percent = ProcessorPercent(player->Program(), effort);
+    player->Program().End();
+    std::filesystem::remove(stage.home.SettingsFile());
+    return percent;
+}
+
+double YardstickPercent(Stage& stage, const std::vector<std::string>& options, const Effort& effort)
+{
+    const std::unique_ptr<Process> process = StartYardstick(stage, options);
+    return ProcessorPercent(*process, effort);
+}
+
+std::vector<Measurement> MeasureProcessor(Stage& stage, const Effort& effort)
+{
+    return {
+        Compare(
+            "processor, playing at size 2", "% of a core", "mpv playing the sound alone", effort,
+            [&] { return PlayerPercent(stage, {}, effort); },
+            [&] { return YardstickPercent(stage, {}, effort); }),
+        Compare(
+            "processor, paused", "% of a core", "mpv playing the sound alone", effort,
+            [&] {
+                return PlayerPercent(stage, {{"p", 1}}, effort);
+            },
+            [&] { return YardstickPercent(stage, {}, effort); }),
+        Compare(
+            "processor, key +3 and speed -20 %", "% of a core",
+            "mpv with the same stretcher and changes", effort,
+            [&] {
+                return PlayerPercent(stage, {{"k", 1}, {"Up", 3}, {"s", 1}, {"Down", 10}}, effort);
+            },
+            [&] {
+                return YardstickPercent(
+                    stage, {"--speed=0.8", "--af=rubberband=engine=finer:pitch-scale=1.189207"},
+                    effort);
+            })};
+}
+
+Measurement MeasureFullScreen(const Effort& effort)
+{
+    Stage stage(3240, 2160);
+    return Compare(
+        "processor, full screen at 3240 x 2160", "% of a core", "the same at size 2", effort,
+        [&] {
+            return PlayerPercent(stage, {{"f", 1}}, effort);
+        },
+        [&] { return PlayerPercent(stage, {}, effort); });
+}
+
+Measurement MeasureMemory(Stage& stage)
+{
+    const std::unique_ptr<Player> player = StartPlayer(stage);
+    const std::unique_ptr<Process> yardstick = StartYardstick(stage);
+    std::this_thread::sleep_for(5s);
+    const auto mebibytes = [](const Process& process) {
+        return static_cast<double>(process.ResidentKibibytes()) / 1024.0;
+    };
+    return {"resident memory, four minutes of mp3", mebibytes(player->Program()),
+            mebibytes(*yardstick), "MiB", "mpv with the same sound"};
+}
+
+double MillisecondsToSound(const Ears& ears, Moment start)
+{
+    std::optional<Moment> heard;
+    const auto isHeard = [&] {
+        heard = FirstSound(ears, start);
+        return heard.has_value();
+    };
+    if (!Eventually(isHeard, 10s, 100ms))
+        throw std::runtime_error("nothing was heard");
+    return Milliseconds(*heard - start);
+}
+
+double YardstickStartToSound(Stage& stage)
+{
+    const Ears ears(stage.sound, "studio");
+    std::this_thread::sleep_for(300ms);
+    const std::unique_ptr<Process> process = StartYardstick(stage);
+    return MillisecondsToSound(ears, process->StartedAt());
+}
+
+double PlayerStartToSound(Stage& stage)
+{
+    const Ears ears(stage.sound, "studio");
+    std::this_thread::sleep_for(300ms);
+    const std::unique_ptr<Player> player = StartPlayer(stage);
+    return MillisecondsToSound(ears, player->Program().StartedAt());
+}
+
+// From exec to the first pixel that is not the empty screen's.
+double PlayerStartToPicture(Stage& stage)
+{
+    Eyes eyes(stage.screen);
+    eyes.Watch({{stage.screen.Width() / 2, stage.screen.Height() / 2}});
+    std::this_thread::sleep_for(300ms);
+    const std::unique_ptr<Player> player = StartPlayer(stage);
+    std::this_thread::sleep_for(500ms);
+    const std::vector<Eyes::Change> changes = eyes.StopWatching();
+    if (changes.size() < 2)
+        throw std::runtime_error("nothing was painted");
+    return Milliseconds(changes[1].firstSeen - player->Program().StartedAt());
+}
+
+double PlayerOpenToSound(Stage& stage)
+{
+    std::filesystem::create_directories(stage.home.SettingsFile().parent_path());
+    WriteFile(stage.home.SettingsFile(), "lastplayed\t" + stage.track.string() + "\r\n");
+    const Ears ears(stage.sound, "studio");
+    Player player(stage.screen, stage.sound.Environment(), stage.home);
+    if (!player.AwaitWindow())
+        throw std::runtime_error("no window");
+    std::this_thread::sleep_for(1s);
+    Hand hand(stage.screen);
+    const Moment start = Clock::now();
+    hand.Key("p");
+    return MillisecondsToSound(ears, start);
+}
+
+double YardstickOpenToSound(Stage& stage)
+{
+    const std::string path = (stage.folder / "control").string();
+    const std::unique_ptr<Process> process =
+        StartYardstick(stage, {"--idle=yes", "--input-ipc-server=" + path}, false);
+    const Ears ears(stage.sound, "studio");
+    std::this_thread::sleep_for(1s);
+    sockaddr_un address = {};
+    address.sun_family = AF_UNIX;
+    path.copy(address.sun_path, sizeof(address.sun_path) - 1);
+    const int link = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    if (connect(link, reinterpret_cast<const sockaddr*>(&address), sizeof(address)) != 0)
+        throw std::runtime_error("mpv does not listen");
+    const std::string command = R"({"command": ["loadfile", ")" + stage.audio.string() + "\"]}\n";
+    const Moment start = Clock::now();
+    if (write(link, command.data(), command.size()) < 0)
+        throw std::runtime_error("mpv does not read");
+    const double milliseconds = MillisecondsToSound(ears, start);
+    close(link);
+    return milliseconds;
+}
+
+std::vector<Measurement> MeasureStarts(Stage& stage, Effort effort)
+{
+    effort.rounds = effort.rounds * 2 - 1; // short, and uneven
+    OutputOf({.arguments = {"xsetroot", "-solid", "#ff00ff"},
+              .environment = stage.screen.Environment()});
+    return {Compare(
+                "start to the first painted frame", "ms", "mpv from start to sound", effort,
+                [&] { return PlayerStartToPicture(stage); },
+                [&] { return YardstickStartToSound(stage); }),
+            Compare(
+                "start to the first sound", "ms", "mpv from start to sound", effort,
+                [&] { return PlayerStartToSound(stage); },
+                [&] { return YardstickStartToSound(stage); }),
+            Compare(
+                "opening a track to its sound", "ms", "mpv loading it while idle", effort,
+                [&] { return PlayerOpenToSound(stage); },
+                [&] { return YardstickOpenToSound(stage); })};
+}
+
+void Print(const std::vector<Measurement>& measurements)
+{
+    std::puts("{\n  \"benchmarks\": [");
+    for (std::size_t i = 0; i < measurements.size(); ++i) {
+        const Measurement& measurement = measurements[i];
+        std::printf("    {\"name\": \"%s\", \"ours\": %.3f, \"yardstick\": %.3f, \"unit\": \"%s\", "
+                    "\"against\": \"%s\", \"ratio\": %.3f}%s\n",
+                    measurement.name.c_str(), measurement.ours, measurement.yardstick,
+                    measurement.unit.c_str(), measurement.against.c_str(),
+                    measurement.ours / measurement.yardstick,
+                    i + 1 < measurements.size() ? "," : "");
+    }
+    std::puts("  ]\n}");
+}
+
+void Run(const Effort& effort)
+{
+    Stage stage;
+    std::vector<Measurement> all = MeasureStarts(stage, effort);
+    for (Measurement& measurement : MeasureProcessor(stage, effort))
+        all.push_back(std::move(measurement));
+    all.push_back(MeasureFullScreen(effort));
+    all.push_back(MeasureMemory(stage));
+    Print(all);
+}
+
+} // namespace
+} // namespace lantern::bench
+
+int main(int argc, char** argv)
+{
+    const bool isQuick = argc > 1 && std::string_view(argv[1]) == "--quick";
+    using namespace std::chrono_literals;
+    try {
+        lantern::bench::Run(isQuick ? lantern::bench::Effort{1, 1s, 3s} : lantern::bench::Effort{});
+    } catch (const std::exception& error) {
+        std::cerr << "bench_program: " << error.what() << '\n';
+        return 1;
+    }
+}
