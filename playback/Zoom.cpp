@@ -27,7 +27,9 @@ int NearestZoomForArea(std::int64_t areaPixels)
     constexpr std::int64_t kUnitArea = std::int64_t{kVisibleWidth} * kVisibleHeight;
     int nearest = 1;
     for (int step = 2; step <= kLargestZoomStep; ++step) {
-        const auto distance = [&](int i) { return std::abs(i * i * kUnitArea - areaPixels); };
+        const auto distance = [&](std::int64_t i) {
+            return std::abs(i * i * kUnitArea - areaPixels);
+        };
         if (distance(step) < distance(nearest))
             nearest = step;
     }
