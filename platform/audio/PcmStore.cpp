@@ -13,8 +13,8 @@
 namespace lantern {
 namespace {
 
-constexpr std::int64_t kSecondsInADay = 24 * 60 * 60;
-constexpr std::size_t kBytesBetweenRoomChecks = 16 * 1024 * 1024;
+constexpr std::int64_t kSecondsInADay = std::int64_t{24} * 60 * 60;
+constexpr std::size_t kBytesBetweenRoomChecks = std::size_t{16} * 1024 * 1024;
 
 void ToFloat(SampleKind kind, std::span<const std::byte> samples, float* out)
 {

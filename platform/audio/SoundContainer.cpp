@@ -42,7 +42,7 @@ constexpr const char* kDecoders =
 constexpr int kIoBufferSize = 64 * 1024;
 // The largest block that a header may make the library allocate: the packet table of a day of
 // sound fits.
-constexpr std::size_t kLargestAllocation = 256 * 1024 * 1024;
+constexpr std::size_t kLargestAllocation = std::size_t{256} * 1024 * 1024;
 
 const ContainerKind* FindKind(std::string_view name)
 {

@@ -14,7 +14,7 @@
 namespace lantern {
 namespace {
 
-constexpr std::uint64_t kBytesToLeaveFree = 512 * 1024 * 1024;
+constexpr std::uint64_t kBytesToLeaveFree = std::uint64_t{512} * 1024 * 1024;
 
 int OpenIn(const std::string& folder)
 {
