@@ -51,6 +51,7 @@ NativeFile::~NativeFile()
         close(m_descriptor);
 }
 
+// Not const: it moves the position. NOLINTNEXTLINE(readability-make-member-function-const)
 std::size_t NativeFile::Read(std::span<std::uint8_t> bytes)
 {
     ssize_t came = 0;

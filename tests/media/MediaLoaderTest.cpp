@@ -86,7 +86,7 @@ protected:
     }
     QString MakeAudio(const std::string& name, std::int32_t lengthMs)
     {
-        const QString path = Make(name, "sound");
+        QString path = Make(name, "sound");
         m_engine.FileDurations[path] = lengthMs;
         return path;
     }

@@ -267,7 +267,7 @@ TEST_F(LanternToolTest, RawWritesTheWholePicturesIndexesAndTheColours)
     EXPECT_EQ(result.code, 0) << result.error;
     const std::string head = "P5\n300 216\n15\n";
     const std::string pgm = test::ReadFile(In("f.pgm"));
-    ASSERT_EQ(pgm.size(), head.size() + 300 * 216);
+    ASSERT_EQ(pgm.size(), head.size() + 300UL * 216);
     EXPECT_THAT(pgm, StartsWith(head));
     const auto index = [&](std::size_t x, std::size_t y) {
         return static_cast<int>(pgm[head.size() + y * 300 + x]);
