@@ -1,19 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "WindowLayout.h"
 
+#include "Rounding.h"
+
 #include <algorithm>
-#include <cmath>
 
 namespace lantern {
 namespace {
 
 constexpr double kAspect = 1.5;
-
-// To the nearest, ties to the even neighbour.
-std::int32_t Rounded(double value)
-{
-    return static_cast<std::int32_t>(std::nearbyint(value));
-}
 
 } // namespace
 
@@ -25,11 +20,11 @@ TwipRect PictureRect(TwipSize client, std::int32_t marginX, std::int32_t barHeig
         return picture;
     const double ratio = static_cast<double>(picture.width) / picture.height;
     if (ratio <= kAspect) {
-        picture.height = Rounded(picture.height * ratio / kAspect);
-        picture.top = Rounded((client.height - picture.height - barHeight) / 2.0);
+        picture.height = RoundToEven(picture.height * ratio / kAspect);
+        picture.top = RoundToEven((client.height - picture.height - barHeight) / 2.0);
     } else {
-        picture.width = Rounded(picture.width / ratio * kAspect);
-        picture.left = Rounded((client.width - picture.width) / 2.0);
+        picture.width = RoundToEven(picture.width / ratio * kAspect);
+        picture.left = RoundToEven((client.width - picture.width) / 2.0);
     }
     return picture;
 }

@@ -3,6 +3,7 @@
 
 #include "Application.h"
 #include "PlayerSettings.h"
+#include "Rounding.h"
 #include "SystemColours.h"
 #include "WindowLayout.h"
 #include "modAPI.h"
@@ -11,8 +12,6 @@
 #include <QCoreApplication>
 #include <QKeyEvent>
 #include <QPainter>
-
-#include <cmath>
 
 namespace lantern {
 namespace {
@@ -171,7 +170,7 @@ void f101::Tick()
 QRect f101::PixelsOf(const TwipRect& rect) const
 {
     const auto nearest = [](std::int32_t twips, std::int32_t perPixel) {
-        return static_cast<int>(std::nearbyint(static_cast<double>(twips) / perPixel));
+        return RoundToEven(static_cast<double>(twips) / perPixel);
     };
     return {nearest(rect.left, m_state.TwipsX), nearest(rect.top, m_state.TwipsY),
             rect.width / m_state.TwipsX, rect.height / m_state.TwipsY};
