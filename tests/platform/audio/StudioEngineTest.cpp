@@ -7,6 +7,7 @@
 #include <QCoreApplication>
 
 #include <random>
+#include <sys/resource.h>
 
 namespace lantern::test {
 namespace {
@@ -239,6 +240,25 @@ TEST_F(StudioEngine, TheFourValuesAreStoredAsGivenAndOutliveTheSound)
     EXPECT_EQ(m_engine->GetEngineBalance(), -12.25F);
     EXPECT_EQ(m_engine->GetEnginePitch(), -7);
     EXPECT_EQ(m_engine->GetEngineTempo(), 12.5F);
+}
+
+TEST_F(StudioEngine, PausedItCostsNextToNothing)
+{
+    Load(MakeNoise(44100, 3000));
+    m_engine->SetEnginePitch(3);
+    m_engine->StartSound();
+    Pass(300ms);
+    m_engine->PauseSound();
+    Pass(100ms);
+    const auto processorSeconds = [] {
+        rusage usage = {};
+        getrusage(RUSAGE_SELF, &usage);
+        return static_cast<double>(usage.ru_utime.tv_sec + usage.ru_stime.tv_sec) +
+               static_cast<double>(usage.ru_utime.tv_usec + usage.ru_stime.tv_usec) * 1e-6;
+    };
+    const double before = processorSeconds();
+    std::this_thread::sleep_for(1s);
+    EXPECT_LT(processorSeconds() - before, 0.02);
 }
 
 TEST_F(StudioEngine, AnyOrderOfOperationsIsHarmless)
