@@ -87,7 +87,7 @@ void BM_Change(benchmark::State& state)
     int semitones = 0;
     for (auto _ : state) {
         semitones = semitones % 10 + 1;
-        shaper.Change({semitones, 1.0});
+        shaper.Change(kRate, {semitones, 1.0}, {});
         shaper.Render(frame);
         benchmark::DoNotOptimize(frame);
     }

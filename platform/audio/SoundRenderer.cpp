@@ -11,18 +11,27 @@ namespace {
 
 using namespace std::chrono_literals;
 
-// Together with the output's buffer a change is heard some 140 ms after it was wished, at most.
+// A change is heard after these times, the frames kept in the ring and the output's buffer of 50
+// milliseconds: some 130 after it was wished, at most.
 constexpr auto kWishSettles = 5ms;
 constexpr auto kWishWaitsAtMost = 40ms;
 constexpr auto kBetweenWishes = 40ms;
-constexpr auto kRefillEvery = 8ms;
+constexpr auto kRefillEvery = 15ms;
 constexpr auto kSilenceBearable = 1500ms;
 constexpr auto kSleepsAtMost = 1h;
 constexpr int kBlockFrames = 256;
 
-int RingFrames(int sampleRate)
+constexpr int kBlocksAtOnce = 8;
+
+// Deep enough for a busy machine.
+constexpr int kRingMs = 250;
+constexpr int kBeginsWithMs = 45;
+constexpr int kKeptAtChangeMs = 30;
+constexpr int kCrossfadeMs = 10;
+
+int FramesIn(int milliseconds, int sampleRate)
 {
-    return static_cast<int>(std::int64_t{2048} * sampleRate / 44100);
+    return static_cast<int>(std::int64_t{milliseconds} * sampleRate / 1000);
 }
 
 } // namespace
@@ -152,10 +161,14 @@ SoundRenderer::Clock::duration SoundRenderer::Work()
         m_output.Resume();
     }
     m_halted = false;
-    if (FillRing() && !std::exchange(m_begun, true)) {
+    FillRing();
+    if (!m_begun && CanBegin()) {
+        m_begun = true;
         m_output.Begin();
     }
-    return Watch();
+    const Clock::duration rest = Watch();
+    const bool behind = !m_starved && !m_done && m_ring.RoomFrames() >= kBlockFrames;
+    return behind ? Clock::duration::zero() : rest;
 }
 
 void SoundRenderer::Halt()
@@ -168,14 +181,15 @@ void SoundRenderer::Halt()
 void SoundRenderer::StartAt(std::int64_t mediaFrame)
 {
     const int rate = m_sound->SampleRate();
-    m_shaper.Start(*m_sound, mediaFrame, m_now.shape);
+    m_shape = m_now.shape;
+    m_shaper.Start(*m_sound, mediaFrame, m_shape);
     {
         const std::scoped_lock lock(m_timelineMutex);
         m_output.Restart(rate, *this);
-        m_timeline.Restart(mediaFrame, m_now.shape.speed);
+        m_timeline.Restart(mediaFrame, m_shape.speed);
         m_placeSerial = m_now.serial;
     }
-    m_ring.Reset(RingFrames(rate));
+    m_ring.Reset(FramesIn(kRingMs, rate));
     m_gain.Restart(rate);
     m_renderedFrames = 0;
     m_started = true;
@@ -188,37 +202,68 @@ void SoundRenderer::Recover()
     StartAt(std::llround(HeardMediaFrame(m_now.serial).value_or(0.0)));
 }
 
-// True when the ring is full enough to begin with.
-bool SoundRenderer::FillRing()
+// What is in the ring beyond the next moment is rendered again in the new shape.
+void SoundRenderer::ChangeShape()
 {
-    if (m_shaper.Shape() != m_now.shape && !m_timeline.End()) {
-        m_shaper.Change(m_now.shape);
+    m_shape = m_now.shape;
+    const int rate = m_sound->SampleRate();
+    const int kept = FramesIn(kKeptAtChangeMs, rate);
+    const std::optional<std::int64_t> end = m_timeline.End();
+    if (end && m_renderedFrames - std::max(m_ring.HeldFrames() - kept, 0) >= *end) {
+        return; // silence only
+    }
+    std::vector<float> tail(static_cast<std::size_t>(FramesIn(kCrossfadeMs, rate)) * 2);
+    const int taken = m_ring.TakeBack(kept, tail);
+    const std::size_t inTail = std::min(static_cast<std::size_t>(taken) * 2, tail.size());
+    const auto further = m_shaper.Render(std::span(tail).subspan(inTail));
+    tail.resize(inTail + static_cast<std::size_t>(further.frames) * 2);
+
+    m_renderedFrames -= taken;
+    const auto outputFrame = static_cast<double>(m_renderedFrames);
+    const std::int64_t mediaFrame = std::llround(m_timeline.MediaAt(outputFrame));
+    m_shaper.Change(mediaFrame, m_shape, std::move(tail));
+    const std::scoped_lock lock(m_timelineMutex);
+    m_timeline.Change(m_renderedFrames, mediaFrame, m_shape.speed);
+}
+
+// A few blocks at a time, so that a new wish is not kept waiting.
+void SoundRenderer::FillRing()
+{
+    if (m_shape != m_now.shape) {
+        ChangeShape();
+    }
+    m_starved = false;
+    for (int i = 0; i < kBlocksAtOnce && !m_starved; ++i) {
+        if (m_ring.RoomFrames() >= kBlockFrames) {
+            RenderBlock();
+        }
+    }
+}
+
+void SoundRenderer::RenderBlock()
+{
+    SoundShaper::Block block;
+    if (!m_timeline.End()) {
+        block = m_shaper.Render(m_block);
+        m_starved = !block.atEnd && block.frames < kBlockFrames;
+    }
+    std::size_t samples = static_cast<std::size_t>(block.frames) * 2;
+    if (block.atEnd) {
         const std::scoped_lock lock(m_timelineMutex);
-        m_timeline.Append(m_renderedFrames, m_shaper.SegmentStart(), m_now.shape.speed);
+        m_timeline.SetEnd(m_renderedFrames + block.frames);
     }
-    while (m_ring.RoomFrames() >= kBlockFrames) {
-        SoundShaper::Block block;
-        if (!m_timeline.End()) {
-            block = m_shaper.Render(m_block);
-        }
-        std::span<float> stereo(m_block);
-        if (block.atEnd || m_timeline.End()) {
-            // Silence follows the sound until its last frame has been heard.
-            std::ranges::fill(stereo.subspan(static_cast<std::size_t>(block.frames) * 2), 0.0F);
-        } else {
-            stereo = stereo.first(static_cast<std::size_t>(block.frames) * 2);
-        }
-        m_ring.Write(stereo);
-        if (block.atEnd) {
-            const std::scoped_lock lock(m_timelineMutex);
-            m_timeline.SetEnd(m_renderedFrames + block.frames);
-        }
-        m_renderedFrames += static_cast<std::int64_t>(stereo.size() / 2);
-        if (block.notYet || (block.frames == 0 && !m_timeline.End())) {
-            return false;
-        }
+    if (m_timeline.End()) {
+        // Silence follows the sound until its last frame has been heard.
+        std::fill(m_block.begin() + block.frames * 2, m_block.end(), 0.0F);
+        samples = m_block.size();
     }
-    return true;
+    m_ring.Write(std::span(m_block).first(samples));
+    m_renderedFrames += static_cast<std::int64_t>(samples / 2);
+}
+
+bool SoundRenderer::CanBegin() const
+{
+    return m_ring.HeldFrames() >= FramesIn(kBeginsWithMs, m_sound->SampleRate());
 }
 
 SoundRenderer::Clock::duration SoundRenderer::Watch()

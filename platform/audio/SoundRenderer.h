@@ -65,7 +65,10 @@ private:
     void Halt();
     void StartAt(std::int64_t mediaFrame);
     void Recover();
-    bool FillRing();
+    void ChangeShape();
+    void FillRing();
+    void RenderBlock();
+    bool CanBegin() const;
     Clock::duration Watch();
 
     AudioOutput& m_output;
@@ -86,10 +89,12 @@ private:
     Wish m_now;
     Clock::time_point m_takenAt;
     SoundShaper m_shaper;
+    SoundShape m_shape; // as rendered now
     std::vector<float> m_block;
     std::int64_t m_renderedFrames = 0;
     bool m_started = false; // the output stands at m_now's place
     bool m_begun = false;
+    bool m_starved = false; // the decoder has no more as yet
     bool m_halted = true;
     bool m_done = false;
     std::optional<Clock::time_point> m_silentSince;

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace lantern {
 
@@ -15,7 +16,6 @@ using RubberBand::RubberBandStretcher;
 constexpr int kMostSemitones = 10;
 constexpr float kMostTempoPercent = 90.0F;
 constexpr int kLeastFedFrames = 16;
-constexpr int kFadesPerSecond = 100;
 
 constexpr int kStretcherOptions =
     RubberBandStretcher::OptionProcessRealTime | RubberBandStretcher::OptionEngineFiner |
@@ -44,20 +44,11 @@ void SoundShaper::Start(SoundDecoder& sound, std::int64_t mediaFrame, SoundShape
     Prime(mediaFrame, shape);
 }
 
-void SoundShaper::Change(SoundShape shape)
+void SoundShaper::Change(std::int64_t mediaFrame, SoundShape shape, std::vector<float> tail)
 {
-    if (m_sound == nullptr || shape == m_shape) {
-        return;
-    }
-    const double played = static_cast<double>(m_segmentFrames) * m_shape.speed;
-    const std::int64_t place = m_segmentStart + std::llround(played);
-
-    std::vector<float> tail(static_cast<std::size_t>(m_sound->SampleRate() / kFadesPerSecond) * 2);
-    const Block rendered = Render(tail);
-    tail.resize(static_cast<std::size_t>(rendered.frames) * 2);
     m_tail = std::move(tail);
     m_tailMixed = 0;
-    Prime(place, shape);
+    Prime(mediaFrame, shape);
 }
 
 void SoundShaper::Prime(std::int64_t mediaFrame, SoundShape shape)

@@ -33,9 +33,9 @@ SoundShape ShapeFor(int semitones, float tempoPercent);
 //
 // A change of shape does not steer the running stretcher: that lets the place drift away from the
 // one computed by up to a tenth of a second. The stretcher starts afresh instead, led in with the
-// sound that precedes the place, and a crossfade of 10 milliseconds joins the two. So the first
-// frame after Start or Change is the sound's frame SegmentStart, and each frame after it is one
-// step of the speed further, to 5 milliseconds at every moment.
+// sound that precedes the place, and a crossfade joins the two. So the first frame after Start or
+// Change is the frame of the sound that was given, and each frame after it is one step of the
+// speed further, to 5 milliseconds at every moment.
 //
 // One thread at a time; any call but Render at a neutral shape may take some milliseconds.
 class SoundShaper {
@@ -51,11 +51,10 @@ public:
 
     // The sound is borrowed until the next Start or Stop.
     void Start(SoundDecoder& sound, std::int64_t mediaFrame, SoundShape shape);
-    void Change(SoundShape shape);
+    // Goes on at this frame, fading over from the tail: what has been rendered, or would have
+    // been, from there on in the former shape.
+    void Change(std::int64_t mediaFrame, SoundShape shape, std::vector<float> tail);
     void Stop() { m_sound = nullptr; }
-
-    const SoundShape& Shape() const { return m_shape; }
-    std::int64_t SegmentStart() const { return m_segmentStart; }
 
     Block Render(std::span<float> stereo);
 
@@ -86,7 +85,7 @@ private:
     std::array<float, kMostFedFrames> m_left = {};
     std::array<float, kMostFedFrames> m_right = {};
 
-    std::vector<float> m_tail; // what the former shape would have played on
+    std::vector<float> m_tail;
     std::size_t m_tailMixed = 0;
 };
 

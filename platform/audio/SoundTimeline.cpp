@@ -11,8 +11,14 @@ void SoundTimeline::Restart(std::int64_t mediaFrame, double speed)
     m_end.reset();
 }
 
-void SoundTimeline::Append(std::int64_t outputFrame, std::int64_t mediaFrame, double speed)
+void SoundTimeline::Change(std::int64_t outputFrame, std::int64_t mediaFrame, double speed)
 {
+    while (!m_stretches.empty() && m_stretches.back().outputFrame >= outputFrame) {
+        m_stretches.pop_back();
+    }
+    if (m_end && *m_end > outputFrame) {
+        m_end.reset();
+    }
     m_stretches.push_back({outputFrame, mediaFrame, speed});
 }
 

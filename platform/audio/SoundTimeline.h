@@ -13,8 +13,8 @@ class SoundTimeline {
 public:
     // Output frame 0 is this frame of the sound.
     void Restart(std::int64_t mediaFrame, double speed);
-    // From this output frame on, which is not below that of the stretch before.
-    void Append(std::int64_t outputFrame, std::int64_t mediaFrame, double speed);
+    // From this output frame on, whatever was to come there before.
+    void Change(std::int64_t outputFrame, std::int64_t mediaFrame, double speed);
     // The sound ends before this output frame; silence follows.
     void SetEnd(std::int64_t outputFrame) { m_end = outputFrame; }
     std::optional<std::int64_t> End() const { return m_end; }

@@ -68,6 +68,50 @@ std::vector<float> RenderAll(SoundShaper& shaper, std::size_t atMost)
     return heard;
 }
 
+// A sound played with changes, each at the frame reached and with a crossfade of ten milliseconds.
+class Performance {
+public:
+    Performance(SoundDecoder& sound, std::int64_t start, SoundShape shape)
+        : m_segments{{0.0, static_cast<double>(start), shape.speed}}
+    {
+        m_shaper.Start(sound, start, shape);
+    }
+
+    std::vector<float> Render(std::size_t frames)
+    {
+        std::vector<float> piece = RenderAll(m_shaper, frames);
+        heard.insert(heard.end(), piece.begin(), piece.end());
+        return piece;
+    }
+
+    void Change(SoundShape shape)
+    {
+        const auto now = static_cast<double>(heard.size() / 2);
+        m_segments.push_back({now, std::round(MediaAt(now)), shape.speed});
+        m_shaper.Change(std::llround(m_segments.back().media), shape, RenderAll(m_shaper, 441));
+    }
+
+    double MediaAt(double frame) const
+    {
+        auto segment = m_segments.rbegin();
+        while (segment->output > frame) {
+            ++segment;
+        }
+        return segment->media + (frame - segment->output) * segment->speed;
+    }
+
+    std::vector<float> heard;
+
+private:
+    struct Segment {
+        double output = 0.0;
+        double media = 0.0;
+        double speed = 1.0;
+    };
+    SoundShaper m_shaper;
+    std::vector<Segment> m_segments;
+};
+
 // Where bursts lie in the middle of their loudness.
 std::vector<double> BurstCentres(std::span<const float> stereo)
 {
@@ -144,27 +188,15 @@ TEST(SoundShaper, ABurstComesWhereItsFrameIsInEveryShape)
 TEST(SoundShaper, ThePlaceDoesNotDriftOverManyChanges)
 {
     MemoryDecoder sound(Bursts(40));
-    SoundShaper shaper;
-    shaper.Start(sound, 0, {});
-    std::vector<float> heard;
-    std::vector<std::pair<double, double>> segments; // output frame, media frame
-    std::vector<double> speeds;
+    Performance performance(sound, 0, {});
     for (int change = 0; change < 60; ++change) {
-        const SoundShape shape = ShapeFor(change % 5 - 2, static_cast<float>(change * 7 % 90 - 40));
-        shaper.Change(shape);
-        segments.emplace_back(heard.size() / 2, shaper.SegmentStart());
-        speeds.push_back(shape.speed);
-        const std::vector<float> piece = RenderAll(shaper, 6000);
-        heard.insert(heard.end(), piece.begin(), piece.end());
+        performance.Change(ShapeFor(change % 5 - 2, static_cast<float>(change * 7 % 90 - 40)));
+        performance.Render(6000);
     }
-    const std::vector<double> centres = BurstCentres(heard);
+    const std::vector<double> centres = BurstCentres(performance.heard);
     ASSERT_GT(centres.size(), 25U);
     for (const double centre : centres) {
-        std::size_t i = segments.size() - 1;
-        while (segments[i].first > centre) {
-            --i;
-        }
-        const double media = segments[i].second + (centre - segments[i].first) * speeds[i] - 110;
+        const double media = performance.MediaAt(centre) - 110;
         EXPECT_NEAR(std::remainder(media, kBurstEvery), 0.0, 0.008 * kRate);
     }
 }
@@ -192,30 +224,26 @@ TEST(SoundShaper, TheKeyChangesThePitchAndTheTempoDoesNot)
 TEST(SoundShaper, AChangeMakesNoClick)
 {
     MemoryDecoder sound(Sine(20 * kRate, 440.0));
-    SoundShaper shaper;
-    shaper.Start(sound, kRate, {});
-    std::vector<float> heard = RenderAll(shaper, 5000);
+    Performance performance(sound, kRate, {});
+    performance.Render(5000);
     for (const SoundShape shape : {SoundShape{3, 1.0}, SoundShape{3, 0.8}, SoundShape{0, 1.0},
                                    SoundShape{0, 1.5}, SoundShape{-10, 0.5}, SoundShape{}}) {
-        shaper.Change(shape);
-        const std::vector<float> piece = RenderAll(shaper, 9000);
-        heard.insert(heard.end(), piece.begin(), piece.end());
+        performance.Change(shape);
+        performance.Render(9000);
     }
     // A tone of 440 Hz at this level bends by 0.002, up three semitones by 0.003; a click by 0.1.
-    EXPECT_LT(SharpestBend(heard), 0.006);
+    EXPECT_LT(SharpestBend(performance.heard), 0.006);
 }
 
 TEST(SoundShaper, BackAtNeutralTheSoundPassesBitForBitAfterTheCrossfade)
 {
     const std::vector<float> noise = Noise(60'000);
     MemoryDecoder sound(noise);
-    SoundShaper shaper;
-    shaper.Start(sound, 0, {0, 0.8});
-    RenderAll(shaper, 10'000);
-    shaper.Change({});
-    EXPECT_EQ(shaper.SegmentStart(), 8000);
-    RenderAll(shaper, 441);
-    const std::vector<float> heard = RenderAll(shaper, 1000);
+    Performance performance(sound, 0, {0, 0.8});
+    performance.Render(10'000);
+    performance.Change({});
+    performance.Render(441);
+    const std::vector<float> heard = performance.Render(1000);
     EXPECT_TRUE(std::ranges::equal(heard, std::span(noise).subspan(8441 * 2, 1000 * 2)));
 }
 
@@ -272,8 +300,6 @@ TEST(SoundShaper, WithoutASoundItIsSilent)
 {
     SoundShaper shaper;
     std::vector<float> stereo(64);
-    EXPECT_EQ(shaper.Render(stereo).frames, 0);
-    shaper.Change({3, 1.0});
     EXPECT_EQ(shaper.Render(stereo).frames, 0);
 }
 

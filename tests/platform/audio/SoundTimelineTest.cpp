@@ -19,12 +19,30 @@ TEST(SoundTimeline, EachStretchBeginsAtItsFrame)
 {
     SoundTimeline timeline;
     timeline.Restart(0, 1.0);
-    timeline.Append(100, 100, 0.5);
-    timeline.Append(300, 200, 2.0);
+    timeline.Change(100, 100, 0.5);
+    timeline.Change(300, 200, 2.0);
     EXPECT_EQ(timeline.MediaAt(99), 99);
     EXPECT_EQ(timeline.MediaAt(100), 100);
     EXPECT_EQ(timeline.MediaAt(299), 199.5);
     EXPECT_EQ(timeline.MediaAt(310), 220);
+}
+
+TEST(SoundTimeline, AChangeReplacesWhatWasToComeThere)
+{
+    SoundTimeline timeline;
+    timeline.Restart(0, 1.0);
+    timeline.Change(100, 100, 0.5);
+    timeline.Change(200, 150, 2.0);
+    timeline.SetEnd(300);
+    timeline.Change(150, 125, 1.0);
+    EXPECT_EQ(timeline.End(), std::nullopt);
+    EXPECT_EQ(timeline.MediaAt(140), 120);
+    EXPECT_EQ(timeline.MediaAt(250), 225);
+    timeline.Change(0, 7, 1.0);
+    EXPECT_EQ(timeline.MediaAt(250), 257);
+    timeline.SetEnd(300);
+    timeline.Change(300, 500, 1.0);
+    EXPECT_EQ(timeline.End(), 300);
 }
 
 TEST(SoundTimeline, TheSilenceAfterTheEndDoesNotCount)
@@ -44,8 +62,8 @@ TEST(SoundTimeline, WhatIsForgottenWasHeard)
 {
     SoundTimeline timeline;
     timeline.Restart(0, 1.0);
-    timeline.Append(100, 500, 1.0);
-    timeline.Append(200, 900, 1.0);
+    timeline.Change(100, 500, 1.0);
+    timeline.Change(200, 900, 1.0);
     timeline.Forget(99.5);
     EXPECT_EQ(timeline.MediaAt(50), 50);
     timeline.Forget(150);
