@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ControlAccessibility.h"
 
-#include "OwnerDrawn.h"
+#include "Control.h"
 
 #include <QAccessible>
 
@@ -10,7 +10,7 @@ namespace {
 
 QAccessibleInterface* InterfaceFor(const QString&, QObject* object)
 {
-    auto* control = dynamic_cast<OwnerDrawn*>(object);
+    auto* control = dynamic_cast<Control*>(object);
     return control ? control->MakeAccessible() : nullptr;
 }
 

@@ -1,77 +1,18 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "OwnerDrawn.h"
 
-#include "ControlAccessibility.h"
-
-#include <QMouseEvent>
 #include <QPaintEvent>
 #include <QPainter>
 
 #include <utility>
 
 namespace lantern {
-namespace {
 
-std::int16_t ButtonBits(Qt::MouseButtons buttons)
+OwnerDrawn::OwnerDrawn(QWidget* parent, Ambient ambient) : Control(parent, std::move(ambient))
 {
-    int bits = 0;
-    bits |= buttons.testFlag(Qt::LeftButton) ? LeftButton : 0;
-    bits |= buttons.testFlag(Qt::RightButton) ? RightButton : 0;
-    bits |= buttons.testFlag(Qt::MiddleButton) ? MiddleButton : 0;
-    return static_cast<std::int16_t>(bits);
-}
-
-MouseReport ReportOf(const QMouseEvent& event, Qt::MouseButtons buttons)
-{
-    int shift = 0;
-    shift |= event.modifiers().testFlag(Qt::ShiftModifier) ? 1 : 0;
-    shift |= event.modifiers().testFlag(Qt::ControlModifier) ? 2 : 0;
-    shift |= event.modifiers().testFlag(Qt::AltModifier) ? 4 : 0;
-    return {ButtonBits(buttons), static_cast<std::int16_t>(shift),
-            static_cast<float>(event.position().x()), static_cast<float>(event.position().y())};
-}
-
-} // namespace
-
-MouseReport PressReport(const QMouseEvent& event)
-{
-    return ReportOf(event, event.button());
-}
-
-MouseReport MoveReport(const QMouseEvent& event)
-{
-    return ReportOf(event, event.buttons());
-}
-
-QCursor PointerShape(int number)
-{
-    switch (number) {
-    case 6:
-        return Qt::SizeBDiagCursor;
-    case 7:
-        return Qt::SizeVerCursor;
-    case 8:
-        return Qt::SizeFDiagCursor;
-    case 9:
-        return Qt::SizeHorCursor;
-    default:
-        return Qt::ArrowCursor;
-    }
-}
-
-OwnerDrawn::OwnerDrawn(QWidget* parent, Ambient ambient)
-    : QWidget(parent), m_ambient(std::move(ambient))
-{
-    InstallControlAccessibility();
     // The surface covers every pixel, so nothing has to be erased first.
     setAttribute(Qt::WA_OpaquePaintEvent);
     setAttribute(Qt::WA_NoSystemBackground);
-}
-
-void OwnerDrawn::SetAmbient(Ambient ambient)
-{
-    m_ambient = std::move(ambient);
-    AmbientChanged();
 }
 
 void OwnerDrawn::FitSurface()

@@ -1,100 +1,33 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "KeyCodes.h"
-#include "PropertyBag.h"
+#include "Control.h"
 #include "RetainedSurface.h"
-#include "SystemColours.h"
-
-#include <QFont>
-#include <QPointer>
-#include <QString>
-#include <QWidget>
-
-#include <cstdint>
-#include <functional>
-#include <utility>
-
-class QAccessibleInterface;
-class QMouseEvent;
 
 namespace lantern {
 
-// What a host tells a control about itself: the control's first colours and font.
-struct Ambient {
-    QFont font;
-    ColourValue backColor = SystemReference(SystemColour::ButtonFace);
-    ColourValue foreColor = SystemReference(SystemColour::ButtonText);
-    QString displayName; // of the control
-};
-
-// The mouse as the controls' events report it.
-enum MouseButtonBit : std::int16_t { LeftButton = 1, RightButton = 2, MiddleButton = 4 };
-struct MouseReport {
-    std::int16_t button = 0; // one button for a press or release; all that are held for a move
-    std::int16_t shift = 0;  // 1 Shift, 2 Ctrl, 4 Alt
-    float x = 0;             // pixels, from the left of what received the mouse
-    float y = 0;
-};
-MouseReport PressReport(const QMouseEvent& event);
-MouseReport MoveReport(const QMouseEvent& event);
-
-using MouseHandler = std::function<void(const MouseReport&)>;
-// The handler may put another key in the place of the one that it is told.
-using KeyHandler = std::function<void(KeyCode& keyCode, ShiftBits shift)>;
-
-// Pointer shapes by number: 0 default, 1 arrow, 6 to 9 the sizing arrows, 99 the host's own icon.
-QCursor PointerShape(int number);
-
 // A control that draws itself on a surface that keeps what was drawn: a change of state redraws at
-// once, and a paint event only copies. Everything runs on the user-interface thread.
-class OwnerDrawn : public QWidget {
+// once, and a paint event only copies.
+class OwnerDrawn : public Control {
 public:
     explicit OwnerDrawn(QWidget* parent, Ambient ambient = {});
 
-    // Told the key of each property that was set.
-    std::function<void(const QString& key)> PropertyChanged;
-
-    const Ambient& HostAmbient() const { return m_ambient; }
-    void SetAmbient(Ambient ambient); // runs AmbientChanged
-
     const QImage& SurfaceImage() const { return m_surface.Image(); }
-
-    // What assistive tools are told of the control, owned by the toolkit that asks for it. None:
-    // what the toolkit tells of any widget.
-    virtual QAccessibleInterface* MakeAccessible() { return nullptr; }
 
 protected:
     // The surface was made anew, because the size or the screen's ratio changed: draw all of it.
     virtual void SurfaceResized() = 0;
-    virtual void AmbientChanged() {}
 
     RetainedSurface& Surface() { return m_surface; }
+    // Makes the surface fit at once, for a control that draws before it is shown.
+    void FitSurface();
     void ShowSurface() { update(); }
-
-    // Calls the host's handler, if it has one. False if the host destroyed the control in it: then
-    // nothing of the control may be touched any more.
-    template <typename... Told, typename... Arguments>
-    [[nodiscard]] bool Raise(const std::function<void(Told...)>& event, Arguments&&... arguments)
-    {
-        if (!event)
-            return true;
-        const QPointer<QWidget> control(this);
-        const std::function<void(Told...)> handler = event; // it outlives the control
-        handler(std::forward<Arguments>(arguments)...);
-        return !control.isNull();
-    }
-    // The same, for PropertyChanged.
-    bool Report(const QString& key) { return Raise(PropertyChanged, key); }
 
     void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
     void showEvent(QShowEvent* event) override;
 
 private:
-    void FitSurface();
-
-    Ambient m_ambient;
     RetainedSurface m_surface;
 };
 
