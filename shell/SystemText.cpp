@@ -4,6 +4,9 @@
 #include "ProgramFonts.h"
 #include "SystemColours.h"
 
+#include <QPaintEvent>
+#include <QPainter>
+
 namespace lantern {
 namespace {
 
@@ -16,10 +19,17 @@ SystemText::SystemText(QWidget* parent) : QLabel(parent)
     setFont(ProgramFont(QStringLiteral("Tahoma"), kFontPixels));
     setTextFormat(Qt::PlainText);
     setAlignment(Qt::AlignHCenter | Qt::AlignTop);
-    setAutoFillBackground(true);
     setAttribute(Qt::WA_TransparentForMouseEvents);
     ApplyColours();
     hide();
+}
+
+// The background is filled here, so that the toolkit doesn't take the label for opaque and leave
+// it out when the window behind it is painted.
+void SystemText::paintEvent(QPaintEvent* event)
+{
+    QPainter(this).fillRect(event->rect(), palette().color(QPalette::Window));
+    QLabel::paintEvent(event);
 }
 
 void SystemText::SetForeColor(ColourValue colour)

@@ -16,6 +16,9 @@ public:
     void SetForeColor(ColourValue colour);
     void SetBackColor(ColourValue colour);
 
+protected:
+    void paintEvent(QPaintEvent* event) override;
+
 private:
     void ApplyColours();
 

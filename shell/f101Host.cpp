@@ -98,7 +98,7 @@ void f101::CalcMargins()
 
 void f101::MoveWindow(const TwipRect& rect)
 {
-    setGeometry(PixelsOf(rect).translated(DesktopRect().topLeft()));
+    m_fullScreen.Place(PixelsOf(rect).translated(DesktopRect().topLeft()));
 }
 
 void f101::LockWindowUpdate(bool locked)

@@ -10,19 +10,22 @@ namespace lantern {
 
 // Takes a window to the window system's full-screen state and back to its normal geometry.
 //
-// Where no window manager answers, the state changes and the geometry does not. This is looked at
-// a moment later, and the geometry then set by hand.
+// Window systems answer a change of state late, and in their own ways: where no window manager
+// runs, the geometry stays; on others, the geometry of before the full screen comes back after a
+// new one was set. Hence the geometry is looked at a moment later, and set again if need be.
 class FullScreen {
 public:
     explicit FullScreen(QWidget& window);
 
     bool IsOn() const;
     void Enter();
-    // The window has its normal geometry, or the one that is set next, when this returns.
+    // The window has its normal geometry when this returns.
     void Leave();
+    // Gives the window, which is not in full screen, another geometry.
+    void Place(const QRect& geometry);
 
 private:
-    void FillScreen();
+    void Settle();
 
     QWidget& m_window;
     QRect m_normalGeometry;

@@ -28,9 +28,11 @@ void UseDevicePixels(QPainter& painter, qreal ratio)
 
 } // namespace
 
+// It covers all of its area, but doesn't say so to the toolkit: what is known as opaque is left
+// out when the window behind it is painted anew, and some window systems lose the pixels at that
+// moment.
 PictureSurface::PictureSurface(QWidget* parent) : QWidget(parent)
 {
-    setAttribute(Qt::WA_OpaquePaintEvent);
 }
 
 void PictureSurface::FitImage()

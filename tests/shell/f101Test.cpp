@@ -4,6 +4,7 @@
 
 #include <QCloseEvent>
 #include <QElapsedTimer>
+#include <QPaintEvent>
 
 #include <gmock/gmock.h>
 
@@ -264,6 +265,32 @@ TEST_F(f101Test, ADraggedSizeKeepsTheProportions)
     Settle();
     EXPECT_EQ(window.findChild<QWidget*>(QStringLiteral("pic"))->geometry(),
               QRect(237, 25, 525, 350));
+}
+
+// Notes which part of a widget is painted.
+class PaintWatch : public QObject {
+public:
+    QRegion Painted;
+
+protected:
+    bool eventFilter(QObject*, QEvent* event) override
+    {
+        if (event->type() == QEvent::Paint)
+            Painted += static_cast<QPaintEvent*>(event)->region();
+        return false;
+    }
+};
+
+TEST_F(f101Test, AfterALockedChangeTheWholePictureIsPainted)
+{
+    Load(MakeBlueTrack());
+    auto& picture = *window.findChild<QWidget*>(QStringLiteral("pic"));
+    Settle();
+    PaintWatch watch;
+    picture.installEventFilter(&watch);
+    Press('2');
+    Settle();
+    EXPECT_EQ(watch.Painted, QRegion(picture.rect()));
 }
 
 // What goes on while a track is opened: the engine is asked for the sound's length.

@@ -66,6 +66,25 @@ TEST_F(FullScreenTest, WithoutAWindowManagerTheGeometryIsSetByHandAndTheStateSta
     EXPECT_EQ(window.geometry(), normal);
 }
 
+TEST_F(FullScreenTest, AnOldGeometryThatComesBackLateIsReplacedByTheOneThatWasSet)
+{
+    window.show();
+    QCoreApplication::processEvents();
+    const QRect old = window.geometry();
+    const QRect wanted(10, 20, 400, 300);
+    fullScreen.Enter();
+    QCoreApplication::processEvents();
+    fullScreen.Leave();
+    fullScreen.Place(wanted);
+    QCoreApplication::processEvents();
+    window.windowHandle()->setGeometry(old); // as the window system does
+    QElapsedTimer waited;
+    waited.start();
+    while (window.geometry() != wanted && waited.elapsed() < 5000)
+        QCoreApplication::processEvents(QEventLoop::AllEvents, 50);
+    EXPECT_EQ(window.geometry(), wanted);
+}
+
 TEST_F(FullScreenTest, EnteringTwiceKeepsTheNormalGeometry)
 {
     window.show();
