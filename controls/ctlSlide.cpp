@@ -1,0 +1,236 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ctlSlide.h"
+
+#include "SlideAccessible.h"
+
+#include <QKeyEvent>
+#include <QMouseEvent>
+
+#include <tuple>
+
+namespace lantern {
+namespace {
+
+constexpr int kTrackHalf = 2; // pixels above and below the middle
+constexpr int kCentreHalf = 1;
+
+} // namespace
+
+ctlSlide::ctlSlide(QWidget* parent, Ambient ambient) : OwnerDrawn(parent, std::move(ambient))
+{
+    setFocusPolicy(Qt::StrongFocus);
+    Load({});
+    resize(320, 61);
+}
+
+template <typename Self, typename Each>
+void ctlSlide::Visit(Self& self, const Each& each)
+{
+    each(QStringLiteral("MIN"), self.m_min, std::int32_t{0});
+    each(QStringLiteral("MAX"), self.m_max, std::int32_t{100});
+    each(QStringLiteral("VALUE"), self.m_value, std::int32_t{0});
+    each(QStringLiteral("ENABLED"), self.m_enabled, true);
+    each(QStringLiteral("SLIDERCOLOR"), self.m_colours[Filled], DirectColour(255, 0, 0));
+    each(QStringLiteral("SLIDERBACK"), self.m_colours[Track], DirectColour(0, 0, 255));
+    each(QStringLiteral("SLIDERBUTTON"), self.m_colours[Knob], DirectColour(255, 255, 255));
+    each(QStringLiteral("BACKCOLOR"), self.m_colours[Back], self.HostAmbient().backColor);
+    each(QStringLiteral("CENTERLINE"), self.m_centerLine, false);
+    each(QStringLiteral("CENTERLINECOLOR"), self.m_colours[Centre], DirectColour(0, 255, 0));
+}
+
+void ctlSlide::Load(const PropertyBag& bag)
+{
+    Visit(*this, [&bag](const QString& key, auto& field, const auto& missing) {
+        field = bag.Read(key, missing);
+    });
+    Redraw();
+}
+
+void ctlSlide::Save(PropertyBag& bag) const
+{
+    Visit(*this, [&bag](const QString& key, const auto& field, const auto& missing) {
+        bag.Write(key, field, missing);
+    });
+}
+
+template <typename Field>
+bool ctlSlide::Set(Field& field, const Field& value, const QString& key)
+{
+    const bool changes = field != value;
+    field = value;
+    if (!Report(key))
+        return false;
+    if (changes)
+        Redraw();
+    return true;
+}
+
+void ctlSlide::SetMin(std::int32_t min)
+{
+    Set(m_min, min, QStringLiteral("MIN"));
+}
+
+void ctlSlide::SetMax(std::int32_t max)
+{
+    Set(m_max, max, QStringLiteral("MAX"));
+}
+
+void ctlSlide::SetEnabled(bool enabled)
+{
+    const bool changes = m_enabled != enabled;
+    if (Set(m_enabled, enabled, QStringLiteral("ENABLED")) && changes)
+        TellEnabledChanged(*this);
+}
+
+void ctlSlide::SetSliderColor(ColourValue colour)
+{
+    Set(m_colours[Filled], colour, QStringLiteral("SLIDERCOLOR"));
+}
+
+void ctlSlide::SetSliderBack(ColourValue colour)
+{
+    Set(m_colours[Track], colour, QStringLiteral("SLIDERBACK"));
+}
+
+void ctlSlide::SetSliderButton(ColourValue colour)
+{
+    Set(m_colours[Knob], colour, QStringLiteral("SLIDERBUTTON"));
+}
+
+void ctlSlide::SetBackColor(ColourValue colour)
+{
+    Set(m_colours[Back], colour, QStringLiteral("BACKCOLOR"));
+}
+
+void ctlSlide::SetCenterLine(bool centerLine)
+{
+    Set(m_centerLine, centerLine, QStringLiteral("CENTERLINE"));
+}
+
+void ctlSlide::SetCenterLineColor(ColourValue colour)
+{
+    Set(m_colours[Centre], colour, QStringLiteral("CENTERLINECOLOR"));
+}
+
+void ctlSlide::SetValue(std::int32_t value)
+{
+    const std::int32_t taken = Scale().Clamp(value);
+    if (taken == m_value)
+        return;
+    m_value = taken;
+    if (!Report(QStringLiteral("VALUE")))
+        return;
+    Redraw();
+    TellValueChanged(*this);
+    std::ignore = Raise(Change);
+}
+
+void ctlSlide::SetValues(std::int32_t min, std::int32_t max, std::int32_t value)
+{
+    m_min = min;
+    m_max = max;
+    m_value = value;
+    Redraw();
+    TellValueChanged(*this);
+}
+
+void ctlSlide::ScrollTo(std::int32_t value)
+{
+    const QPointer<QWidget> control(this);
+    SetValue(value);
+    if (control)
+        std::ignore = Raise(Scroll);
+}
+
+SlideScale ctlSlide::Scale() const
+{
+    return {m_min, m_max, width()};
+}
+
+void ctlSlide::Redraw()
+{
+    const int middleX = width() / 2;
+    const int middleY = height() / 2;
+    const Box track = {0, middleY - kTrackHalf, width(), middleY + kTrackHalf};
+    Surface().Clear(Colour(Back));
+    if (m_centerLine) {
+        Surface().Fill({middleX - kCentreHalf, 0, middleX + kCentreHalf, height()}, Colour(Centre));
+    }
+    Surface().Fill(track, Colour(Track));
+    if (m_enabled && Scale().Range() > 0)
+        DrawMovable(Scale(), track.top, track.bottom);
+    ShowSurface();
+}
+
+void ctlSlide::DrawMovable(const SlideScale& scale, int trackTop, int trackBottom)
+{
+    const int left = scale.KnobLeft(m_value);
+    Surface().Fill({0, trackTop, left, trackBottom}, Colour(Filled));
+    Surface().Fill({left, 0, left + kKnobWidth, height()}, Colour(Knob));
+}
+
+void ctlSlide::FollowMouse(const MouseReport& report)
+{
+    if (m_enabled && m_dragging && report.button == LeftButton)
+        ScrollTo(Scale().ValueAt(report.x));
+}
+
+void ctlSlide::mousePressEvent(QMouseEvent* event)
+{
+    m_dragging = true;
+    FollowMouse(PressReport(*event));
+}
+
+void ctlSlide::mouseMoveEvent(QMouseEvent* event)
+{
+    FollowMouse(MoveReport(*event));
+}
+
+void ctlSlide::mouseReleaseEvent(QMouseEvent*)
+{
+    m_dragging = false;
+}
+
+void ctlSlide::ForwardKey(const KeyHandler& handler, QKeyEvent& event)
+{
+    // What the host has no handler for goes on to the window around the slider.
+    event.setAccepted(m_enabled && handler);
+    if (!event.isAccepted())
+        return;
+    KeyCode keyCode = KeyCodeOf(event);
+    std::ignore = Raise(handler, keyCode, ShiftBitsOf(event));
+}
+
+void ctlSlide::keyPressEvent(QKeyEvent* event)
+{
+    ForwardKey(KeyDown, *event);
+}
+
+void ctlSlide::keyReleaseEvent(QKeyEvent* event)
+{
+    if (!event->isAutoRepeat())
+        ForwardKey(KeyUp, *event);
+}
+
+void ctlSlide::ChangeFocus(bool hasFocus)
+{
+    m_hasFocus = hasFocus;
+    Redraw();
+}
+
+void ctlSlide::focusInEvent(QFocusEvent*)
+{
+    ChangeFocus(true);
+}
+
+void ctlSlide::focusOutEvent(QFocusEvent*)
+{
+    ChangeFocus(false);
+}
+
+QAccessibleInterface* ctlSlide::MakeAccessible()
+{
+    return new SlideAccessible(*this);
+}
+
+} // namespace lantern
