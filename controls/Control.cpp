@@ -2,6 +2,7 @@
 #include "Control.h"
 
 #include "ControlAccessibility.h"
+#include "ScreenMetrics.h"
 
 #include <QMouseEvent>
 
@@ -39,6 +40,14 @@ MouseReport PressReport(const QMouseEvent& event)
 MouseReport MoveReport(const QMouseEvent& event)
 {
     return ReportOf(event, event.buttons());
+}
+
+MouseReport InTwips(MouseReport report)
+{
+    const TwipsPerPixel twips = ScreenTwips();
+    report.x *= static_cast<float>(twips.x);
+    report.y *= static_cast<float>(twips.y);
+    return report;
 }
 
 QCursor PointerShape(int number)

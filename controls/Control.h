@@ -37,6 +37,7 @@ struct MouseReport {
 };
 MouseReport PressReport(const QMouseEvent& event);
 MouseReport MoveReport(const QMouseEvent& event);
+MouseReport InTwips(MouseReport report); // for the controls whose places are in twips
 
 using MouseHandler = std::function<void(const MouseReport&)>;
 // The handler may put another key in the place of the one that it is told.
