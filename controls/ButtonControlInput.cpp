@@ -1,0 +1,231 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// What mouse, keys, focus and the pointer's coming and going do to a button.
+#include "ButtonAccessible.h"
+#include "ButtonControl.h"
+
+#include <QApplication>
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QShortcutEvent>
+
+namespace lantern {
+namespace {
+
+constexpr int kOverIntervalMs = 3;
+// About ten times a second.
+constexpr unsigned kTicksPerQuestion = 32;
+
+// The key goes to whatever has the focus, as if it had been typed.
+void PostTab(Qt::Key key, Qt::KeyboardModifiers modifiers)
+{
+    if (QWidget* focus = QApplication::focusWidget())
+        QCoreApplication::postEvent(focus, new QKeyEvent(QEvent::KeyPress, key, modifiers));
+}
+
+} // namespace
+
+bool ButtonControl::event(QEvent* event)
+{
+    const bool isAccessKey = event->type() == QEvent::Shortcut && m_accessKey != 0 &&
+                             static_cast<QShortcutEvent*>(event)->shortcutId() == m_accessKey;
+    if (!isAccessKey)
+        return OwnerDrawn::event(event);
+    // Without a change of Value, and even while not Enabled.
+    (void)Raise(Click);
+    return true;
+}
+
+void ButtonControl::enterEvent(QEnterEvent* event)
+{
+    m_pointer.SeenAt(event->globalPosition());
+}
+
+void ButtonControl::leaveEvent(QEvent*)
+{
+    m_pointer.Left();
+}
+
+void ButtonControl::mouseMoveEvent(QMouseEvent* event)
+{
+    m_pointer.SeenAt(event->globalPosition());
+    const MouseReport report = MoveReport(*event);
+    if (!m_enabled || !Raise(MouseMove, report))
+        return;
+    if (report.button >= RightButton)
+        return;
+    if (!m_pointer.IsOver()) {
+        DrawButton(ButtonState::Normal, false);
+    } else if (report.button == LeftButton) {
+        DrawButton(ButtonState::Down, false);
+        m_mouseOver = false; // during a press; the next move without button makes it hot again
+    } else if (!m_mouseOver) {
+        BecomeHot();
+    }
+}
+
+void ButtonControl::BecomeHot()
+{
+    m_overTimer.start(kOverIntervalMs, Qt::PreciseTimer, this);
+    m_mouseOver = true;
+    DrawButton(ButtonState::Normal, true);
+    (void)Raise(MouseOver);
+}
+
+void ButtonControl::timerEvent(QTimerEvent* event)
+{
+    if (event->timerId() == m_overTimer.timerId())
+        CheckPointer();
+    else
+        OwnerDrawn::timerEvent(event);
+}
+
+void ButtonControl::CheckPointer()
+{
+    if (++m_overTicks % kTicksPerQuestion == 0)
+        m_pointer.AskWindowSystem();
+    if (m_pointer.IsOver())
+        return;
+    m_overTimer.stop();
+    m_mouseOver = false;
+    DrawButton(ButtonState::Normal, true);
+    (void)Raise(MouseOut);
+}
+
+void ButtonControl::mousePressEvent(QMouseEvent* event)
+{
+    m_pointer.SeenAt(event->globalPosition());
+    HandleMouseDown(PressReport(*event));
+}
+
+void ButtonControl::HandleMouseDown(const MouseReport& report)
+{
+    const bool isKnownButton = report.button != 0;
+    if (!isKnownButton || !m_enabled || !Raise(MouseDown, report))
+        return;
+    m_lastButton = report.button;
+    if (report.button != RightButton)
+        DrawButton(ButtonState::Down, false);
+}
+
+// The second press of a double click acts like a press; the toolkit gives the mouse to the button
+// until the release, as with any press.
+void ButtonControl::mouseDoubleClickEvent(QMouseEvent* event)
+{
+    m_pointer.SeenAt(event->globalPosition());
+    if (m_lastButton == LeftButton)
+        HandleMouseDown({LeftButton, PressReport(*event).shift, 0, 0});
+}
+
+void ButtonControl::mouseReleaseEvent(QMouseEvent* event)
+{
+    const MouseReport report = PressReport(*event);
+    const bool isKnownButton = report.button != 0;
+    if (isKnownButton && m_enabled) {
+        if (!Raise(MouseUp, report))
+            return;
+        if (report.button != RightButton)
+            DrawButton(ButtonState::Normal, false);
+    }
+    const bool isOverSurface = rect().contains(PixelAt(event->position()));
+    if (isOverSurface && event->buttons() == Qt::NoButton)
+        HandleClick();
+}
+
+void ButtonControl::HandleClick()
+{
+    if (m_lastButton == LeftButton && m_enabled)
+        ClickWithValue(true);
+}
+
+void ButtonControl::ClickWithValue(bool force)
+{
+    if (m_isCheckBox) {
+        m_value = !m_value;
+        TellCheckedChanged(*this);
+    }
+    DrawButton(ButtonState::Normal, force);
+    repaint(); // the host may be busy with the click for a while
+    (void)Raise(Click);
+}
+
+void ButtonControl::Press()
+{
+    if (m_enabled)
+        ClickWithValue(true);
+}
+
+void ButtonControl::keyPressEvent(QKeyEvent* event)
+{
+    event->ignore();
+    if (!m_enabled)
+        return;
+    const KeyCode typed = KeyCodeOf(*event);
+    KeyCode keyCode = typed;
+    if (!Raise(KeyDown, keyCode, ShiftBitsOf(*event)))
+        return;
+    m_lastKey = static_cast<std::uint8_t>(keyCode);
+    event->setAccepted(HasUseFor(keyCode) || keyCode != typed);
+    (void)RaiseKeyPress(*event);
+}
+
+bool ButtonControl::HasUseFor(KeyCode keyCode)
+{
+    switch (keyCode) {
+    case KeyCode::Blank:
+        DrawButton(ButtonState::Down, false);
+        return true;
+    case KeyCode::Left:
+    case KeyCode::Up:
+        PostTab(Qt::Key_Backtab, Qt::ShiftModifier);
+        return true;
+    case KeyCode::Right:
+    case KeyCode::Down:
+        PostTab(Qt::Key_Tab, Qt::NoModifier);
+        return true;
+    default:
+        return false;
+    }
+}
+
+// False if a handler destroyed the button.
+bool ButtonControl::RaiseKeyPress(const QKeyEvent& event)
+{
+    // Neither writes a character, though the toolkit has a text for them.
+    if (event.key() == Qt::Key_Delete || event.modifiers().testFlag(Qt::AltModifier))
+        return true;
+    const QString text = event.text();
+    for (const QChar character : text) {
+        if (m_enabled && !Raise(KeyPress, static_cast<std::int16_t>(character.unicode())))
+            return false;
+    }
+    return true;
+}
+
+void ButtonControl::keyReleaseEvent(QKeyEvent* event)
+{
+    event->ignore();
+    // A key that repeats while it is held has not been released.
+    if (!m_enabled || event->isAutoRepeat())
+        return;
+    const KeyCode typed = KeyCodeOf(*event);
+    KeyCode keyCode = typed;
+    if (!Raise(KeyUp, keyCode, ShiftBitsOf(*event)))
+        return;
+    const bool isClick =
+        keyCode == KeyCode::Blank && m_lastKey == static_cast<std::uint8_t>(KeyCode::Blank);
+    event->setAccepted(isClick || keyCode != typed);
+    if (isClick)
+        ClickWithValue(false);
+}
+
+void ButtonControl::focusInEvent(QFocusEvent*)
+{
+    DrawLastState();
+}
+
+void ButtonControl::focusOutEvent(QFocusEvent*)
+{
+    DrawLastState();
+}
+
+} // namespace lantern
