@@ -2,6 +2,7 @@
 #include "PlaybackClock.h"
 
 #include "RunToPacket.h"
+#include "TempoHold.h"
 
 #include <QScopedValueRollback>
 
@@ -39,24 +40,6 @@ std::int32_t ClipAt(const OneBasedArray<AudioClip>& clips, std::int32_t position
         --index;
     return index;
 }
-
-// Keeps the tempo neutral for a load and a seek, and hides that from the tick.
-class PlaybackClock::TempoHold {
-public:
-    TempoHold(AudioEngine& engine, bool& tempoHeld)
-        : m_held(tempoHeld, true), m_engine(engine), m_tempo(engine.GetEngineTempo())
-    {
-        m_engine.SetEngineTempo(0);
-    }
-    ~TempoHold() { m_engine.SetEngineTempo(m_tempo); }
-    TempoHold(const TempoHold&) = delete;
-    TempoHold& operator=(const TempoHold&) = delete;
-
-private:
-    QScopedValueRollback<bool> m_held;
-    AudioEngine& m_engine;
-    float m_tempo;
-};
 
 PlaybackClock::PlaybackClock(AudioEngine& engine, Track& track, PictureMemory& picture,
                              PacketInterpreter& interpreter, Painter& painter, PlaybackHost& host)

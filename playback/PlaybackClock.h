@@ -61,8 +61,6 @@ public:
     void HandleSoundDone();
 
 private:
-    class TempoHold;
-
     bool IsPlaying();
     std::int32_t LoadClip(std::int32_t index);
     void MoveSound(std::int32_t offsetMs, bool start);
