@@ -50,8 +50,9 @@ QString RealName(const QString& path)
 
 } // namespace
 
-MediaLoader::MediaLoader(Track& track, AudioEngine& engine, MediaHost& host, MediaLimits limits)
-    : m_track(track), m_engine(engine), m_host(host), m_limits(limits)
+MediaLoader::MediaLoader(Track& track, AudioEngine& engine, MediaHost& host, ZipAccess zip,
+                         MediaLimits limits)
+    : m_track(track), m_engine(engine), m_host(host), m_zip(std::move(zip)), m_limits(limits)
 {
 }
 
@@ -206,15 +207,22 @@ std::size_t MediaLoader::WriteWavHeader(std::int32_t clip, std::int32_t audioByt
     return header.size();
 }
 
-void MediaLoader::AppendPackets(std::span<const std::uint8_t> bytes)
+std::span<CdgPacket> MediaLoader::ExtendPackets(std::size_t added)
 {
     const PacketIndex oldCount = m_track.PacketCount();
     const std::size_t room = static_cast<std::size_t>(std::max(0, m_limits.packets - oldCount));
-    const std::size_t added = std::min(bytes.size() / kPacketSize, room);
-    if (added == 0)
-        return;
-    m_track.PacketStore.Resize(oldCount + static_cast<PacketIndex>(added));
-    std::memcpy(m_track.PacketStore.Data() + oldCount, bytes.data(), added * kPacketSize);
+    const std::size_t count = std::min(added, room);
+    if (count == 0)
+        return {};
+    m_track.PacketStore.Resize(oldCount + static_cast<PacketIndex>(count));
+    return std::span(m_track.PacketStore.Data() + oldCount, count);
+}
+
+void MediaLoader::AppendPackets(std::span<const std::uint8_t> bytes)
+{
+    const std::span<CdgPacket> packets = ExtendPackets(bytes.size() / kPacketSize);
+    if (!packets.empty())
+        std::memcpy(packets.data(), bytes.data(), packets.size_bytes());
 }
 
 // Gives the memory back, too; an assignment of {} would keep it.

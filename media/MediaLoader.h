@@ -2,6 +2,7 @@
 #pragma once
 
 #include "Track.h"
+#include "ZipHandler.h"
 
 #include <QString>
 
@@ -29,6 +30,15 @@ public:
     virtual void ClearPicture() = 0;
     virtual void Play(std::int32_t positionMs) = 0;
     virtual void RememberLastPlayed(const QString& path) = 0;
+    // A member of an archive is not used, or with an empty name nothing of it. A window tells its
+    // user nothing of that.
+    virtual void MemberSkipped(const QString& /*name*/, const QString& /*reason*/) {}
+};
+
+// How archives are unpacked.
+struct ZipAccess {
+    ZipHandlerFactory makeHandler;
+    QString programFolder; // handlers want a folder, though all that they unpack goes to memory
 };
 
 // What bounds the memory of a track, whatever its files say.
@@ -44,8 +54,9 @@ struct MediaLimits {
 // call. What is wrong inside a file ends in a shorter or an empty track, never in a message.
 class MediaLoader {
 public:
-    // All three are borrowed and outlive the loader.
-    MediaLoader(Track& track, AudioEngine& engine, MediaHost& host, MediaLimits limits = {});
+    // Track, engine and host are borrowed and outlive the loader.
+    MediaLoader(Track& track, AudioEngine& engine, MediaHost& host, ZipAccess zip,
+                MediaLimits limits = {});
 
     // Clears the old track, loads the path and plays it. Double quotes in the path are dropped.
     void OpenMedia(const QString& path);
@@ -69,7 +80,12 @@ private:
     void AddByExtension(const QString& path);
     void LayOutTimeline();
     void BalanceLengths();
+    // Adds that many empty packets, or as many as the limit allows, and gives them.
+    std::span<CdgPacket> ExtendPackets(std::size_t added);
     void AppendPackets(std::span<const std::uint8_t> bytes);
+    void UnzipPreprocessingFile(const QString& name, bool& exclude, ZipDestination& destination);
+    void UnzippingMemoryFile(const QString& name, std::vector<std::uint8_t> bytes);
+    std::int32_t MeasureFileBuffer();
     void EraseFileBuffer();
     // Makes the clip's data: a sound image of that many zero bytes. Gives its header's size.
     std::size_t WriteWavHeader(std::int32_t clip, std::int32_t audioBytes);
@@ -77,8 +93,11 @@ private:
     Track& m_track;
     AudioEngine& m_engine;
     MediaHost& m_host;
+    ZipAccess m_zip;
     MediaLimits m_limits;
     std::vector<std::uint8_t> m_fileBuffer; // the file or archive member last read
+    bool m_zipAudioTaken = false;           // of the archive being unpacked
+    bool m_zipCdgTaken = false;
 };
 
 } // namespace lantern

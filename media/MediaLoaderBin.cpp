@@ -1,11 +1,79 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "MediaLoader.h"
 
-namespace lantern {
+#include "Rounding.h"
+#include "WavHeader.h"
 
-// Not read yet: the track stays empty.
-void MediaLoader::AddBINFile(const QString&)
+#include <algorithm>
+#include <cstring>
+#include <utility>
+
+namespace lantern {
+namespace {
+
+// A raw sector by the disc standard: a 75th of a second of audio, then its packets.
+constexpr std::size_t kSectorsPerSecond = 75;
+constexpr std::size_t kSectorAudioBytes = kDiscBytesPerSecond / kSectorsPerSecond;
+constexpr std::size_t kSectorPackets = kPacketsPerSecond / kSectorsPerSecond;
+constexpr std::size_t kSectorPacketBytes = kSectorPackets * kPacketSize;
+constexpr std::size_t kSectorBytes = kSectorAudioBytes + kSectorPacketBytes;
+static_assert(kSectorAudioBytes == 2352 && kSectorPacketBytes == 96 && kSectorBytes == 2448);
+
+// The bytes of a stretch that are there, fewer or none beyond the end.
+template <typename Byte>
+std::span<Byte> Stretch(std::span<Byte> bytes, std::size_t offset, std::size_t size)
 {
+    const std::size_t start = std::min(offset, bytes.size());
+    return bytes.subspan(start, std::min(size, bytes.size() - start));
+}
+
+// Copies the bytes that exist on both sides.
+void Copy(std::span<const std::uint8_t> from, std::span<std::uint8_t> to)
+{
+    const std::size_t size = std::min(from.size(), to.size());
+    if (size > 0)
+        std::memcpy(to.data(), from.data(), size);
+}
+
+void SplitSectors(std::span<const std::uint8_t> sectors, std::size_t count,
+                  std::span<std::uint8_t> audio, std::span<std::uint8_t> packets)
+{
+    for (std::size_t i = 0; i < count; ++i) {
+        const auto sector = Stretch(sectors, i * kSectorBytes, kSectorBytes);
+        Copy(Stretch(sector, 0, kSectorAudioBytes),
+             Stretch(audio, i * kSectorAudioBytes, kSectorAudioBytes));
+        Copy(Stretch(sector, kSectorAudioBytes, kSectorPacketBytes),
+             Stretch(packets, i * kSectorPacketBytes, kSectorPacketBytes));
+    }
+}
+
+std::span<std::uint8_t> BytesOf(std::span<CdgPacket> packets)
+{
+    return {reinterpret_cast<std::uint8_t*>(packets.data()), packets.size_bytes()};
+}
+
+} // namespace
+
+// A last sector of which more than half is there counts as a whole one; of a smaller piece nothing
+// is copied, but the audio still has its length.
+void MediaLoader::AddBINFile(const QString& path)
+{
+    const std::size_t size = ReadBinaryFile(path);
+    if (size == 0)
+        return;
+    const double sectors = static_cast<double>(size) / kSectorBytes;
+    AudioClip clip;
+    clip.Kind = ClipKind::Data;
+    clip.LengthMs = RoundToEven(sectors / kSectorsPerSecond * 1000);
+    m_track.ClipList.Add(std::move(clip));
+    const std::size_t headerSize =
+        WriteWavHeader(m_track.ClipCount(), RoundToEven(sectors * kSectorAudioBytes));
+
+    const auto count = static_cast<std::size_t>(RoundToEven(sectors - 1) + 1);
+    const std::span<CdgPacket> packets = ExtendPackets(count * kSectorPackets);
+    SplitSectors(FileBuffer().first(size), count,
+                 std::span(m_track.ClipList[m_track.ClipCount()].Data).subspan(headerSize),
+                 BytesOf(packets));
 }
 
 } // namespace lantern

@@ -2,6 +2,7 @@
 #include "f101.h"
 
 #include "Application.h"
+#include "MakeZipHandler.h"
 #include "PlayerSettings.h"
 #include "Rounding.h"
 #include "SystemColours.h"
@@ -35,7 +36,7 @@ f101::f101(ProgramState& state, std::unique_ptr<AudioEngine> engine, ShowWarning
       m_fullScreen(*this), m_picture(m_buffers), m_display(m_picture, *this, m_clipboard),
       m_interpreter(m_picture, m_display), m_engine(std::move(engine)), m_audio(*m_engine, *this),
       m_clock(*m_engine, m_track, m_picture, m_interpreter, m_display, *this),
-      m_loader(m_track, *m_engine, *this),
+      m_loader(m_track, *m_engine, *this, {[] { return MakeZipHandler(); }, state.AppPath}),
       m_wheel(m_audio, m_track, [this](std::int32_t deltaMs) { m_clock.SkipBy(deltaMs); }),
       m_commands({*this, m_track, *m_engine, m_clock, m_display, m_audio, m_wheel}),
       m_link(state.InstanceMutex, *this)

@@ -1,15 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "MediaLoader.h"
+#include "MediaLoaderFixture.h"
 
-#include "FakeAudioEngine.h"
-#include "PathText.h"
-#include "Process.h"
-#include "WavHeader.h"
-
-#include <filesystem>
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
-#include <string>
 #include <sys/stat.h>
 
 namespace lantern {
@@ -18,105 +10,7 @@ namespace {
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
-// Writes down what is asked of it, into the same log as the engine's calls.
-class RecordingHost : public MediaHost {
-public:
-    RecordingHost(std::vector<std::string>& log, const Track& track) : m_log(log), m_track(track) {}
-
-    void SetTicker(int seconds, bool running) override
-    {
-        Record("SetTicker " + std::to_string(seconds) + (running ? " running" : " still"));
-        loadingAtTicker.push_back(m_track.MediaLoading);
-    }
-    void SetSliderValues(std::int32_t minimum, std::int32_t maximum, std::int32_t value) override
-    {
-        Record("SetSliderValues " + std::to_string(minimum) + ' ' + std::to_string(maximum) + ' ' +
-               std::to_string(value));
-    }
-    void HideMessage() override { Record("HideMessage"); }
-    void ResetView() override { Record("ResetView"); }
-    void FreeSnapshots() override { Record("FreeSnapshots"); }
-    void ResetPlayedPacket() override { Record("ResetPlayedPacket"); }
-    void ClearPicture() override { Record("ClearPicture"); }
-    void Play(std::int32_t positionMs) override
-    {
-        Record("Play " + std::to_string(positionMs));
-        clipsAtPlay = m_track.ClipCount();
-        loadingAtPlay = m_track.MediaLoading;
-    }
-    void RememberLastPlayed(const QString& path) override
-    {
-        Record("RememberLastPlayed " + path.toStdString());
-    }
-
-    std::vector<bool> loadingAtTicker;
-    std::int32_t clipsAtPlay = -1;
-    bool loadingAtPlay = false;
-
-private:
-    void Record(const std::string& call) { m_log.push_back(call); }
-
-    std::vector<std::string>& m_log;
-    const Track& m_track;
-};
-
-class MediaLoaderTest : public ::testing::Test {
-protected:
-    QString In(const std::string& name) const
-    {
-        return TextFromNative((m_folder / name).native().c_str());
-    }
-    QString Make(const std::string& name, const std::string& bytes = {})
-    {
-        test::WriteFile(m_folder / name, bytes);
-        return In(name);
-    }
-    // A file of packets that tell their own number.
-    QString MakePackets(const std::string& name, int count, int extraBytes = 0)
-    {
-        std::string bytes;
-        for (int i = 1; i <= count; ++i) {
-            std::string packet(kPacketSize, '\0');
-            packet[0] = 9;
-            packet[4] = static_cast<char>(i & 0xFF);
-            packet[5] = static_cast<char>(i >> 8);
-            bytes += packet;
-        }
-        return Make(name, bytes + std::string(static_cast<std::size_t>(extraBytes), '\xAA'));
-    }
-    QString MakeAudio(const std::string& name, std::int32_t lengthMs)
-    {
-        QString path = Make(name, "sound");
-        m_engine.FileDurations[path] = lengthMs;
-        return path;
-    }
-    std::vector<std::string> Asked() const
-    {
-        std::vector<std::string> paths;
-        for (const std::string& call : m_engine.Log) {
-            if (call.starts_with("GetFileDuration "))
-                paths.push_back(std::filesystem::path(call.substr(16)).filename());
-        }
-        return paths;
-    }
-    void ExpectSilence(const AudioClip& clip, std::int32_t lengthMs, std::size_t audioBytes)
-    {
-        EXPECT_EQ(clip.Kind, ClipKind::Data);
-        EXPECT_EQ(clip.Path, QString());
-        EXPECT_EQ(clip.LengthMs, lengthMs);
-        ASSERT_EQ(clip.Data.size(), kWavHeaderSize + audioBytes);
-        const auto header = WavHeader(static_cast<std::uint32_t>(audioBytes));
-        EXPECT_TRUE(std::equal(header.begin(), header.end(), clip.Data.begin()));
-        EXPECT_TRUE(std::all_of(clip.Data.begin() + kWavHeaderSize, clip.Data.end(),
-                                [](std::uint8_t byte) { return byte == 0; }));
-    }
-
-    test::ScratchFolder m_folder;
-    FakeAudioEngine m_engine;
-    Track m_track;
-    RecordingHost m_host{m_engine.Log, m_track};
-    MediaLoader m_loader{m_track, m_engine, m_host};
-};
+class MediaLoaderTest : public MediaLoaderFixture {};
 
 TEST_F(MediaLoaderTest, APacketFileKeepsItsPacketsAsTheyStandAndDropsATrailingPiece)
 {
@@ -422,7 +316,7 @@ TEST_F(MediaLoaderTest, AFileBeyondTheLimitCountsAsUnreadable)
 TEST_F(MediaLoaderTest, AudioBeyondThePacketLimitKeepsItsLength)
 {
     constexpr std::int32_t kLongest = std::numeric_limits<std::int32_t>::max();
-    MediaLoader loader(m_track, m_engine, m_host, {.packets = 500});
+    MediaLoader loader = LoaderWith({.packets = 500});
     loader.AddMedia(MakeAudio("a.mp3", kLongest));
     EXPECT_EQ(m_track.TotalLengthMs, kLongest);
     EXPECT_EQ(m_track.PacketCount(), 500);
@@ -435,7 +329,7 @@ TEST_F(MediaLoaderTest, AudioBeyondThePacketLimitKeepsItsLength)
 
 TEST_F(MediaLoaderTest, PacketsBeyondTheLimitAreNotStored)
 {
-    MediaLoader loader(m_track, m_engine, m_host, {.packets = 500});
+    MediaLoader loader = LoaderWith({.packets = 500});
     loader.AddMedia(MakePackets("a.cdg", 300));
     loader.AddMedia(MakePackets("b.cdg", 300));
     loader.AddMedia(MakePackets("c.cdg", 300));
@@ -457,7 +351,7 @@ TEST_F(MediaLoaderTest, AddSilenceMakesAWholeSoundImage)
 
 TEST_F(MediaLoaderTest, SilenceEndsAtItsLimit)
 {
-    MediaLoader loader(m_track, m_engine, m_host, {.silenceMs = 2000});
+    MediaLoader loader = LoaderWith({.silenceMs = 2000});
     loader.AddSilence(2001);
     ExpectSilence(m_track.ClipList[1], 2000, 352800);
     loader.AddSilence(-1);
@@ -567,7 +461,7 @@ TEST_F(OpenMediaTest, ClearMediaClosesTheSoundWhileItsMemoryIsThere)
         const Track& track;
         std::int32_t clipsAtClose = -1;
     } engine(m_track);
-    MediaLoader loader(m_track, engine, m_host);
+    MediaLoader loader(m_track, engine, m_host, m_zip);
     loader.AddSilence(1000);
     m_track.CurrentClip = 1;
     loader.ClearMedia();

@@ -19,9 +19,18 @@ QJsonObject ClipInfo(const AudioClip& clip)
     return info;
 }
 
+QJsonArray SkippedInfo(const std::vector<SkippedMember>& skipped)
+{
+    QJsonArray info;
+    for (const SkippedMember& member : skipped)
+        info.append(QJsonObject{{QStringLiteral("name"), member.name},
+                                {QStringLiteral("reason"), member.reason}});
+    return info;
+}
+
 } // namespace
 
-QByteArray TrackInfo(const Track& track)
+QByteArray TrackInfo(const Track& track, const std::vector<SkippedMember>& skipped)
 {
     QJsonArray clips;
     for (const AudioClip& clip : track.ClipList)
@@ -30,6 +39,7 @@ QByteArray TrackInfo(const Track& track)
     info[u"packets"] = track.PacketCount();
     info[u"length_ms"] = track.TotalLengthMs;
     info[u"clips"] = clips;
+    info[u"skipped"] = SkippedInfo(skipped);
     return QJsonDocument(info).toJson(QJsonDocument::Indented);
 }
 

@@ -3,10 +3,21 @@
 
 #include "Track.h"
 
+#include <QString>
+
+#include <vector>
+
 namespace lantern::tool {
+
+// A member of an archive that is no part of the track; with an empty name, the archive itself.
+struct SkippedMember {
+    QString name;
+    QString reason;
+};
 
 // Loads the track as the player would, without playing it. The result is an error message, empty
 // on success.
-[[nodiscard]] QString LoadTrack(const QString& path, Track& track);
+[[nodiscard]] QString LoadTrack(const QString& path, Track& track,
+                                std::vector<SkippedMember>& skipped);
 
 } // namespace lantern::tool

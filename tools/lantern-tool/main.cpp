@@ -20,10 +20,11 @@ constexpr char kHelpText[] =
 
 TRACK is what the player opens: a .cdg file, an audio file, a .bin or a .zip.
 
-info   prints one JSON object: packets, length_ms, and clips, each with its kind
-       ("FILE" or "DATA"), start_ms, length_ms and, where it has one, path.
-       A byte of a path that is no UTF-8 appears as \udc80 to \udcff, the escape
-       whose low byte it is.
+info   prints one JSON object: packets, length_ms, clips, each with its kind
+       ("FILE" or "DATA"), start_ms, length_ms and, where it has one, path, and
+       skipped: the members of a .zip that are no part of the track, each with
+       its name and the reason. A byte of a path or a name that is no UTF-8
+       appears as \udc80 to \udcff, the escape whose low byte it is.
 frame  writes the picture after packet N (300 packets are a second; 0 is the
        empty picture before the first, and a number beyond the last packet shows
        the last picture): the visible 288 by 192 pixels as a PNG. Several
@@ -53,11 +54,12 @@ QString Run(const Arguments& arguments)
         return Print("lantern-tool " LANTERN_VERSION "\n");
 
     Track track;
-    QString error = LoadTrack(arguments.track, track);
+    std::vector<SkippedMember> skipped;
+    QString error = LoadTrack(arguments.track, track, skipped);
     if (!error.isEmpty())
         return error;
     if (arguments.command == Command::Info)
-        return Print(TrackInfo(track));
+        return Print(TrackInfo(track, skipped));
     return WriteFrames(track, arguments.frame);
 }
 

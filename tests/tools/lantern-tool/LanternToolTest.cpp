@@ -116,17 +116,39 @@ protected:
         test::WriteFile(In(name), bytes);
         return In(name);
     }
+    // An archive of files in the folder, in that order.
+    std::string Zip(const std::string& name, const Words& words)
+    {
+        Words all = {"sh", "-c", R"(cd "$0" && exec zip -q "$@")", m_folder.Path().native(), name};
+        all.insert(all.end(), words.begin(), words.end());
+        test::OutputOf({.arguments = all});
+        return In(name);
+    }
     // Red, then a green block in the visible corner, then a blue one beside it; 10 empty packets.
-    std::string MakeBlocks()
+    static std::vector<CdgPacket> Blocks(std::size_t count = 14)
     {
         std::vector<CdgPacket> packets = {PrimaryColours(), Fill(1), Block(2, 1, 1),
                                           Block(3, 1, 2)};
-        packets.resize(14);
-        return Make("blocks.cdg", Bytes(packets));
+        packets.resize(count);
+        return packets;
     }
+    std::string MakeBlocks() { return Make("blocks.cdg", Bytes(Blocks())); }
 
     test::ScratchFolder m_folder;
 };
+
+// Sectors as a disc has them: silence, with four packets behind each of its stretches.
+std::string Sectors(const std::vector<CdgPacket>& packets)
+{
+    constexpr std::size_t kSilentBytes = 2352;
+    std::string sectors;
+    for (std::size_t i = 0; i + 4 <= packets.size(); i += 4) {
+        sectors += std::string(kSilentBytes, '\0');
+        sectors += Bytes({packets.begin() + static_cast<std::ptrdiff_t>(i),
+                          packets.begin() + static_cast<std::ptrdiff_t>(i + 4)});
+    }
+    return sectors;
+}
 
 constexpr QRgb kBlack = 0xFF000000;
 constexpr QRgb kRed = 0xFFFF0000;
@@ -191,6 +213,62 @@ TEST_F(LanternToolTest, BytesOfAPathThatAreNoTextAppearAsEscapes)
     const Result result = Run({"info", audio});
     EXPECT_EQ(result.code, 0);
     EXPECT_THAT(result.output, HasSubstr("/\\udce9 \xC3\xA9 \\\"\\n\\udcff.wav\""));
+}
+
+TEST_F(LanternToolTest, AllFourFormsOfATrackAreTheSame)
+{
+    Make("a.cdg", Bytes(Blocks(300)));
+    Make("a.wav", SilentWav(44100));
+    Make("b.bin", Sectors(Blocks(300)));
+    Zip("c.zip", {"a.wav", "a.cdg"});
+    for (const char* name : {"a.cdg", "a.wav", "b.bin", "c.zip"}) {
+        const QJsonObject info = Info(In(name));
+        EXPECT_EQ(info[u"packets"].toInt(), 300) << name;
+        EXPECT_EQ(info[u"length_ms"].toInt(), 1000) << name;
+        EXPECT_EQ(info[u"clips"].toArray().size(), 1) << name;
+        EXPECT_EQ(info[u"skipped"], QJsonArray()) << name;
+        ExpectBlocks(Frame(In(name), "3"), kGreen, kRed, kRed);
+        ExpectBlocks(Frame(In(name), "300"), kGreen, kBlue, kRed);
+    }
+}
+
+TEST_F(LanternToolTest, SoundInAnArchiveIsAsLongAsBesideThePackets)
+{
+    const std::string wav = Make("a.wav", SilentWav(100'000));
+    const std::vector<Words> encoders = {
+        {"flac", "--silent", "-f", wav, "-o", In("b.flac")},
+        {"lame", "--quiet", "--abr", "100", wav, In("b.mp3")},
+        {"oggenc", "-Q", "-o", In("b.ogg"), wav},
+        {"ffmpeg", "-v", "error", "-i", wav, In("b.mp4")},
+    };
+    for (const Words& encoder : encoders)
+        test::OutputOf({.arguments = encoder});
+    for (const char* name : {"b.flac", "b.mp3", "b.ogg", "b.mp4"}) {
+        const QJsonObject file = Info(In(name));
+        const QJsonObject member = Info(Zip(std::string(name) + ".zip", {name}));
+        EXPECT_NEAR(file[u"length_ms"].toInt(), 2268, 60) << name;
+        EXPECT_EQ(member[u"length_ms"], file[u"length_ms"]) << name;
+        EXPECT_EQ(member[u"packets"], file[u"packets"]) << name;
+    }
+}
+
+TEST_F(LanternToolTest, InfoTellsWhyAMemberIsNoPartOfTheTrack)
+{
+    Make("a.cdg", Bytes(Blocks(300)));
+    Make("\xE9.cdg", "another");
+    Make("a.mp3", "no sound at all");
+    Make("read me.txt", "text");
+    const std::string zip = Zip("a.zip", {"a.cdg", "\xE9.cdg", "a.mp3", "read me.txt"});
+    const auto skipped = [](const char16_t* name, const char* reason) {
+        return QJsonObject{{QStringLiteral("name"), QString::fromUtf16(name)},
+                           {QStringLiteral("reason"), QString::fromUtf8(reason)}};
+    };
+    const QJsonArray found = Info(zip)[u"skipped"].toArray();
+    ASSERT_EQ(found.size(), 3);
+    EXPECT_EQ(found[0][u"reason"], QStringLiteral("another one of its kind comes before it"));
+    EXPECT_EQ(found[1].toObject(), skipped(u"a.mp3", "no usable sound"));
+    EXPECT_EQ(found[2].toObject(), skipped(u"read me.txt", "not of the types asked for"));
+    EXPECT_THAT(Run({"info", zip}).output, HasSubstr("\"\\udce9.cdg\""));
 }
 
 TEST_F(LanternToolTest, AFrameIsTheVisiblePictureAfterThePacket)
@@ -342,8 +420,33 @@ TEST_F(LanternToolTest, ABadFileIsOneLine)
     ExpectFailure({"info", Make("a.mp3", "no sound at all")}, "Nothing to play: " + In("a.mp3"));
     ExpectFailure({"info", Make("b.cdg", "")}, "Nothing to play: " + In("b.cdg"));
     ExpectFailure({"info", In("\xFF\n\x1B.cdg")}, "File not found: " + In("\xFF??.cdg"));
-    ASSERT_EQ(mkfifo(In("fifo.wav").c_str(), 0600), 0);
-    ExpectFailure({"info", In("fifo.wav")}, "Nothing to play: " + In("fifo.wav"));
+    for (const char* name : {"fifo.wav", "fifo.bin"}) {
+        ASSERT_EQ(mkfifo(In(name).c_str(), 0600), 0);
+        ExpectFailure({"info", In(name)}, "Nothing to play: " + In(name));
+    }
+}
+
+TEST_F(LanternToolTest, AnArchiveWithNothingToPlayTellsWhyInOneLine)
+{
+    const std::string none = Make("none.zip", "no archive");
+    ExpectFailure({"info", none}, "Nothing to play: " + none + " (Not a zip archive)");
+    ASSERT_EQ(mkfifo(In("fifo.zip").c_str(), 0600), 0);
+    ExpectFailure({"info", In("fifo.zip")},
+                  "Nothing to play: " + In("fifo.zip") + " (not a readable file)");
+
+    Make("a\nb.cdg", "");
+    Make("c.mp3", "no sound");
+    const std::string zip = Zip("a.zip", {"a\nb.cdg", "c.mp3"});
+    ExpectFailure({"frame", zip, "--packet", "1", "--out", In("f")},
+                  "Nothing to play: " + zip + " (a?b.cdg: empty; c.mp3: no usable sound)");
+
+    Words many;
+    for (int i = 0; i < 9; ++i) {
+        many.push_back(std::to_string(i));
+        Make(many.back(), "x");
+    }
+    EXPECT_THAT(Run({"info", Zip("many.zip", many)}).error,
+                ::testing::EndsWith("4: not of the types asked for; ...)\n"));
 }
 
 TEST_F(LanternToolTest, AnOutputThatCannotBeWrittenIsOneLine)
