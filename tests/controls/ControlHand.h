@@ -45,12 +45,15 @@ private:
     Qt::KeyboardModifiers m_modifiers;
 };
 
-// What the control shows at a pixel of the layout, whatever the ratio of the screen.
-inline QRgb ShownAt(const OwnerDrawn& control, int x, int y)
+// What a picture of a control shows at a pixel of the layout, whatever the ratio of the screen.
+inline QRgb ShownAt(const QImage& image, int x, int y)
 {
-    const QImage& image = control.SurfaceImage();
     const double ratio = image.devicePixelRatio();
     return image.pixel(static_cast<int>((x + 0.5) * ratio), static_cast<int>((y + 0.5) * ratio));
+}
+inline QRgb ShownAt(const OwnerDrawn& control, int x, int y)
+{
+    return ShownAt(control.SurfaceImage(), x, y);
 }
 
 } // namespace lantern
