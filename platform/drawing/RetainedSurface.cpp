@@ -183,4 +183,30 @@ Box RetainedSurface::MeasureText(const QString& text, const Box& box, TextFlags 
     return {box.left, box.top, box.left + bounds.width(), box.top + bounds.height()};
 }
 
+void RetainedSurface::Print(const QString& text, QPoint place, const QFont& font, QRgb colour)
+{
+    if (m_image.isNull() || text.isEmpty())
+        return;
+    QPainter painter(&m_image);
+    painter.setFont(font);
+    painter.setPen(QColor::fromRgb(colour));
+    painter.drawText(place + QPoint(0, QFontMetrics(font).ascent()), text);
+}
+
+void RetainedSurface::PrintOpaque(const QString& text, QPoint place, const QFont& font, QRgb colour,
+                                  QRgb background)
+{
+    if (text.isEmpty())
+        return;
+    const QSize size = PrintedSize(text, font);
+    Fill({place.x(), place.y(), place.x() + size.width(), place.y() + size.height()}, background);
+    Print(text, place, font, colour);
+}
+
+QSize RetainedSurface::PrintedSize(const QString& text, const QFont& font)
+{
+    const QFontMetrics metrics(font);
+    return {metrics.horizontalAdvance(text), metrics.height()};
+}
+
 } // namespace lantern

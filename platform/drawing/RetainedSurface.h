@@ -83,6 +83,14 @@ public:
     // The box shrunk, at its right and bottom, to the text as DrawText would set it.
     static Box MeasureText(const QString& text, const Box& box, TextFlags flags, const QFont& font);
 
+    // One line as it stands, ampersands too, its top left corner at a place in pixels. The opaque
+    // one hides what lies behind the line.
+    void Print(const QString& text, QPoint place, const QFont& font, QRgb colour);
+    void PrintOpaque(const QString& text, QPoint place, const QFont& font, QRgb colour,
+                     QRgb background);
+    // An empty line is as high as any.
+    static QSize PrintedSize(const QString& text, const QFont& font);
+
 private:
     QPoint DevicePixel(int x, int y) const;
 

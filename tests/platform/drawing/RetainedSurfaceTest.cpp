@@ -5,6 +5,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 namespace lantern {
 namespace {
 
@@ -220,6 +222,39 @@ TEST_F(RetainedSurfaceTest, DrawingOnNoImageDoesNothing)
     none.DrawText(QStringLiteral("x"), {0, 0, 5, 5}, TextLeft, Font(), kRed);
     none.DrawEdge({0, 0, 5, 5}, EdgeRaisedOuter, EdgeAllSides);
     EXPECT_TRUE(none.IsEmpty());
+}
+
+TEST_F(RetainedSurfaceTest, APrintedLineStandsAsItIsAtItsPlace)
+{
+    const QString text = QStringLiteral("&");
+    const QSize size = RetainedSurface::PrintedSize(text, Font());
+    EXPECT_EQ(size.width(), QFontMetrics(Font()).horizontalAdvance(text));
+    m_surface.Clear(kBlue);
+    m_surface.Print(text, QPoint(3, -2), Font(), kRed);
+    EXPECT_LT(Count(kBlue), 200 - 8); // it is shown
+    EXPECT_GT(Count(kBlue), 200 - size.width() * size.height());
+    for (int y = 0; y < 10; ++y) {
+        EXPECT_EQ(At(2, y), kBlue);
+        EXPECT_EQ(At(4 + size.width(), y), kBlue);
+    }
+}
+
+TEST_F(RetainedSurfaceTest, AnOpaqueLineHidesWhatLiesBehindIt)
+{
+    m_surface.Clear(kBlue);
+    const QString blanks = QStringLiteral("  ");
+    const QSize size = RetainedSurface::PrintedSize(blanks, Font());
+    m_surface.PrintOpaque(blanks, QPoint(2, 1), Font(), kRed, kBlack);
+    EXPECT_EQ(Count(kBlack), size.width() * std::min(size.height(), 9));
+    m_surface.Clear(kBlue);
+    m_surface.PrintOpaque(QString(), QPoint(2, 1), Font(), kRed, kBlack);
+    EXPECT_EQ(Count(kBlue), 200);
+}
+
+TEST_F(RetainedSurfaceTest, AnEmptyLineIsAsHighAsAny)
+{
+    EXPECT_EQ(RetainedSurface::PrintedSize(QString(), Font()),
+              QSize(0, RetainedSurface::PrintedSize(QStringLiteral("x"), Font()).height()));
 }
 
 } // namespace
