@@ -9,10 +9,11 @@ namespace lantern {
 
 // How a picture is painted with one of its colours left out.
 struct MaskedPaint {
-    std::optional<QRgb> mask;   // the colour that is left out; none paints the whole block
-    std::optional<QRgb> colour; // paints everything in one colour; none keeps the picture's own
-    bool isMonochrome = false;  // with a colour: leaves light pixels out
-    QRgb iconGround = 0;        // what an icon lies on, which shows where it is transparent
+    std::optional<QRgb> mask = {}; // the colour that is left out; none paints the whole block
+    std::optional<QRgb> colour =
+        {};                    // paints everything in one colour; none keeps the picture's own
+    bool isMonochrome = false; // with a colour: leaves light pixels out
+    QRgb iconGround = 0;       // what an icon lies on, which shows where it is transparent
 };
 
 // What becomes of a pixel of the target under an opaque pixel of the picture.

@@ -83,7 +83,8 @@ protected:
 
     ButtonTest()
     {
-        window.setGeometry(100, 100, 300, 200);
+        // At any other place the offscreen platform scales the pointer's way to the window.
+        window.setGeometry(0, 0, 300, 200);
         button = new Probe<Button>(&window);
         button->setGeometry(40, 30, 60, 24);
         LogEvents(*button);

@@ -1,0 +1,87 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ButtonFixture.h"
+
+#include <QAccessible>
+
+namespace lantern {
+namespace {
+
+template <typename Button>
+class ButtonAccessibility : public ButtonTest<Button> {
+protected:
+    QAccessibleInterface& Known() { return *QAccessible::queryAccessibleInterface(this->button); }
+    QAccessibleActionInterface& Actions() { return *Known().actionInterface(); }
+};
+TYPED_TEST_SUITE(ButtonAccessibility, BothButtons);
+
+TYPED_TEST(ButtonAccessibility, ItIsAButtonOrACheckBox)
+{
+    EXPECT_EQ(this->Known().role(), QAccessible::Button);
+    this->button->SetIsCheckBox(true);
+    EXPECT_EQ(this->Known().role(), QAccessible::CheckBox);
+    EXPECT_TRUE(this->Known().state().checkable);
+}
+
+TYPED_TEST(ButtonAccessibility, ItsNameIsItsCaptionOrElseItsToolTip)
+{
+    this->button->SetCaption(QString());
+    this->button->setToolTip(QStringLiteral("Play (P)"));
+    EXPECT_EQ(this->Known().text(QAccessible::Name), QStringLiteral("Play (P)"));
+    this->button->SetCaption(QStringLiteral("&Play"));
+    EXPECT_EQ(this->Known().text(QAccessible::Name), QStringLiteral("Play"));
+    EXPECT_EQ(this->Known().text(QAccessible::Accelerator), QStringLiteral("Alt+P"));
+    this->button->setAccessibleName(QStringLiteral("Start"));
+    EXPECT_EQ(this->Known().text(QAccessible::Name), QStringLiteral("Start"));
+}
+
+TYPED_TEST(ButtonAccessibility, ItsStateIsTold)
+{
+    EXPECT_FALSE(this->Known().state().disabled);
+    EXPECT_TRUE(this->Known().state().focusable);
+    this->MoveTo(this->kInside);
+    this->Press(this->kInside);
+    EXPECT_TRUE(this->Known().state().pressed);
+    this->Release(this->kInside);
+    EXPECT_FALSE(this->Known().state().pressed);
+    this->button->SetIsCheckBox(true);
+    this->button->SetValue(true);
+    EXPECT_TRUE(this->Known().state().checked);
+    EXPECT_FALSE(this->Known().state().pressed);
+    this->button->SetIsCheckBox(false);
+    EXPECT_FALSE(this->Known().state().checked);
+    this->button->SetEnabled(false);
+    EXPECT_TRUE(this->Known().state().disabled);
+}
+
+TYPED_TEST(ButtonAccessibility, ItCanBePressedAndToggled)
+{
+    EXPECT_EQ(this->Actions().actionNames().first(), QAccessibleActionInterface::pressAction());
+    this->Actions().doAction(QAccessibleActionInterface::pressAction());
+    EXPECT_EQ(this->Logged(), Log{"Click"});
+    this->button->SetIsCheckBox(true);
+    this->Logged();
+    EXPECT_EQ(this->Actions().actionNames().first(), QAccessibleActionInterface::toggleAction());
+    this->Actions().doAction(QAccessibleActionInterface::toggleAction());
+    EXPECT_EQ(this->Logged(), Log{"Click"});
+    EXPECT_TRUE(this->button->Value());
+}
+
+TYPED_TEST(ButtonAccessibility, DisabledItOffersNoPress)
+{
+    this->button->SetEnabled(false);
+    this->Logged();
+    EXPECT_FALSE(this->Actions().actionNames().contains(QAccessibleActionInterface::pressAction()));
+    this->Actions().doAction(QAccessibleActionInterface::pressAction());
+    EXPECT_EQ(this->Logged(), Log{});
+}
+
+TYPED_TEST(ButtonAccessibility, ThePressMayDestroyTheButton)
+{
+    const QPointer<QWidget> alive(this->button);
+    this->button->Click = [this] { delete std::exchange(this->button, nullptr); };
+    this->Actions().doAction(QAccessibleActionInterface::pressAction());
+    EXPECT_TRUE(alive.isNull());
+}
+
+} // namespace
+} // namespace lantern
