@@ -9,7 +9,7 @@ namespace {
 // How a state looks: the four differ in brightness and in what becomes of the plate, so that they
 // are told apart without colour too.
 struct ButtonStyle {
-    ButtonState state;
+    FaceState state;
     const char* glyph;
     const char* shade; // of the parts that stand back
     const char* outline;
@@ -17,10 +17,10 @@ struct ButtonStyle {
 };
 
 constexpr std::array kButtonStyles{
-    ButtonStyle{ButtonState::Normal, "#ffab08", "#a36d05", "none", "none"},
-    ButtonStyle{ButtonState::Down, "#000000", "#5c3e03", "#ffab08", "#ffab08"},
-    ButtonStyle{ButtonState::Over, "#ffd584", "#d89107", "#bf8006", "#3d2902"},
-    ButtonStyle{ButtonState::Disabled, "#59503f", "#3d372b", "none", "none"},
+    ButtonStyle{FaceState::Normal, "#ffab08", "#a36d05", "none", "none"},
+    ButtonStyle{FaceState::Down, "#000000", "#5c3e03", "#ffab08", "#ffab08"},
+    ButtonStyle{FaceState::Over, "#ffd584", "#d89107", "#bf8006", "#3d2902"},
+    ButtonStyle{FaceState::Disabled, "#59503f", "#3d372b", "none", "none"},
 };
 
 // Both tables are looked into by number.
@@ -35,7 +35,7 @@ constexpr bool InOrder(const Table& table, Key key)
 static_assert(InOrder(kButtonDrawings, &ButtonDrawing::face));
 static_assert(InOrder(kButtonStyles, &ButtonStyle::state));
 
-const ButtonStyle& StyleOf(ButtonState state)
+const ButtonStyle& StyleOf(FaceState state)
 {
     return kButtonStyles[static_cast<std::size_t>(state)];
 }
@@ -68,12 +68,12 @@ QByteArray ReadDrawing(std::string_view name)
 
 } // namespace
 
-PictureReference ButtonPicture(ButtonFace face, ButtonState state)
+PictureReference ButtonPicture(ButtonFace face, FaceState state)
 {
     const ButtonDrawing& drawing = kButtonDrawings[static_cast<std::size_t>(face)];
     const ButtonStyle& style = StyleOf(state);
-    const ButtonStyle& drawn = StyleOf(ButtonState::Normal);
-    const bool turns = state == ButtonState::Down && !drawing.downName.empty();
+    const ButtonStyle& drawn = StyleOf(FaceState::Normal);
+    const bool turns = state == FaceState::Down && !drawing.downName.empty();
     QByteArray svg = ReadDrawing(turns ? drawing.downName : drawing.name);
     svg.replace(drawn.glyph, style.glyph);
     svg.replace(drawn.shade, style.shade);

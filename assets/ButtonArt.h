@@ -45,10 +45,10 @@ enum class ButtonFace {
     CustomSpeed,
 };
 
-enum class ButtonState { Normal, Down, Over, Disabled };
+enum class FaceState { Normal, Down, Over, Disabled };
 
-inline constexpr std::array kButtonStates{ButtonState::Normal, ButtonState::Down, ButtonState::Over,
-                                          ButtonState::Disabled};
+inline constexpr std::array kFaceStates{FaceState::Normal, FaceState::Down, FaceState::Over,
+                                        FaceState::Disabled};
 
 // The part of a button that a state fills or outlines, in pixels of the layout. Low ones
 // have no room for an outline.
@@ -118,6 +118,6 @@ inline constexpr std::array kButtonDrawings{
 };
 
 // The picture of a button's face in a state, opaque on black. Made anew by each call.
-PictureReference ButtonPicture(ButtonFace face, ButtonState state);
+PictureReference ButtonPicture(ButtonFace face, FaceState state);
 
 } // namespace lantern

@@ -19,7 +19,7 @@ constexpr QRgb kOrange = qRgb(255, 171, 8);
 constexpr QRgb kShade = qRgb(163, 109, 5);
 constexpr std::array kRatios{1, 2, 3};
 
-QImage Drawn(ButtonFace face, ButtonState state, int ratio = 1)
+QImage Drawn(ButtonFace face, FaceState state, int ratio = 1)
 {
     const PictureReference picture = ButtonPicture(face, state);
     return picture ? picture->ImageAt(ratio) : QImage();
@@ -63,7 +63,7 @@ bool IsGreyOrOrange(QRgb pixel)
     return spread > 0 && place >= 45 && place <= 80;
 }
 
-std::string Named(const ButtonDrawing& drawing, ButtonState state)
+std::string Named(const ButtonDrawing& drawing, FaceState state)
 {
     return std::string(drawing.name) + ", state " + std::to_string(static_cast<int>(state));
 }
@@ -85,7 +85,7 @@ QString ContentsOf(const QString& path)
 
 TEST(ButtonArt, TheSizesAreThoseOfTheButtons)
 {
-    const auto size = [](ButtonFace face) { return Drawn(face, ButtonState::Normal).size(); };
+    const auto size = [](ButtonFace face) { return Drawn(face, FaceState::Normal).size(); };
     for (int face = static_cast<int>(ButtonFace::Open);
          face <= static_cast<int>(ButtonFace::ReturnToOptions); ++face)
         EXPECT_EQ(size(static_cast<ButtonFace>(face)), QSize(24, 24)) << face;
@@ -110,7 +110,7 @@ TEST(ButtonArt, TheSizesAreThoseOfTheButtons)
 TEST(ButtonArt, EveryStateIsDrawnInTheSizeOfItsFaceAndOpaque)
 {
     for (const ButtonDrawing& drawing : kButtonDrawings) {
-        for (const ButtonState state : kButtonStates) {
+        for (const FaceState state : kFaceStates) {
             for (const int ratio : kRatios) {
                 SCOPED_TRACE(Named(drawing, state));
                 const QImage image = Drawn(drawing.face, state, ratio);
@@ -124,8 +124,8 @@ TEST(ButtonArt, EveryStateIsDrawnInTheSizeOfItsFaceAndOpaque)
 TEST(ButtonArt, StatesAreToldApartWithoutColour)
 {
     for (const ButtonDrawing& drawing : kButtonDrawings) {
-        for (const ButtonState one : kButtonStates) {
-            for (const ButtonState other : kButtonStates) {
+        for (const FaceState one : kFaceStates) {
+            for (const FaceState other : kFaceStates) {
                 if (one >= other)
                     continue;
                 SCOPED_TRACE(Named(drawing, one) + " and " + Named(drawing, other));
@@ -142,15 +142,15 @@ TEST(ButtonArt, NoTwoFacesLookTheSame)
 {
     for (const ButtonDrawing& one : kButtonDrawings)
         for (const ButtonDrawing& other : kButtonDrawings)
-            EXPECT_TRUE(one.face == other.face || Drawn(one.face, ButtonState::Normal) !=
-                                                      Drawn(other.face, ButtonState::Normal))
+            EXPECT_TRUE(one.face == other.face ||
+                        Drawn(one.face, FaceState::Normal) != Drawn(other.face, FaceState::Normal))
                 << one.name << " and " << other.name;
 }
 
 TEST(ButtonArt, NothingButOrangeGreysAndBlack)
 {
     for (const ButtonDrawing& drawing : kButtonDrawings)
-        for (const ButtonState state : kButtonStates)
+        for (const FaceState state : kFaceStates)
             ForEachPixel(Drawn(drawing.face, state), [&](int x, int y, QRgb pixel) {
                 EXPECT_TRUE(IsGreyOrOrange(pixel)) << Named(drawing, state) << " at " << x << ", "
                                                    << y << ": " << std::hex << pixel;
@@ -186,7 +186,7 @@ TEST(ButtonArt, FacesOfStraightLinesHaveNoHalfCoveredPixel)
           ButtonFace::FullScreen, ButtonFace::RestoreScreen, ButtonFace::Larger,
           ButtonFace::Smaller, ButtonFace::Size4})
         for (const int ratio : kRatios)
-            ForEachPixel(Drawn(face, ButtonState::Normal, ratio), [&](int x, int y, QRgb pixel) {
+            ForEachPixel(Drawn(face, FaceState::Normal, ratio), [&](int x, int y, QRgb pixel) {
                 EXPECT_TRUE(pixel == kBlack || pixel == kOrange || pixel == kShade)
                     << static_cast<int>(face) << " at " << x << ", " << y << ": " << std::hex
                     << pixel;
@@ -198,7 +198,7 @@ TEST(ButtonArt, ThePressedPlateHasSharpSides)
     for (const ButtonDrawing& drawing : kButtonDrawings) {
         for (const int ratio : kRatios) {
             SCOPED_TRACE(drawing.name);
-            const QImage image = Drawn(drawing.face, ButtonState::Down, ratio);
+            const QImage image = Drawn(drawing.face, FaceState::Down, ratio);
             const ButtonPlate& plate = drawing.plate;
             const int left = plate.left * ratio;
             const int right = (plate.left + plate.width) * ratio - 1;
@@ -220,12 +220,12 @@ TEST(ButtonArt, SkipButtonsKeepTheirArrowInTheFiveOuterColumns)
 {
     const auto lit = [](QRgb pixel) { return pixel != kBlack; };
     for (const ButtonFace face : {ButtonFace::Back10Seconds, ButtonFace::Back60Seconds}) {
-        const QImage image = Drawn(face, ButtonState::Normal);
+        const QImage image = Drawn(face, FaceState::Normal);
         EXPECT_GE(CountInColumns(image, 0, 5, lit), 12);
         EXPECT_EQ(CountInColumns(image, 5, 6, lit), 0);
     }
     for (const ButtonFace face : {ButtonFace::Forward10Seconds, ButtonFace::Forward60Seconds}) {
-        const QImage image = Drawn(face, ButtonState::Normal);
+        const QImage image = Drawn(face, FaceState::Normal);
         EXPECT_GE(CountInColumns(image, 13, 18, lit), 12);
         EXPECT_EQ(CountInColumns(image, 12, 13, lit), 0);
     }
@@ -236,7 +236,7 @@ TEST(ButtonArt, WheelButtonsLeaveTheirFirstAndLastRowBlack)
 {
     for (int face = static_cast<int>(ButtonFace::WheelBalance);
          face <= static_cast<int>(ButtonFace::WheelTrack); ++face)
-        for (const ButtonState state : kButtonStates)
+        for (const FaceState state : kFaceStates)
             ForEachPixel(Drawn(static_cast<ButtonFace>(face), state), [&](int, int y, QRgb pixel) {
                 EXPECT_TRUE((y > 0 && y < 9) || pixel == kBlack) << face;
             });
