@@ -13,6 +13,7 @@
 #include "PictureMemory.h"
 #include "PictureSurface.h"
 #include "PlaybackClock.h"
+#include "SystemColours.h"
 #include "SystemText.h"
 #include "Track.h"
 #include "VirtualBuffers.h"
@@ -142,7 +143,8 @@ private:
     SystemText m_systemText;
     FullScreen m_fullScreen;
     ImageClipboard m_clipboard;
-    ColourValue m_backColor = 0;
+    // Differs from every border colour, so that the first paint colours all surroundings.
+    ColourValue m_backColor = SystemReference(SystemColour::ButtonFace);
     std::int32_t m_marginX = 0;
 
     Track m_track;

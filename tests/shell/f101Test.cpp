@@ -89,6 +89,17 @@ TEST_F(f101Test, ATrackPlaysAndThePictureFollowsTheSound)
     EXPECT_EQ(Message().ForeColor(), 0xFF5500u) << "the opposite of the border's";
 }
 
+TEST_F(f101Test, AMessageOnABlackBorderIsWhiteOnBlack)
+{
+    Load();
+    Press('V');
+    Settle();
+    const QImage shown = window.grab().toImage();
+    const QRect line = Message().geometry();
+    EXPECT_EQ(shown.pixel(line.left() + 2, line.center().y()), 0xFF000000u);
+    EXPECT_EQ(Message().ForeColor(), 0xFFFFFFu);
+}
+
 TEST_F(f101Test, TheTimerTicksByItself)
 {
     Load(MakeBlueTrack());
