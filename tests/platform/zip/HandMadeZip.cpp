@@ -12,7 +12,7 @@ constexpr std::uint16_t kStored = 0;
 constexpr std::uint16_t kDeflated = 8;
 constexpr std::uint16_t kMadeByUnix = 3 << 8;
 
-void Put(std::string& bytes, std::uint32_t value, int size)
+void Put(std::string& bytes, std::uint64_t value, int size)
 {
     for (int i = 0; i < size; ++i)
         bytes += static_cast<char>(value >> (8 * i));
@@ -32,6 +32,8 @@ std::uint32_t Crc32(std::string_view bytes)
 // The compressed bytes without what Qt (the size) and zlib (header and checksum) put around them.
 std::string Deflated(const std::string& bytes)
 {
+    if (bytes.empty()) // for which Qt leaves out everything
+        return {3, 0};
     constexpr qsizetype kBefore = 4 + 2;
     constexpr qsizetype kBehind = 4;
     const QByteArray compressed = qCompress(QByteArray::fromStdString(bytes), 9);
