@@ -190,7 +190,7 @@ private:
     template <typename Value>
     void Set(const char* operation, Value& field, Value value)
     {
-        Log.push_back(operation + QString::number(value).toStdString());
+        Log.push_back(operation + QString::number(static_cast<double>(value)).toStdString());
         field = value;
     }
 };

@@ -1,0 +1,17 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "MediaLoader.h"
+
+// There is no window to keep in step with the track.
+class NoWindow : public lantern::MediaHost {
+    void SetTicker(int, bool) override {}
+    void SetSliderValues(std::int32_t, std::int32_t, std::int32_t) override {}
+    void HideMessage() override {}
+    void ResetView() override {}
+    void FreeSnapshots() override {}
+    void ResetPlayedPacket() override {}
+    void ClearPicture() override {}
+    void Play(std::int32_t) override {}
+    void RememberLastPlayed(const QString&) override {}
+};
