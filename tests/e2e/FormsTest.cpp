@@ -1,0 +1,129 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "Journey.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace lantern::test {
+namespace {
+
+constexpr std::size_t kWavHeaderBytes = 44; // of the demo song's sound
+constexpr std::size_t kSectorAudioBytes = 2352;
+constexpr std::size_t kSectorPacketBytes = 96;
+constexpr Clock::duration kListening = 4s;
+constexpr std::size_t kComparedFrames = 3 * Recording::kRate;
+constexpr float kAudible = 0.01F;
+constexpr float kSampleStep = 1.0F / 32768.0F;
+
+// The interleaved 16-bit samples.
+std::vector<float> SamplesOf(const std::string& wav)
+{
+    std::vector<float> stereo;
+    for (std::size_t i = kWavHeaderBytes; i + 1 < wav.size(); i += 2) {
+        const auto low = static_cast<std::uint8_t>(wav[i]);
+        stereo.push_back(static_cast<float>(wav[i + 1] * 256 + low) * kSampleStep);
+    }
+    return stereo;
+}
+
+std::size_t FirstAudibleFrame(const std::vector<float>& stereo)
+{
+    const auto first =
+        std::ranges::find_if(stereo, [](float sample) { return std::abs(sample) > kAudible; });
+    return static_cast<std::size_t>(first - stereo.begin()) / 2;
+}
+
+// The largest difference of two stretches of sound.
+float Difference(const std::vector<float>& a, std::size_t aFrame, const std::vector<float>& b,
+                 std::size_t bFrame, std::size_t frames)
+{
+    if (2 * (aFrame + frames) > a.size() || 2 * (bFrame + frames) > b.size())
+        return 2.0F;
+    float largest = 0.0F;
+    for (std::size_t i = 0; i < 2 * frames; ++i)
+        largest = std::max(largest, std::abs(a[2 * aFrame + i] - b[2 * bFrame + i]));
+    return largest;
+}
+
+class Forms : public Journey {
+protected:
+    // The demo song as a disc has it, its last sector filled up with nothing.
+    std::filesystem::path WriteBin() const
+    {
+        std::string audio = ReadFile(folder / "demo.wav").substr(kWavHeaderBytes);
+        std::string packets = ReadFile(folder / "demo.cdg");
+        const std::size_t sectors = (packets.size() + kSectorPacketBytes - 1) / kSectorPacketBytes;
+        audio.resize(sectors * kSectorAudioBytes);
+        packets.resize(sectors * kSectorPacketBytes);
+        std::string bytes;
+        for (std::size_t i = 0; i < sectors; ++i) {
+            bytes += audio.substr(i * kSectorAudioBytes, kSectorAudioBytes);
+            bytes += packets.substr(i * kSectorPacketBytes, kSectorPacketBytes);
+        }
+        WriteFile(folder / "bin/disc.bin", bytes);
+        return folder / "bin/disc.bin";
+    }
+
+    std::vector<std::filesystem::path> WriteForms() const
+    {
+        for (const char* name : {"demo.cdg", "demo.wav"})
+            std::filesystem::copy(std::filesystem::path(LANTERN_DEMO_FOLDER) / name, folder / name);
+        std::filesystem::create_directory(folder / "bin");
+        OutputOf({.arguments = {"zip", "-q", "-j", (folder / "song.zip").string(),
+                                (folder / "demo.wav").string(), (folder / "demo.cdg").string()}});
+        return {folder / "demo.cdg", WriteBin(), folder / "song.zip"};
+    }
+
+    // The pictures at some packets, there and back again.
+    std::vector<std::string> Pictures(const std::filesystem::path& track) const
+    {
+        const std::vector<std::string> packets = {"1", "300", "4500", "18000", "9000", "3001"};
+        std::string list;
+        for (const std::string& packet : packets)
+            list += (list.empty() ? "" : ",") + packet;
+        const std::string out = (folder / "frame%d").string();
+        OutputOf({.arguments = {LANTERN_TOOL_PATH, "frame", track.string(), "--packet", list,
+                                "--raw", "--out", out}});
+        std::vector<std::string> pictures;
+        for (const std::string& packet : packets) {
+            pictures.push_back(ReadFile(folder / ("frame" + packet)) +
+                               ReadFile(folder / ("frame" + packet + ".colours")));
+        }
+        return pictures;
+    }
+
+    // What the player lets hear of a track from its start.
+    std::vector<float> Sound(const std::filesystem::path& track)
+    {
+        const std::size_t before = ears.Heard().stereo.size();
+        StartPlayer({track.string()});
+        EXPECT_TRUE(AwaitSound(10s));
+        std::this_thread::sleep_for(kListening);
+        std::vector<float> heard = ears.Heard().stereo;
+        heard.erase(heard.begin(), heard.begin() + static_cast<std::ptrdiff_t>(before));
+        Leave();
+        EXPECT_TRUE(AwaitSilence());
+        return heard;
+    }
+};
+
+TEST_F(Forms, ASongLooksAndSoundsTheSameInEveryForm)
+{
+    const std::vector<std::filesystem::path> forms = WriteForms();
+    const std::vector<float> song = SamplesOf(ReadFile(folder / "demo.wav"));
+    const std::size_t songStart = FirstAudibleFrame(song);
+    const std::vector<std::string> pictures = Pictures(forms[0]);
+    for (std::size_t i = 1; i < pictures.size(); ++i)
+        EXPECT_NE(pictures[i], pictures[i - 1]);
+
+    for (const std::filesystem::path& form : forms) {
+        EXPECT_EQ(Pictures(form), pictures) << form;
+        const std::vector<float> heard = Sound(form);
+        EXPECT_LE(Difference(heard, FirstAudibleFrame(heard), song, songStart, kComparedFrames),
+                  kSampleStep)
+            << form;
+    }
+}
+
+} // namespace
+} // namespace lantern::test
