@@ -48,6 +48,7 @@ EnvironmentChanges PlayerHome::Environment() const
             {"XDG_RUNTIME_DIR", (m_folder / "runtime").string()},
             {"appdata", (m_folder / "appdata").string()},
             {"LC_ALL", "C.UTF-8"},
+            {"LSAN_OPTIONS", "print_suppressions=0:suppressions=" LANTERN_LEAKS_FILE},
             {"DBUS_SESSION_BUS_ADDRESS", std::nullopt}};
 }
 
