@@ -2,6 +2,7 @@
 #include "MediaLoader.h"
 
 #include "AudioEngine.h"
+#include "Blanks.h"
 #include "MediaTypes.h"
 #include "NativeFile.h"
 #include "PathHelpers.h"
@@ -19,20 +20,8 @@ namespace lantern {
 namespace {
 
 constexpr std::size_t kReadPieceBytes = 1000 * kPacketSize;
-
-// Other blanks than the space may belong to the file's name.
-QString WithoutQuotesAndOuterSpaces(const QString& text)
-{
-    QString bare = text;
-    bare.remove(u'"');
-    qsizetype start = 0;
-    qsizetype end = bare.size();
-    while (start < end && bare[start] == u' ')
-        ++start;
-    while (end > start && bare[end - 1] == u' ')
-        --end;
-    return bare.sliced(start, end - start);
-}
+static_assert(std::int64_t{MediaLimits().silenceMs} * kDiscBytesPerSecond / 1000 <=
+              std::numeric_limits<std::int32_t>::max());
 
 std::int32_t SumOfLengths(std::int32_t totalMs, std::int32_t lengthMs)
 {
@@ -60,7 +49,7 @@ void MediaLoader::OpenMedia(const QString& path)
 {
     m_track.MediaLoading = true;
     m_host.SetTicker(-1, false);
-    const QString wanted = WithoutQuotesAndOuterSpaces(path);
+    const QString wanted = TrimBlanks(QString(path).remove(u'"'));
     ClearMedia();
     m_track.CurrentMedia = wanted;
     // The message ends here: the screen simply stays cleared.
@@ -200,10 +189,10 @@ void MediaLoader::AddSilence(std::int32_t lengthMs)
 
 std::size_t MediaLoader::WriteWavHeader(std::int32_t clip, std::int32_t audioBytes)
 {
-    std::vector<std::uint8_t>& data = m_track.ClipList[clip].Data;
     const auto header = WavHeader(static_cast<std::uint32_t>(audioBytes));
-    data.assign(header.size() + static_cast<std::size_t>(audioBytes), 0);
-    std::copy(header.begin(), header.end(), data.begin());
+    SoundImage& data = m_track.ClipList[clip].Data;
+    data = SoundImage::OfZeros(header.size() + static_cast<std::size_t>(audioBytes));
+    std::ranges::copy(header, data.Bytes().begin());
     return header.size();
 }
 

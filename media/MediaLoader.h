@@ -45,8 +45,9 @@ struct ZipAccess {
 struct MediaLimits {
     std::int64_t fileBytes = std::int64_t{1} << 30;          // a larger file counts as unreadable
     std::int32_t packets = 24 * 60 * 60 * kPacketsPerSecond; // those of a day
-    // Longer than any disc (99 minutes and 59 seconds), and a gigabyte of zeros already.
-    std::int32_t silenceMs = 100 * 60 * 1000;
+    // Twice as long as any disc (99 minutes and 59 seconds), and about as long as the header of a
+    // sound image can tell. It costs no memory.
+    std::int32_t silenceMs = 200 * 60 * 1000;
 };
 
 // Turns a path into the loaded track: sorts it by extension, fills the packets and the clips from

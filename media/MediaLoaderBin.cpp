@@ -72,7 +72,7 @@ void MediaLoader::AddBINFile(const QString& path)
     const auto count = static_cast<std::size_t>(RoundToEven(sectors - 1) + 1);
     const std::span<CdgPacket> packets = ExtendPackets(count * kSectorPackets);
     SplitSectors(FileBuffer().first(size), count,
-                 std::span(m_track.ClipList[m_track.ClipCount()].Data).subspan(headerSize),
+                 m_track.ClipList[m_track.ClipCount()].Data.Bytes().subspan(headerSize),
                  BytesOf(packets));
 }
 

@@ -69,7 +69,7 @@ void MediaLoader::UnzippingMemoryFile(const QString& name, std::vector<std::uint
         m_host.MemberSkipped(name, QStringLiteral("no usable sound"));
         return;
     }
-    clip.Data = std::move(m_fileBuffer);
+    clip.Data = SoundImage(std::move(m_fileBuffer));
     m_track.ClipList.Add(std::move(clip));
 }
 

@@ -109,7 +109,7 @@ std::int32_t PlaybackClock::LoadClip(std::int32_t index)
     m_track.CurrentClip = index;
     const AudioClip& clip = m_track.ClipList[index];
     return clip.Kind == ClipKind::File ? m_engine.LoadFile(clip.Path)
-                                       : m_engine.LoadMemory(clip.Data);
+                                       : m_engine.LoadMemory(clip.Data.Bytes());
 }
 
 void PlaybackClock::MoveSound(std::int32_t offsetMs, bool start)

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "SoundImage.h"
+
 #include <QString>
 
 #include <array>
@@ -69,8 +71,8 @@ struct AudioClip {
     ClipKind Kind = ClipKind::File;
     QString Path; // of the audio file, for File
     std::int32_t LengthMs = 0;
-    std::int32_t StartMs = 0;       // where the clip begins on the track's timeline
-    std::vector<std::uint8_t> Data; // a whole sound image, for Data
+    std::int32_t StartMs = 0; // where the clip begins on the track's timeline
+    SoundImage Data;          // a whole sound, for Data
 };
 
 struct Track {

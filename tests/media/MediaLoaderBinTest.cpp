@@ -39,7 +39,7 @@ protected:
             const std::size_t sector = i / kSectorBytes;
             const std::size_t at = i % kSectorBytes;
             const std::uint8_t byte =
-                at < kAudioBytes ? Clip().Data.at(kWavHeaderSize + sector * kAudioBytes + at)
+                at < kAudioBytes ? Clip().Data.Bytes()[kWavHeaderSize + sector * kAudioBytes + at]
                                  : PacketByte(sector * 4 * kPacketSize + at - kAudioBytes);
             wrong += byte == ByteAt(i) ? 0 : 1;
         }
@@ -54,7 +54,7 @@ protected:
     std::vector<std::uint8_t> AudioFrom(std::size_t offset) const
     {
         const auto start = static_cast<std::ptrdiff_t>(kWavHeaderSize + offset);
-        return {Clip().Data.begin() + start, Clip().Data.end()};
+        return {Clip().Data.Bytes().begin() + start, Clip().Data.Bytes().end()};
     }
 };
 
@@ -66,9 +66,9 @@ TEST_F(MediaLoaderBinTest, OneSectorIsAClipAndFourPackets)
     EXPECT_EQ(Clip().Path, QString());
     EXPECT_EQ(Clip().LengthMs, 13);
     EXPECT_EQ(Clip().StartMs, 0);
-    EXPECT_EQ(Clip().Data.size(), 2398U);
+    EXPECT_EQ(Clip().Data.Bytes().size(), 2398U);
     const auto header = WavHeader(kAudioBytes);
-    EXPECT_TRUE(std::equal(header.begin(), header.end(), Clip().Data.begin()));
+    EXPECT_TRUE(std::equal(header.begin(), header.end(), Clip().Data.Bytes().begin()));
     EXPECT_EQ(m_track.PacketCount(), 4);
     EXPECT_EQ(m_track.TotalLengthMs, 13);
     ExpectSectors(1);
@@ -80,7 +80,7 @@ TEST_F(MediaLoaderBinTest, ASecondIsSeventyFiveSectors)
     m_loader.AddMedia(MakeBin(183600));
     ASSERT_EQ(m_track.ClipCount(), 1);
     EXPECT_EQ(Clip().LengthMs, 1000);
-    EXPECT_EQ(Clip().Data.size(), kWavHeaderSize + 176400);
+    EXPECT_EQ(Clip().Data.Bytes().size(), kWavHeaderSize + 176400);
     EXPECT_EQ(m_track.PacketCount(), 300);
     ExpectSectors(75);
 }
@@ -98,7 +98,7 @@ TEST_F(MediaLoaderBinTest, WholeSectorsNeedNoBalance)
 TEST_F(MediaLoaderBinTest, TheClipIsASoundThatDecodes)
 {
     m_loader.AddMedia(MakeBin(183600));
-    const auto sound = SoundDecoder::OpenMemory(Clip().Data);
+    const auto sound = SoundDecoder::OpenMemory(Clip().Data.Bytes());
     ASSERT_TRUE(sound);
     EXPECT_EQ(sound->SampleRate(), 44100);
     EXPECT_EQ(sound->FrameCount(), 44100);
@@ -109,7 +109,7 @@ TEST_F(MediaLoaderBinTest, ASectorThatLacksAByteCountsAsWhole)
     m_loader.AddMedia(MakeBin(kSectorBytes - 1));
     ASSERT_EQ(m_track.ClipCount(), 1);
     EXPECT_EQ(Clip().LengthMs, 13);
-    EXPECT_EQ(Clip().Data.size(), kWavHeaderSize + 2351); // 2351.04
+    EXPECT_EQ(Clip().Data.Bytes().size(), kWavHeaderSize + 2351); // 2351.04
     EXPECT_EQ(m_track.PacketCount(), 4);
     EXPECT_EQ(PacketByte(94), ByteAt(kSectorBytes - 2));
     EXPECT_EQ(PacketByte(95), 0);
@@ -121,8 +121,8 @@ TEST_F(MediaLoaderBinTest, LessThanHalfASectorAtTheEndIsSilence)
     const std::size_t size = kSectorBytes + 1000;
     m_loader.AddBINFile(MakeBin(size));
     ASSERT_EQ(m_track.ClipCount(), 1);
-    EXPECT_EQ(Clip().LengthMs, 19);                       // 18.78
-    EXPECT_EQ(Clip().Data.size(), kWavHeaderSize + 3313); // 3312.78
+    EXPECT_EQ(Clip().LengthMs, 19);                               // 18.78
+    EXPECT_EQ(Clip().Data.Bytes().size(), kWavHeaderSize + 3313); // 3312.78
     EXPECT_EQ(m_track.PacketCount(), 4);
     EXPECT_THAT(AudioFrom(kAudioBytes), Each(0));
     ExpectSectors(1);
@@ -139,8 +139,9 @@ TEST_F(MediaLoaderBinTest, MoreThanHalfASectorAtTheEndIsASectorAsFarAsItGoes)
 {
     const std::size_t size = kSectorBytes + 1469;
     m_loader.AddMedia(MakeBin(size));
-    EXPECT_EQ(Clip().LengthMs, 21);                       // 21.33
-    EXPECT_EQ(Clip().Data.size(), kWavHeaderSize + 3763); // 3763.37: fewer than the file has
+    EXPECT_EQ(Clip().LengthMs, 21); // 21.33
+    EXPECT_EQ(Clip().Data.Bytes().size(),
+              kWavHeaderSize + 3763); // 3763.37: fewer than the file has
     EXPECT_EQ(AudioFrom(kAudioBytes).front(), ByteAt(kSectorBytes));
     EXPECT_EQ(AudioFrom(0).back(), ByteAt(kSectorBytes + 3762 - kAudioBytes));
     // Eight packets last longer than 21 ms.
@@ -169,7 +170,7 @@ TEST_F(MediaLoaderBinTest, EverySizeStaysInItsBounds)
         EXPECT_EQ(m_loader.AddMedia(MakeBin(size)), QString());
         const double sectors = static_cast<double>(size) / kSectorBytes;
         EXPECT_EQ(Clip().LengthMs, RoundToEven(sectors / 75 * 1000));
-        EXPECT_EQ(Clip().Data.size(),
+        EXPECT_EQ(Clip().Data.Bytes().size(),
                   kWavHeaderSize + static_cast<std::size_t>(RoundToEven(sectors * kAudioBytes)));
         EXPECT_NEAR(m_track.PacketCount(), m_track.TotalLengthMs * 0.3, 2) << size;
     }

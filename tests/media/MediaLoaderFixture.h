@@ -10,6 +10,7 @@
 
 #include <filesystem>
 #include <gtest/gtest.h>
+#include <span>
 #include <string>
 #include <utility>
 #include <vector>
@@ -108,10 +109,11 @@ protected:
         EXPECT_EQ(clip.Kind, ClipKind::Data);
         EXPECT_EQ(clip.Path, QString());
         EXPECT_EQ(clip.LengthMs, lengthMs);
-        ASSERT_EQ(clip.Data.size(), kWavHeaderSize + audioBytes);
+        const std::span<const std::uint8_t> data = clip.Data.Bytes();
+        ASSERT_EQ(data.size(), kWavHeaderSize + audioBytes);
         const auto header = WavHeader(static_cast<std::uint32_t>(audioBytes));
-        EXPECT_TRUE(std::equal(header.begin(), header.end(), clip.Data.begin()));
-        EXPECT_TRUE(std::all_of(clip.Data.begin() + kWavHeaderSize, clip.Data.end(),
+        EXPECT_TRUE(std::equal(header.begin(), header.end(), data.begin()));
+        EXPECT_TRUE(std::all_of(data.begin() + kWavHeaderSize, data.end(),
                                 [](std::uint8_t byte) { return byte == 0; }));
     }
 

@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "MediaLoaderFixture.h"
 
+#include <fstream>
 #include <gmock/gmock.h>
+#include <span>
 #include <sys/stat.h>
 
 namespace lantern {
@@ -57,7 +59,7 @@ TEST_F(MediaLoaderTest, TheFirstExtensionOfTheListFindsTheAudioBesideThePackets)
     EXPECT_EQ(m_track.ClipList[1].Kind, ClipKind::File);
     EXPECT_EQ(m_track.ClipList[1].Path, mp3);
     EXPECT_EQ(m_track.ClipList[1].LengthMs, 1000);
-    EXPECT_TRUE(m_track.ClipList[1].Data.empty());
+    EXPECT_TRUE(m_track.ClipList[1].Data.Bytes().empty());
     EXPECT_THAT(Asked(), ElementsAre("a.mp3"));
 }
 
@@ -343,10 +345,10 @@ TEST_F(MediaLoaderTest, AddSilenceMakesAWholeSoundImage)
     m_loader.AddSilence(1000);
     m_loader.AddSilence(1);
     ASSERT_EQ(m_track.ClipCount(), 2);
-    EXPECT_EQ(m_track.ClipList[1].Data.size(), 176446U);
+    EXPECT_EQ(m_track.ClipList[1].Data.Bytes().size(), 176446U);
     ExpectSilence(m_track.ClipList[1], 1000, 176400);
     ExpectSilence(m_track.ClipList[2], 1, 176);
-    EXPECT_EQ(m_track.ClipList[2].Data[4], 214);
+    EXPECT_EQ(m_track.ClipList[2].Data.Bytes()[4], 214);
 }
 
 TEST_F(MediaLoaderTest, SilenceEndsAtItsLimit)
@@ -360,6 +362,23 @@ TEST_F(MediaLoaderTest, SilenceEndsAtItsLimit)
     loader.AddMedia(MakePackets("a.cdg", 900));
     EXPECT_EQ(m_track.TotalLengthMs, 2000);
     EXPECT_EQ(m_track.PacketCount(), 900);
+}
+
+TEST_F(MediaLoaderTest, SilenceCostsNoMemory)
+{
+    const auto residentKb = [] {
+        std::ifstream status("/proc/self/status");
+        for (std::string line; std::getline(status, line);) {
+            if (line.starts_with("VmRSS:"))
+                return std::stoll(line.substr(6));
+        }
+        return 0LL;
+    };
+    const long long before = residentKb();
+    m_loader.AddSilence(MediaLimits().silenceMs);
+    EXPECT_EQ(m_track.ClipList[1].LengthMs, MediaLimits().silenceMs);
+    EXPECT_GT(before, 0);
+    EXPECT_LT(residentKb() - before, 16 * 1024);
 }
 
 TEST_F(MediaLoaderTest, TheLimitsHoldTheLongestDisc)

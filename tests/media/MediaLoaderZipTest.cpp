@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "MediaLoaderFixture.h"
 
+#include <algorithm>
 #include <gmock/gmock.h>
 #include <sys/stat.h>
 
@@ -30,7 +31,7 @@ protected:
         EXPECT_EQ(m_track.ClipCount(), 0);
         EXPECT_EQ(m_track.PacketCount(), 0);
     }
-    static std::string Text(const std::vector<std::uint8_t>& bytes)
+    static std::string Text(std::span<const std::uint8_t> bytes)
     {
         return {bytes.begin(), bytes.end()};
     }
@@ -44,7 +45,7 @@ TEST_F(MediaLoaderZipTest, TheFirstOfEachKindIsTaken)
     MakePackets("4.cdg", 200);
     EXPECT_EQ(m_loader.AddMedia(Zip({"1.mp3", "2.wav", "3.cdg", "4.cdg"})), QString());
     ASSERT_EQ(m_track.ClipCount(), 1);
-    EXPECT_EQ(Text(m_track.ClipList[1].Data), "the mp3");
+    EXPECT_EQ(Text(m_track.ClipList[1].Data.Bytes()), "the mp3");
     EXPECT_EQ(m_track.PacketCount(), 300);
     EXPECT_THAT(m_host.skipped,
                 ElementsAre(Pair("2.wav", "another one of its kind comes before it"),
@@ -56,7 +57,7 @@ TEST_F(MediaLoaderZipTest, TheOrderOfTheExtensionsPlaysNoPart)
     Make("1.mpc", "the mpc");
     Make("2.mp3", "the mp3");
     m_loader.AddMedia(Zip({"1.mpc", "2.mp3"}));
-    EXPECT_EQ(Text(m_track.ClipList[1].Data), "the mpc");
+    EXPECT_EQ(Text(m_track.ClipList[1].Data.Bytes()), "the mpc");
 }
 
 TEST_F(MediaLoaderZipTest, TheStemsNeedNotBeTheSame)
@@ -80,8 +81,8 @@ TEST_F(MediaLoaderZipTest, TheAudioIsTheMembersOwnBytes)
     EXPECT_EQ(clip.Kind, ClipKind::Data);
     EXPECT_EQ(clip.Path, QString());
     EXPECT_EQ(clip.LengthMs, 1000);
-    EXPECT_EQ(Text(clip.Data), sound);
-    EXPECT_EQ(m_engine.LoadedImage, clip.Data);
+    EXPECT_EQ(Text(clip.Data.Bytes()), sound);
+    EXPECT_TRUE(std::ranges::equal(m_engine.LoadedImage, clip.Data.Bytes()));
 }
 
 TEST_F(MediaLoaderZipTest, TheAudioIsMeasuredAtTheNeutralTempo)

@@ -283,7 +283,7 @@ TEST_F(PlaybackClockTest, PlayLoadsSeeksAndStartsAtTheNeutralTempo)
 TEST_F(PlaybackClockTest, ASoundInMemoryIsLoadedFromThere)
 {
     m_track.ClipList[1].Kind = ClipKind::Data;
-    m_track.ClipList[1].Data = {1, 2, 3};
+    m_track.ClipList[1].Data = SoundImage({1, 2, 3});
     m_clock.Play(0);
     EXPECT_THAT(m_engine.Log, Contains("LoadMemory 3"));
     EXPECT_THAT(m_engine.LoadedImage, ElementsAre(1, 2, 3));
