@@ -49,7 +49,7 @@ f101::f101(ProgramState& state, std::unique_ptr<AudioEngine> engine, ShowWarning
     m_engine->SoundDone = [this] { m_clock.HandleSoundDone(); };
     m_timer1.setTimerType(Qt::PreciseTimer);
     m_timer1.setInterval(kTickMs);
-    m_timer1.callOnTimeout(this, [this] { Tick(); });
+    m_timer1.callOnTimeout(this, [this] { UpdatePlayer(); });
     m_systemTimer.start();
 }
 
@@ -156,16 +156,6 @@ void f101::SetWheelType(std::int16_t number)
 void f101::UpdatePlayer()
 {
     m_clock.UpdatePlayer();
-}
-
-void f101::Tick()
-{
-    // A message box or dialog that a tick brings up runs the timer, too.
-    if (m_isTicking)
-        return;
-    m_isTicking = true;
-    UpdatePlayer();
-    m_isTicking = false;
 }
 
 QRect f101::PixelsOf(const TwipRect& rect) const

@@ -77,7 +77,6 @@ private:
     void OpenCommandLine();
     void Unload();
     void Layout();
-    void Tick();
     QRect PixelsOf(const TwipRect& rect) const;
 
     // DisplayHost
@@ -163,7 +162,6 @@ private:
     CommandLink m_link;
     WheelTurns m_wheelTurns;
     QTimer m_timer1;
-    bool m_isTicking = false;
     bool m_isLoaded = false;
 };
 

@@ -153,9 +153,7 @@ void f101::RefreshControls(std::int32_t, bool)
 
 void f101::ReopenLastTrack()
 {
-    // A copy: opening clears the remembered path before it is set again.
-    const QString path = m_track.CurrentMedia;
-    OpenMedia(path);
+    OpenMedia(m_track.CurrentMedia);
 }
 
 void f101::WheelMovesPosition()

@@ -116,14 +116,23 @@ TEST_F(CommandsTest, EachHeldArrowRepeatsAndOtherKeysActOncePerPress)
 {
     engine.DurationMs = 200000;
     Load(MakeTrack({}, 200));
-    window.DoKeyDown(KeyCode::Right, 0);
-    window.DoKeyDown(KeyCode::Right, 0);
-    EXPECT_EQ(engine.PositionMs, 20000);
-    window.DoKeyUp(KeyCode::Right, 0);
+    const auto hold = [this](KeyCode key) {
+        window.DoKeyDown(key, 0);
+        window.DoKeyDown(key, 0);
+        window.DoKeyDown(key, 0);
+        window.DoKeyUp(key, 0);
+    };
+    hold(KeyCode::Right);
+    EXPECT_EQ(engine.PositionMs, 30000);
+    hold(KeyCode::Left);
+    EXPECT_EQ(engine.PositionMs, 0);
+    hold(KeyCode::Down);
+    EXPECT_EQ(engine.Volume, 94);
+    hold(KeyCode::Up);
+    EXPECT_EQ(engine.Volume, 100);
 
-    window.DoKeyDown(KeyCode::PageDown, 0);
-    window.DoKeyDown(KeyCode::PageDown, 0);
-    EXPECT_EQ(engine.PositionMs, 80000);
+    hold(KeyCode::PageDown);
+    EXPECT_EQ(engine.PositionMs, 60000);
 }
 
 TEST_F(CommandsTest, AHeldKeyBlocksOthersUntilAnyKeyIsReleased)

@@ -4,11 +4,15 @@
 
 #include <QCloseEvent>
 #include <QElapsedTimer>
+#include <QEventLoop>
 #include <QPaintEvent>
+#include <QTimer>
 
 #include <gmock/gmock.h>
 
 #include <algorithm>
+#include <array>
+#include <functional>
 
 namespace lantern {
 namespace {
@@ -45,7 +49,7 @@ TEST_F(f101Test, TheCaptionIsTheTitleAndTheVersion)
     EXPECT_FALSE(window.windowIcon().pixmap(16, 16).isNull());
 }
 
-TEST_F(f101Test, TheEngineStartsFirstThenTheDeviceIsChosenThenTheTrackIsOpened)
+TEST_F(f101Test, TheLoadGoesFromTheEngineOverSettingsPictureAndDeviceToTheTrack)
 {
     Load(MakeBlueTrack());
     const auto at = [this](const std::string& call) {
@@ -53,11 +57,18 @@ TEST_F(f101Test, TheEngineStartsFirstThenTheDeviceIsChosenThenTheTrackIsOpened)
                    engine.Log, [&](const std::string& line) { return line.starts_with(call); }) -
                engine.Log.begin();
     };
-    EXPECT_LT(at("EngineInit"), at("CloseSound"));
-    EXPECT_LT(at("CloseSound"), at("SelectDevice"));
-    EXPECT_LT(at("SelectDevice"), at("LoadMemory"));
-    EXPECT_LT(at("LoadMemory"), at("StartSound"));
-    EXPECT_LT(at("StartSound"), static_cast<std::ptrdiff_t>(engine.Log.size()));
+    const std::array steps = {at("EngineInit"),     at("SetEngineVolume"), at("CloseSound"),
+                              at("GetSoundStatus"), at("SelectDevice"),    at("LoadMemory"),
+                              at("StartSound")};
+    EXPECT_TRUE(std::ranges::is_sorted(steps));
+    EXPECT_LT(steps.back(), std::ssize(engine.Log));
+}
+
+TEST_F(f101Test, ADebugRunOpensNoTrackAtTheStart)
+{
+    state.DebugRun = true;
+    Load(MakeBlueTrack());
+    EXPECT_EQ(engine.Status, SoundStatus::Empty);
 }
 
 TEST_F(f101Test, ABlankCommandLineOpensNothing)
@@ -112,6 +123,18 @@ TEST_F(f101Test, TheTimerTicksByItself)
     while (middle() != 0xFF0000AAu && waited.elapsed() < 5000)
         QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
     EXPECT_EQ(middle(), 0xFF0000AAu);
+}
+
+TEST_F(f101Test, AMessageGoesAwayByItselfAfterThreeSeconds)
+{
+    Load();
+    QElapsedTimer shown;
+    shown.start();
+    Press('V');
+    while (!Status().isEmpty() && shown.elapsed() < 20000)
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    EXPECT_GE(shown.elapsed(), 3000);
+    EXPECT_EQ(Status(), QString());
 }
 
 TEST_F(f101Test, TheEndOfTheSoundStopsAndBlanks)
@@ -302,6 +325,85 @@ TEST_F(f101Test, PaintingTheWindowPaintsThePictureToo)
     window.update();
     Settle();
     EXPECT_EQ(watch.Painted, QRegion(picture.rect()));
+}
+
+TEST_F(f101Test, AWindowThatComesToTheFrontIsPaintedWhole)
+{
+    Load();
+    PaintWatch watch;
+    window.installEventFilter(&watch);
+    QEvent activation(QEvent::WindowActivate);
+    QCoreApplication::sendEvent(&window, &activation);
+    Settle();
+    EXPECT_TRUE(watch.Painted.contains(window.rect().topLeft()));
+    EXPECT_TRUE(watch.Painted.contains(window.rect().bottomRight()));
+}
+
+// An engine of which a test sees some moments.
+class WatchedEngine : public FakeAudioEngine {
+public:
+    std::function<void()> WhileStopping;
+    std::function<void()> WhileAsked;
+
+    void StopSound() override
+    {
+        FakeAudioEngine::StopSound();
+        if (WhileStopping)
+            WhileStopping();
+    }
+
+    std::int32_t GetSoundPosition() override
+    {
+        if (WhileAsked)
+            WhileAsked();
+        return FakeAudioEngine::GetSoundPosition();
+    }
+};
+
+class WatchedTest : public WindowFixture {
+protected:
+    WatchedTest() : WatchedTest(std::make_unique<WatchedEngine>()) {}
+
+    WatchedEngine& watched;
+
+private:
+    explicit WatchedTest(std::unique_ptr<WatchedEngine> made)
+        : WindowFixture(std::move(made)), watched(dynamic_cast<WatchedEngine&>(engine))
+    {
+    }
+};
+
+TEST_F(WatchedTest, TheCloseReleasesTheLockStopsTheSoundAndThenKeepsTheSettings)
+{
+    Load(MakeBlueTrack());
+    bool wasStopped = false;
+    watched.WhileStopping = [&] {
+        wasStopped = true;
+        EXPECT_FALSE(state.InstanceMutex.IsHeld());
+        EXPECT_FALSE(QFile::exists(folder.filePath(QStringLiteral("data_player.ini"))));
+    };
+    window.close();
+    EXPECT_TRUE(wasStopped);
+    EXPECT_TRUE(QFile::exists(folder.filePath(QStringLiteral("data_player.ini"))));
+}
+
+TEST_F(WatchedTest, ATickThatRunsAnEventLoopIsNotEnteredAgain)
+{
+    Load(MakeBlueTrack());
+    int depth = 0;
+    int deepest = 0;
+    int ticks = 0;
+    watched.WhileAsked = [&] {
+        deepest = std::max(deepest, ++depth);
+        ++ticks;
+        QEventLoop loop;
+        QTimer::singleShot(50, &loop, &QEventLoop::quit);
+        loop.exec();
+        --depth;
+    };
+    while (ticks < 2)
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    EXPECT_EQ(deepest, 1);
 }
 
 // What goes on while a track is opened: the engine is asked for the sound's length.
