@@ -193,8 +193,11 @@ void f101::resizeEvent(QResizeEvent*)
 
 void f101::changeEvent(QEvent* event)
 {
-    if (event->type() == QEvent::WindowStateChange)
-        Layout();
+    // The window system changes the state, too, and then nobody else sees to what goes with it.
+    if (event->type() == QEvent::WindowStateChange) {
+        ShowSkinner(!IsMaximised());
+        ShowToolbar(!IsMaximised());
+    }
     QWidget::changeEvent(event);
 }
 

@@ -339,6 +339,20 @@ TEST_F(f101Test, AWindowThatComesToTheFrontIsPaintedWhole)
     EXPECT_TRUE(watch.Painted.contains(window.rect().bottomRight()));
 }
 
+TEST_F(f101Test, AFullScreenThatTheWindowSystemEndsGivesThePointerBack)
+{
+    Load();
+    const auto& picture = *window.findChild<QWidget*>(QStringLiteral("pic"));
+    window.MainPopup(10);
+    ASSERT_EQ(picture.cursor().shape(), Qt::BlankCursor);
+    window.setWindowState(Qt::WindowNoState);
+    Settle();
+    EXPECT_EQ(picture.cursor().shape(), Qt::ArrowCursor);
+    window.setWindowState(Qt::WindowFullScreen);
+    Settle();
+    EXPECT_EQ(picture.cursor().shape(), Qt::BlankCursor);
+}
+
 // An engine of which a test sees some moments.
 class WatchedEngine : public FakeAudioEngine {
 public:
