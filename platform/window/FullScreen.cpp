@@ -1,9 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "FullScreen.h"
 
+#include <QGuiApplication>
 #include <QScreen>
 #include <QWidget>
 #include <QWindow>
+
+#include <algorithm>
 
 namespace lantern {
 namespace {
@@ -29,8 +32,10 @@ void FullScreen::Enter()
 {
     if (IsOn())
         return;
-    // Read while it still is the normal one: on the way back it is too late.
-    m_normalGeometry = m_window.geometry();
+    // Read while it still is the normal one: on the way back it is too late. While the window
+    // system has yet to answer, it may be that of the last full screen.
+    if (!m_settleTimer.isActive())
+        m_normalGeometry = m_window.geometry();
     m_window.setWindowState(m_window.windowState() | Qt::WindowFullScreen);
     m_settleTimer.start();
 }
@@ -43,8 +48,19 @@ void FullScreen::Leave()
         return;
     // The window system answers later; the layout needs the geometry now.
     if (m_normalGeometry.isValid())
-        Place(m_normalGeometry);
+        Place(OnSomeScreen(m_normalGeometry));
     m_settleTimer.start();
+}
+
+// A screen may have been unplugged while the window filled another one.
+QRect FullScreen::OnSomeScreen(QRect geometry) const
+{
+    const auto shows = [&](const QScreen* screen) {
+        return screen->geometry().intersects(geometry);
+    };
+    if (std::ranges::none_of(QGuiApplication::screens(), shows) && m_window.screen())
+        geometry.moveCenter(m_window.screen()->geometry().center());
+    return geometry;
 }
 
 void FullScreen::Place(const QRect& geometry)

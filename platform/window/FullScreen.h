@@ -19,12 +19,13 @@ public:
 
     bool IsOn() const;
     void Enter();
-    // The window has its normal geometry when this returns.
+    // The window has its normal geometry when this returns, moved if no screen shows it any more.
     void Leave();
     // Gives the window, which is not in full screen, another geometry.
     void Place(const QRect& geometry);
 
 private:
+    QRect OnSomeScreen(QRect geometry) const;
     void Settle();
 
     QWidget& m_window;

@@ -95,6 +95,36 @@ TEST_F(FullScreenTest, EnteringTwiceKeepsTheNormalGeometry)
     EXPECT_EQ(window.size(), QSize(320, 240));
 }
 
+TEST_F(FullScreenTest, ToggledFasterThanTheWindowSystemAnswersItKeepsTheNormalGeometry)
+{
+    window.show();
+    QCoreApplication::processEvents();
+    const QRect normal = window.geometry();
+    fullScreen.Enter();
+    QCoreApplication::processEvents();
+    fullScreen.Leave();
+    window.windowHandle()->setGeometry(window.screen()->geometry()); // of the full screen, late
+    QCoreApplication::processEvents();
+    ASSERT_NE(window.geometry(), normal);
+    fullScreen.Enter();
+    fullScreen.Leave();
+    EXPECT_EQ(window.geometry(), normal);
+}
+
+TEST_F(FullScreenTest, AWindowWhoseScreenIsGoneComesBackOnOneThatIsThere)
+{
+    window.show();
+    QCoreApplication::processEvents();
+    window.setGeometry(20000, 300, 320, 240);
+    QCoreApplication::processEvents();
+    ASSERT_GT(window.x(), 10000);
+    fullScreen.Enter();
+    QCoreApplication::processEvents();
+    fullScreen.Leave();
+    EXPECT_TRUE(window.screen()->geometry().contains(window.geometry()));
+    EXPECT_EQ(window.size(), QSize(320, 240));
+}
+
 TEST_F(FullScreenTest, LeavingANormalWindowMovesNothing)
 {
     window.show();
