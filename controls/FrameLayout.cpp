@@ -37,7 +37,6 @@ std::uint32_t EdgeLinesOf(std::int32_t border)
     return style < kEdgeLines.size() ? kEdgeLines[style] : 0;
 }
 
-// The division is one of twips: it may end between two pixels.
 int CaptionLeft(std::int32_t align, int width, int textWidth, int margin, int twips)
 {
     switch (align) {
@@ -45,8 +44,10 @@ int CaptionLeft(std::int32_t align, int width, int textWidth, int margin, int tw
         return margin;
     case AlignCaptionRight:
         return width - textWidth - margin;
-    case AlignCaptionCentre:
-        return RoundTiesToEven(static_cast<double>((width - textWidth) * twips / 2) / twips);
+    case AlignCaptionCentre: {
+        const int leftTwips = (width - textWidth) * twips / 2; // may end between two pixels
+        return RoundTiesToEven(static_cast<double>(leftTwips) / twips);
+    }
     default:
         return 0;
     }

@@ -8,6 +8,9 @@
 namespace lantern {
 namespace {
 
+constexpr float kKnobHalf = 2;
+static_assert(2 * kKnobHalf == kKnobWidth);
+
 // Ties go to the even neighbour.
 std::int32_t RoundWithin(double value, std::int32_t least, std::int32_t most)
 {
@@ -39,7 +42,7 @@ int SlideScale::KnobLeft(std::int32_t value) const
 std::int32_t SlideScale::ValueAt(float x) const
 {
     const int way = width - kKnobWidth;
-    const float left = x - kKnobWidth / 2;
+    const float left = x - kKnobHalf;
     double part = 0; // of a slider that is all knob, its only place is the start
     if (way != 0 && left >= 0)
         part = static_cast<double>(std::min(left, static_cast<float>(way))) / way;
