@@ -204,7 +204,7 @@ std::span<CdgPacket> MediaLoader::ExtendPackets(std::size_t added)
     if (count == 0)
         return {};
     m_track.PacketStore.Resize(oldCount + static_cast<PacketIndex>(count));
-    return std::span(m_track.PacketStore.Data() + oldCount, count);
+    return {m_track.PacketStore.Data() + oldCount, count};
 }
 
 void MediaLoader::AppendPackets(std::span<const std::uint8_t> bytes)

@@ -69,7 +69,8 @@ void MediaLoader::AddBINFile(const QString& path)
     const std::size_t headerSize =
         WriteWavHeader(m_track.ClipCount(), RoundToEven(sectors * kSectorAudioBytes));
 
-    const auto count = static_cast<std::size_t>(RoundToEven(sectors - 1) + 1);
+    const std::int32_t lastSector = RoundToEven(sectors - 1); // -1 for none
+    const std::size_t count = lastSector < 0 ? 0 : static_cast<std::size_t>(lastSector) + 1;
     const std::span<CdgPacket> packets = ExtendPackets(count * kSectorPackets);
     SplitSectors(FileBuffer().first(size), count,
                  m_track.ClipList[m_track.ClipCount()].Data.Bytes().subspan(headerSize),

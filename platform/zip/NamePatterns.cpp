@@ -6,6 +6,8 @@
 #include <QList>
 #include <QStringView>
 
+#include <algorithm>
+
 namespace lantern {
 namespace {
 
@@ -42,11 +44,8 @@ bool MatchesPatterns(const QString& name, const QString& patterns)
 {
     const QString lowerName = LowerCase(name);
     const QString lowerPatterns = LowerCase(patterns);
-    for (const QStringView pattern : QStringView(lowerPatterns).split(u'|')) {
-        if (Matches(lowerName, pattern))
-            return true;
-    }
-    return false;
+    const QList<QStringView> each = QStringView(lowerPatterns).split(u'|');
+    return std::ranges::any_of(each, [&](QStringView one) { return Matches(lowerName, one); });
 }
 
 } // namespace lantern

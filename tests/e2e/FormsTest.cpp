@@ -11,7 +11,7 @@ constexpr std::size_t kWavHeaderBytes = 44; // of the demo song's sound
 constexpr std::size_t kSectorAudioBytes = 2352;
 constexpr std::size_t kSectorPacketBytes = 96;
 constexpr Clock::duration kListening = 4s;
-constexpr std::size_t kComparedFrames = 3 * Recording::kRate;
+constexpr std::size_t kComparedFrames = std::size_t{3} * Recording::kRate;
 constexpr float kAudible = 0.01F;
 constexpr float kSampleStep = 1.0F / 32768.0F;
 
@@ -85,6 +85,7 @@ protected:
         OutputOf({.arguments = {LANTERN_TOOL_PATH, "frame", track.string(), "--packet", list,
                                 "--raw", "--out", out}});
         std::vector<std::string> pictures;
+        pictures.reserve(packets.size());
         for (const std::string& packet : packets) {
             pictures.push_back(ReadFile(folder / ("frame" + packet)) +
                                ReadFile(folder / ("frame" + packet + ".colours")));

@@ -119,7 +119,7 @@ protected:
 
     MediaLoader LoaderWith(const MediaLimits& limits)
     {
-        return MediaLoader(m_track, m_engine, m_host, m_zip, limits);
+        return {m_track, m_engine, m_host, m_zip, limits};
     }
 
     test::ScratchFolder m_folder;

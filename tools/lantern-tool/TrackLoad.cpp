@@ -7,7 +7,7 @@
 
 #include <QStringList>
 
-#include <ranges>
+#include <algorithm>
 
 namespace lantern::tool {
 namespace {
@@ -40,7 +40,8 @@ QString ReasonsOf(const std::vector<SkippedMember>& skipped)
 {
     constexpr std::size_t kMostReasons = 5;
     QStringList reasons;
-    for (const SkippedMember& member : skipped | std::views::take(kMostReasons)) {
+    for (std::size_t i = 0; i < std::min(skipped.size(), kMostReasons); ++i) {
+        const SkippedMember& member = skipped[i];
         const QString name = member.name.isEmpty() ? QString() : member.name + QStringLiteral(": ");
         reasons += name + member.reason;
     }

@@ -3,6 +3,7 @@
 
 #include <QByteArray>
 
+#include <ranges>
 #include <string_view>
 
 namespace lantern::test {
@@ -73,11 +74,10 @@ std::string HandMadeZip(const std::vector<HandMadeMember>& members)
 {
     std::string archive;
     std::string directory;
-    for (auto member = members.rbegin(); member != members.rend(); ++member) {
-        const std::string stored =
-            member->isDeflated ? Deflated(member->contents) : member->contents;
-        directory.insert(0, DirectoryEntry(*member, stored.size(), archive.size()));
-        archive += "PK\x03\x04" + Description(*member, stored.size()) + member->name + stored;
+    for (const HandMadeMember& member : std::views::reverse(members)) {
+        const std::string stored = member.isDeflated ? Deflated(member.contents) : member.contents;
+        directory.insert(0, DirectoryEntry(member, stored.size(), archive.size()));
+        archive += "PK\x03\x04" + Description(member, stored.size()) + member.name + stored;
     }
     std::string end = "PK\x05\x06";
     Put(end, 0, 2 + 2); // disks

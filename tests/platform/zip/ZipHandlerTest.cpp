@@ -214,6 +214,7 @@ TEST_F(ZipHandlerTest, NamesOfAnyEncodingKeepTheirBytes)
 TEST_F(ZipHandlerTest, HundredsOfMembersAreOffered)
 {
     std::vector<HandMadeMember> members;
+    members.reserve(701);
     for (int i = 0; i < 700; ++i)
         members.push_back({.name = std::to_string(i) + ".cdg", .contents = std::to_string(i)});
     members.push_back({.name = "read me.txt", .contents = "?"});
