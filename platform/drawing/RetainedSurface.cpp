@@ -17,7 +17,11 @@ QRect RectOf(const Box& box)
 
 int QtFlags(TextFlags flags)
 {
-    int result = Qt::AlignTop | Qt::TextShowMnemonic;
+    int result = Qt::AlignTop;
+    if (!(flags & TextPlain))
+        result |= Qt::TextShowMnemonic;
+    if (flags & TextSingleLine)
+        result |= Qt::TextSingleLine;
     if (flags & TextCentred)
         result |= Qt::AlignHCenter;
     else if (flags & TextRight)

@@ -32,6 +32,8 @@ enum TextFlag : std::uint32_t {
     TextCentred = 1,
     TextRight = 2,
     TextWrapped = 16, // at blanks, to the width of the box
+    TextSingleLine = 32,
+    TextPlain = 2048, // ampersands are shown as they are
 };
 using TextFlags = std::uint32_t;
 
@@ -76,8 +78,8 @@ public:
     QImage Part(int x, int y, QSize deviceSize) const;
     void DrawEdge(const Box& box, std::uint32_t edgeLines, std::uint32_t sides);
 
-    // An ampersand marks the next character as an access key: it is not shown, and the character
-    // is underlined. Two make one ampersand.
+    // Unless the text is plain, an ampersand marks the next character as an access key: it is not
+    // shown, and the character is underlined. Two make one ampersand.
     void DrawText(const QString& text, const Box& box, TextFlags flags, const QFont& font,
                   QRgb colour);
     // The box shrunk, at its right and bottom, to the text as DrawText would set it.

@@ -159,6 +159,26 @@ TEST_F(RetainedSurfaceTest, AnAmpersandMarksAnAccessKeyAndIsNotMeasured)
     EXPECT_EQ(marked, plain);
 }
 
+TEST_F(RetainedSurfaceTest, PlainTextShowsItsAmpersands)
+{
+    const auto measure = [](const char* text, TextFlags flags) {
+        return RetainedSurface::MeasureText(QString::fromLatin1(text), Box{0, 0, 200, 50}, flags,
+                                            QFont());
+    };
+    EXPECT_EQ(measure("A&B", TextPlain), measure("A&&B", TextLeft));
+    EXPECT_GT(measure("A&B", TextPlain).Width(), measure("A&B", TextLeft).Width());
+}
+
+TEST_F(RetainedSurfaceTest, ASingleLineStaysOne)
+{
+    const auto height = [](TextFlags flags) {
+        return RetainedSurface::MeasureText(QStringLiteral("A\nB"), Box{0, 0, 200, 50}, flags,
+                                            QFont())
+            .Height();
+    };
+    EXPECT_LT(height(TextSingleLine), height(TextLeft));
+}
+
 TEST_F(RetainedSurfaceTest, TextIsDrawnInItsBoxAndColour)
 {
     m_surface.Fit(QSize(60, 20), 1.0);

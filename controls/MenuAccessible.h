@@ -1,0 +1,36 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QAccessibleWidget>
+
+#include <vector>
+
+namespace lantern {
+
+class frmMenus;
+
+// An open menu as assistive tools know it: its items by their captions, each of which can be
+// pressed, and the hot one as the one with the focus.
+class MenuAccessible : public QAccessibleWidget {
+public:
+    explicit MenuAccessible(frmMenus& menu);
+    ~MenuAccessible() override;
+    MenuAccessible(const MenuAccessible&) = delete;
+    MenuAccessible& operator=(const MenuAccessible&) = delete;
+
+    int childCount() const override;
+    QAccessibleInterface* child(int index) const override;
+    int indexOfChild(const QAccessibleInterface* child) const override;
+    QAccessibleInterface* childAt(int x, int y) const override;
+    QAccessibleInterface* focusChild() const override;
+
+private:
+    frmMenus& m_menu;
+    mutable std::vector<QAccessible::Id> m_items; // as far as they were asked for
+};
+
+// To those tools, from the menu.
+void TellHotItemChanged(frmMenus& menu);
+void TellMenuShown(frmMenus& menu, bool shown);
+
+} // namespace lantern

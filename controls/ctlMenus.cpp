@@ -1,0 +1,230 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ctlMenus.h"
+
+#include "ScreenMetrics.h"
+#include "frmMenus.h"
+
+#include <QCursor>
+#include <QEventLoop>
+
+#include <algorithm>
+#include <limits>
+#include <tuple>
+#include <utility>
+
+namespace lantern {
+namespace {
+
+constexpr std::int32_t kSideTwips = 480;
+constexpr int kInsideMenu = 5; // where the pointer stands in a menu that opens at it
+
+MenuState& SharedMenuState()
+{
+    static MenuState state;
+    return state;
+}
+
+ColourValue OrOwn(ColourValue asked, ColourValue own)
+{
+    return asked == ctlMenus::kColourOfControl ? own : asked;
+}
+
+// A place far off every screen is as good as any farther one.
+int Placeable(std::int32_t pixel)
+{
+    constexpr int kFarthest = 32000;
+    return std::clamp(pixel, -kFarthest, kFarthest);
+}
+
+} // namespace
+
+ctlMenus::ctlMenus(QWidget* parent, Ambient ambient) : Control(parent, std::move(ambient))
+{
+    const TwipsPerPixel twips = ScreenTwips();
+    setFixedSize(kSideTwips / twips.x, kSideTwips / twips.y);
+    hide();
+    Load({}); // the defaults
+}
+
+void ctlMenus::setVisible(bool)
+{
+    QWidget::setVisible(false);
+}
+
+template <typename Field, typename Value>
+void ctlMenus::Set(Field& field, const Value& value, const QString& key)
+{
+    field = value;
+    Report(key);
+}
+
+void ctlMenus::SetFont(const QFont& font)
+{
+    Set(m_font, font, QStringLiteral("Font"));
+}
+
+void ctlMenus::SetEnabled(bool enabled)
+{
+    Set(m_enabled, enabled, QStringLiteral("Enabled"));
+}
+
+void ctlMenus::SetItemForeColor(ColourValue colour)
+{
+    Set(m_itemForeColor, colour, QStringLiteral("ItemForeColor"));
+}
+
+void ctlMenus::SetItemHotForeColor(ColourValue colour)
+{
+    Set(m_itemHotForeColor, colour, QStringLiteral("ItemHotForeColor"));
+}
+
+void ctlMenus::SetBackColor(ColourValue colour)
+{
+    SharedMenuState().backColor = colour;
+    Set(m_backColor, colour, QStringLiteral("BackColor"));
+}
+
+void ctlMenus::SetItemHotBackColor(ColourValue colour)
+{
+    Set(m_itemHotBackColor, colour, QStringLiteral("ItemHotBackColor"));
+}
+
+bool ctlMenus::UseIcons() const
+{
+    return SharedMenuState().useIcons;
+}
+
+void ctlMenus::SetUseIcons(bool useIcons)
+{
+    Set(SharedMenuState().useIcons, useIcons, QStringLiteral("UseIcons"));
+}
+
+bool ctlMenus::UseLeftImage() const
+{
+    return SharedMenuState().useLeftImage;
+}
+
+void ctlMenus::SetUseLeftImage(bool useLeftImage)
+{
+    Set(SharedMenuState().useLeftImage, useLeftImage, QStringLiteral("UseLeftImage"));
+}
+
+ColourValue ctlMenus::LeftPicBackColor() const
+{
+    return SharedMenuState().leftPicBackColor;
+}
+
+void ctlMenus::SetLeftPicBackColor(ColourValue colour)
+{
+    Set(SharedMenuState().leftPicBackColor, colour, QStringLiteral("LeftPicBackColor"));
+}
+
+void ctlMenus::Load(const PropertyBag& bag)
+{
+    constexpr ColourValue kFace = SystemReference(SystemColour::ButtonFace);
+    MenuState& state = SharedMenuState();
+    m_font = bag.Read(QStringLiteral("Font"), HostAmbient().font);
+    m_enabled = bag.Read(QStringLiteral("Enabled"), true);
+    m_itemForeColor =
+        bag.Read(QStringLiteral("ItemForeColor"), SystemReference(SystemColour::MenuText));
+    m_itemHotForeColor =
+        bag.Read(QStringLiteral("ItemHotForeColor"), SystemReference(SystemColour::SelectedText));
+    m_backColor = bag.Read(QStringLiteral("BackColor"), kFace);
+    state.backColor = m_backColor;
+    m_itemHotBackColor =
+        bag.Read(QStringLiteral("ItemHotBackColor"), SystemReference(SystemColour::Selection));
+    state.useIcons = bag.Read(QStringLiteral("UseIcons"), false);
+    state.useLeftImage = bag.Read(QStringLiteral("UseLeftImage"), false);
+    state.leftPicBackColor = bag.Read(QStringLiteral("LeftPicBackColor"), kFace);
+    ResetMenu();
+}
+
+void ctlMenus::Save(PropertyBag& bag) const
+{
+    bag.Write(QStringLiteral("Font"), m_font);
+    bag.Write(QStringLiteral("Enabled"), m_enabled);
+    bag.Write(QStringLiteral("ItemForeColor"), m_itemForeColor);
+    bag.Write(QStringLiteral("ItemHotForeColor"), m_itemHotForeColor);
+    bag.Write(QStringLiteral("BackColor"), m_backColor);
+    bag.Write(QStringLiteral("ItemHotBackColor"), m_itemHotBackColor);
+    bag.Write(QStringLiteral("UseIcons"), UseIcons());
+    bag.Write(QStringLiteral("UseLeftImage"), UseLeftImage());
+    bag.Write(QStringLiteral("LeftPicBackColor"), LeftPicBackColor());
+}
+
+void ctlMenus::AddItem(const QString& Caption, const QString& Key, bool Enabled,
+                       const PictureReference& Picture, ColourValue ForeColor,
+                       ColourValue HotForeColor, ColourValue HotBackColor)
+{
+    std::vector<MenuItem>& items = SharedMenuState().items;
+    if (items.size() == std::numeric_limits<std::int16_t>::max())
+        return; // an index has 16 bits
+    MenuItem item{.key = Key,
+                  .caption = Caption,
+                  .enabled = Enabled,
+                  .picture = Picture,
+                  .foreColor = OrOwn(ForeColor, m_itemForeColor),
+                  .hotForeColor = OrOwn(HotForeColor, m_itemHotForeColor),
+                  .hotBackColor = OrOwn(HotBackColor, m_itemHotBackColor)};
+    item.enabled = item.enabled && !item.IsSeparator();
+    items.push_back(std::move(item));
+}
+
+void ctlMenus::ResetMenu()
+{
+    SharedMenuState().items.clear();
+}
+
+void ctlMenus::ShowMenu(std::int32_t X, std::int32_t Y, const PictureReference& Picture)
+{
+    MenuState& state = SharedMenuState();
+    if (!state.closed)
+        return;
+    const QPointer<ctlMenus> control(this);
+    RunMenu(PlaceOfMenu(X, Y), Picture);
+    if (!control)
+        return;
+    const MenuItem* choice = state.Choice();
+    if (!choice) {
+        ResetMenu();
+        return;
+    }
+    std::int16_t index = state.hotItem;
+    QString caption = choice->caption;
+    QString key = choice->key;
+    ResetMenu();
+    std::ignore = Raise(ItemClicked, index, caption, key);
+}
+
+QPoint ctlMenus::PlaceOfMenu(std::int32_t x, std::int32_t y) const
+{
+    if (x == kAtPointer && y == kAtPointer)
+        return QCursor::pos() - QPoint(kInsideMenu, kInsideMenu);
+    return {Placeable(x), Placeable(y)};
+}
+
+void ctlMenus::RunMenu(QPoint place, const PictureReference& picture)
+{
+    MenuState& state = SharedMenuState();
+    QEventLoop loop;
+    const QPointer<frmMenus> menu = new frmMenus(window(), state);
+    menu->move(place);
+    menu->setFont(m_font);
+    state.sidePicture = picture;
+    menu->Closed = [&loop] { loop.quit(); };
+    // The owner may be destroyed while the menu is open, and the menu with it.
+    connect(menu, &QObject::destroyed, &loop, &QEventLoop::quit);
+    // Drawn before it is shown, so that nobody sees it grow.
+    menu->DrawMenu(true, true, true);
+    state.closed = false;
+    unsetCursor();
+    menu->show();
+    loop.exec();
+    if (!state.closed) { // the program ends, or the owner is gone
+        state.hotItem = MenuState::kNone;
+        state.closed = true;
+    }
+    delete menu.data();
+}
+
+} // namespace lantern
