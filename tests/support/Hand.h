@@ -27,6 +27,9 @@ public:
     void Click(Point point, unsigned button = 1);
     void DoubleClick(Point point);
     void Drag(Point from, Point to);
+    // A drag by its parts.
+    void Press(unsigned button = 1) { SetButton(button, true); }
+    void Release(unsigned button = 1) { SetButton(button, false); }
     // Notches of the wheel where the pointer is: up and away from the body is positive.
     void Wheel(int notches);
 

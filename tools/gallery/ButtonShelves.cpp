@@ -26,7 +26,7 @@ QString NameOf(const ButtonDrawing& drawing)
 
 QString Named(const QString& kind, Pose pose)
 {
-    return kind + QLatin1Char('.') + NameOf(pose).toLower();
+    return (kind + QLatin1Char('.') + NameOf(pose)).toLower();
 }
 
 // The poses side by side, each with its name above.

@@ -2,9 +2,7 @@
 #include "Gallery.h"
 
 #include "ProgramFonts.h"
-#include "ctlSlide.h"
 
-#include <QKeyEvent>
 #include <QLabel>
 
 namespace lantern {
@@ -77,22 +75,6 @@ QStringList Gallery::Places() const
     for (const Control* control : m_page.Controls())
         add(*control);
     return places;
-}
-
-// The keys that no control has a use for.
-void Gallery::keyPressEvent(QKeyEvent* event)
-{
-    if (event->key() == Qt::Key_Escape)
-        GiveUpDrags();
-    else
-        QWidget::keyPressEvent(event);
-}
-
-void Gallery::GiveUpDrags()
-{
-    for (ctlSlide* slide : findChildren<ctlSlide*>())
-        slide->CancelScroll();
-    m_page.Tell(*this, QStringLiteral("CancelScroll"));
 }
 
 void Gallery::resizeEvent(QResizeEvent*)

@@ -25,12 +25,10 @@ public:
     QStringList Places() const;
 
 protected:
-    void keyPressEvent(QKeyEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
 
 private:
     void FillShelves();
-    void GiveUpDrags();
 
     ctlSkinner m_skinner;
     GalleryPage m_page;

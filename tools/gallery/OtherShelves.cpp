@@ -45,7 +45,12 @@ void PlaceSlide(GalleryPage& page, const SlideShown& shown, QPoint place)
     };
     slide.Change = tellValue("Change");
     slide.Scroll = tellValue("Scroll");
-    slide.KeyDown = page.KeyTeller(slide, "KeyDown");
+    slide.KeyDown = [&slide, tell = page.KeyTeller(slide, "KeyDown")](KeyCode& key,
+                                                                      ShiftBits shift) {
+        tell(key, shift);
+        if (key == KeyCode::Escape)
+            slide.CancelScroll();
+    };
     slide.KeyUp = page.KeyTeller(slide, "KeyUp");
 }
 
