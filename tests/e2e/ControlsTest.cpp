@@ -267,8 +267,8 @@ TEST_F(ControlsByHand, ADragThatWasGivenUpFollowsNoMore)
 
 TEST_F(ControlsByHand, AFrameIsMovedByItsTitleBar)
 {
-    const Point title = At("frame.7.0", 80, 8);
-    const Point target{title.x - 150, title.y + 60};
+    const Point title = At("frame.7.3", 80, 8);
+    const Point target{title.x - 150, title.y - 40};
     EXPECT_TRUE(Shows(title, kTitleBar));
     hand.Drag(title, target);
     EXPECT_TRUE(Shows(target, kTitleBar));
