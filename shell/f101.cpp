@@ -2,6 +2,7 @@
 #include "f101.h"
 
 #include "Application.h"
+#include "KeyMap.h"
 #include "MakeZipHandler.h"
 #include "PlayerSettings.h"
 #include "Rounding.h"
@@ -13,6 +14,8 @@
 #include <QCoreApplication>
 #include <QKeyEvent>
 #include <QPainter>
+
+#include <algorithm>
 
 namespace lantern {
 namespace {
@@ -212,11 +215,17 @@ bool f101::event(QEvent* event)
 
 void f101::keyPressEvent(QKeyEvent* event)
 {
-    DoKeyDown(KeyCodeOf(*event), ShiftBitsOf(*event));
+    const KeyCode key = KeyCodeOf(*event);
+    // The release before an unmarked repeat has already counted as one.
+    if (m_keyRepeats.IsRepeat(*event) &&
+        std::ranges::find(kRepeatingKeys, key) == kRepeatingKeys.end())
+        return;
+    DoKeyDown(key, ShiftBitsOf(*event));
 }
 
 void f101::keyReleaseEvent(QKeyEvent* event)
 {
+    m_keyRepeats.NoteRelease(*event);
     // Some systems tell of releases while a key that repeats is still down.
     if (!event->isAutoRepeat())
         DoKeyUp(KeyCodeOf(*event), ShiftBitsOf(*event));

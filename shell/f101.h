@@ -8,6 +8,7 @@
 #include "Display.h"
 #include "FullScreen.h"
 #include "ImageClipboard.h"
+#include "KeyRepeats.h"
 #include "MediaLoader.h"
 #include "PacketInterpreter.h"
 #include "PictureMemory.h"
@@ -161,6 +162,7 @@ private:
     Commands m_commands;
     CommandLink m_link;
     WheelTurns m_wheelTurns;
+    KeyRepeats m_keyRepeats;
     QTimer m_timer1;
     bool m_isLoaded = false;
 };

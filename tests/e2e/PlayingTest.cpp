@@ -99,6 +99,20 @@ TEST_F(Playing, ArrowsAndPagesSkip)
     EXPECT_TRUE(AwaitSilence());
 }
 
+TEST_F(Playing, AHeldArrowRepeatsAndAHeldPageDoesNot)
+{
+    ASSERT_NO_FATAL_FAILURE(OpenFlashes());
+    // The keyboard repeats a held key after half a second.
+    hand.HoldKey("Right", 750ms);
+    std::this_thread::sleep_for(100ms);
+    EXPECT_GT(Position(), 15.0);
+    Keys("Page_Up", 2);
+    ASSERT_TRUE(AwaitPicture(FlashTrack::FirstPictureColour(), 1s));
+    hand.HoldKey("Page_Down", 1500ms);
+    std::this_thread::sleep_for(100ms);
+    EXPECT_NEAR(Position(), 61.0, 4.0);
+}
+
 TEST_F(Playing, TheWheelMovesAlongTheTrackAfterT)
 {
     ASSERT_NO_FATAL_FAILURE(OpenFlashes());
