@@ -88,6 +88,11 @@ bool PcmStore::AppendToFile(std::span<const std::byte> bytes)
     m_fileFailed = m_fileFailed || m_file < 0 || (checkRoom && !HasRoom(m_file));
 
     std::size_t written = 0;
+    // Silence becomes a hole in the file, which takes no room on the disk.
+    const bool silent = std::ranges::all_of(bytes, [](std::byte b) { return b == std::byte{}; });
+    if (silent && !m_fileFailed &&
+        ftruncate(m_file, static_cast<off_t>(offset + bytes.size())) == 0)
+        written = bytes.size();
     while (!m_fileFailed && written < bytes.size()) {
         const ssize_t step = pwrite(m_file, bytes.data() + written, bytes.size() - written,
                                     static_cast<off_t>(offset + written));

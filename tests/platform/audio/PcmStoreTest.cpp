@@ -5,6 +5,9 @@
 
 #include <cstdlib>
 #include <cstring>
+#include <filesystem>
+#include <string>
+#include <sys/stat.h>
 #include <thread>
 #include <vector>
 
@@ -105,6 +108,40 @@ TEST(PcmStore, AnotherThreadReadsWhatHasBeenPublishedSoFar)
     }
     writer.join();
     ExpectCounting(store, 0, kFrames);
+}
+
+// The room on the disk that our unlinked sound files take.
+std::int64_t BlocksOfSoundFiles()
+{
+    std::int64_t blocks = 0;
+    for (const auto& entry : std::filesystem::directory_iterator("/proc/self/fd")) {
+        std::error_code error;
+        const std::string name = std::filesystem::read_symlink(entry.path(), error).string();
+        struct stat status = {};
+        if (name.find("/lantern-sound-") != std::string::npos &&
+            stat(entry.path().c_str(), &status) == 0)
+            blocks += status.st_blocks;
+    }
+    return blocks;
+}
+
+TEST(PcmStore, SilenceTakesNoRoomOnTheDisk)
+{
+    PcmStore store(SampleKind::Int16, 44100, {.memorySize = 4096});
+    const std::vector<std::byte> silence(std::size_t{1} << 20);
+    for (int i = 0; i < 8; ++i)
+        EXPECT_TRUE(store.Append(silence));
+    EXPECT_EQ(store.PublishedFrames(), 8 << 18);
+    EXPECT_LT(BlocksOfSoundFiles(), 64);
+
+    // What follows it stands in its place.
+    const std::vector<std::byte> loud(4096, std::byte{0x40});
+    EXPECT_TRUE(store.Append(loud));
+    EXPECT_GT(BlocksOfSoundFiles(), 0);
+    std::vector<float> stereo(4, -1.0F);
+    EXPECT_EQ(store.Read((8 << 18) - 1, stereo), 2);
+    EXPECT_EQ(stereo[1], 0.0F);
+    EXPECT_EQ(stereo[2], 0x4040 / 32768.0F);
 }
 
 } // namespace
