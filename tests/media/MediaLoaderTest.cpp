@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "MediaLoaderFixture.h"
+#include "SoundDecoder.h"
 
 #include <fstream>
 #include <gmock/gmock.h>
@@ -379,6 +380,14 @@ TEST_F(MediaLoaderTest, SilenceCostsNoMemory)
     EXPECT_EQ(m_track.ClipList[1].LengthMs, MediaLimits().silenceMs);
     EXPECT_GT(before, 0);
     EXPECT_LT(residentKb() - before, 16 * 1024);
+}
+
+TEST_F(MediaLoaderTest, TheLongestSilenceIsASoundOfItsLength)
+{
+    m_loader.AddSilence(MediaLimits().silenceMs);
+    const auto sound = SoundDecoder::OpenMemory(m_track.ClipList[1].Data.Bytes());
+    ASSERT_TRUE(sound);
+    EXPECT_EQ(sound->FrameCount(), std::int64_t{MediaLimits().silenceMs} * 44100 / 1000);
 }
 
 TEST_F(MediaLoaderTest, TheLimitsHoldTheLongestDisc)
