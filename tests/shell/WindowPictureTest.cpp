@@ -3,6 +3,9 @@
 #include "GoldenImage.h"
 #include "WindowFixture.h"
 
+#include <QGuiApplication>
+#include <QScreen>
+
 namespace lantern {
 namespace {
 
@@ -104,6 +107,48 @@ TEST_F(WindowPictureTest, ChangesInSmallStepsLeadToTheSamePictureAsAFullPaint)
         window.UpdatePlayer();
         Settle();
     }
+    EXPECT_TRUE(LooksLike("size2"));
+}
+
+// A notebook, and a projector with twice the pixels to its right.
+class WindowOnTwoScreensTest : public WindowPictureTest {
+protected:
+    void SetUp() override
+    {
+        if (QGuiApplication::screens().size() < 2)
+            GTEST_SKIP() << "there is one screen only";
+    }
+
+    void MoveTo(const QScreen& screen)
+    {
+        window.move(screen.geometry().topLeft() + QPoint(40, 40));
+        Settle();
+    }
+};
+
+TEST_F(WindowOnTwoScreensTest, ThePictureIsDrawnAnewForThePixelsOfEachScreen)
+{
+    ShowPattern();
+    EXPECT_TRUE(LooksLike("size2"));
+    MoveTo(*QGuiApplication::screens()[1]);
+    ASSERT_EQ(window.devicePixelRatioF(), 2);
+    EXPECT_TRUE(LooksLike("size2"));
+    MoveTo(*QGuiApplication::screens()[0]);
+    ASSERT_EQ(window.devicePixelRatioF(), 1);
+    EXPECT_TRUE(LooksLike("size2"));
+}
+
+TEST_F(WindowOnTwoScreensTest, FullScreenFillsTheScreenThatTheWindowIsOn)
+{
+    ShowPattern();
+    MoveTo(*QGuiApplication::screens()[1]);
+    const QRect normal = window.geometry();
+    Press('F');
+    Settle();
+    EXPECT_EQ(window.geometry(), QGuiApplication::screens()[1]->geometry());
+    Press('F');
+    Settle();
+    EXPECT_EQ(window.geometry(), normal);
     EXPECT_TRUE(LooksLike("size2"));
 }
 
