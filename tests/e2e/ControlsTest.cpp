@@ -111,7 +111,7 @@ protected:
 
     ScratchFolder folder;
     const std::filesystem::path log = folder / "events";
-    XServer screen{1000, 780};
+    XServer screen{1200, 780};
     Process gallery{{.arguments = {LANTERN_GALLERY, "--events"},
                      .environment = WithHome(screen.Environment()),
                      .log = log}};

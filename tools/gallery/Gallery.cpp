@@ -8,7 +8,7 @@
 namespace lantern {
 namespace {
 
-constexpr QSize kSize(940, 690);
+constexpr QSize kSize(1110, 690);
 constexpr int kMargin = 20;
 
 } // namespace
@@ -29,6 +29,10 @@ Gallery::Gallery() : m_skinner(this), m_page(m_skinner), m_lastEvent(new QLabel(
             Told(line);
     };
     FillShelves();
+    m_skinner.MouseUp = [&menu = PlaceMenu(m_page)](const MouseReport& report) {
+        if (report.button == RightButton)
+            OpenAtPointer(menu);
+    };
     resize(kSize);
 }
 
@@ -47,6 +51,7 @@ void Gallery::FillShelves()
     ShelveTickers(m_page, {590, 360});
     ShelveSkins(m_page, {590, 420});
     ShelveFrames(m_page, {kMargin, 500});
+    ShelveMenus(m_skinner, m_page, {950, 190});
 }
 
 QImage Gallery::TakePicture()

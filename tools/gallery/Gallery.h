@@ -10,6 +10,8 @@ class QLabel;
 
 namespace lantern {
 
+class ctlMenus;
+
 // One window with every control of the set in every state, for the eyes and for the hand.
 class Gallery : public QWidget {
 public:
@@ -43,5 +45,11 @@ void ShelveSliders(GalleryPage& page, QPoint corner);
 void ShelveTickers(GalleryPage& page, QPoint corner);
 void ShelveSkins(GalleryPage& page, QPoint corner);
 void ShelveFrames(GalleryPage& page, QPoint corner);
+// Pictures of menus, on the ground of the page.
+void ShelveMenus(QWidget& ground, GalleryPage& page, QPoint corner);
+
+// A menu to open and choose from.
+ctlMenus& PlaceMenu(GalleryPage& page);
+void OpenAtPointer(ctlMenus& menu);
 
 } // namespace lantern
