@@ -365,6 +365,7 @@ TEST_F(MediaLoaderTest, SilenceEndsAtItsLimit)
     EXPECT_EQ(m_track.PacketCount(), 900);
 }
 
+#ifndef __SANITIZE_THREAD__ // It writes to each zero itself.
 TEST_F(MediaLoaderTest, SilenceCostsNoMemory)
 {
     const auto residentKb = [] {
@@ -389,6 +390,7 @@ TEST_F(MediaLoaderTest, TheLongestSilenceIsASoundOfItsLength)
     ASSERT_TRUE(sound);
     EXPECT_EQ(sound->FrameCount(), std::int64_t{MediaLimits().silenceMs} * 44100 / 1000);
 }
+#endif
 
 TEST_F(MediaLoaderTest, TheLimitsHoldTheLongestDisc)
 {
