@@ -168,7 +168,7 @@ std::int64_t SoundContainer::ClaimedFrames(int sampleRate) const
     const bool countsDelay = m_kind->name == "ogg" && codec.sample_rate > 0;
     const std::int64_t delay =
         countsDelay ? av_rescale(codec.initial_padding, sampleRate, codec.sample_rate) : 0;
-    return std::max<std::int64_t>(0, frames - delay);
+    return frames > delay ? frames - delay : 0;
 }
 
 double SoundContainer::Progress() const

@@ -60,7 +60,8 @@ std::int64_t FramesOfPackets(const PacketSurvey& survey, const AVStream& stream,
     const int codedRate = stream.codecpar->sample_rate;
     const std::int64_t skipped =
         codedRate > 0 ? av_rescale(survey.skippedFrames, sampleRate, codedRate) : 0;
-    return std::max<std::int64_t>(0, frames - skipped);
+    // Times out of all reason come back as the lowest number there is.
+    return frames > skipped ? frames - skipped : 0;
 }
 
 // Containers of uncompressed sound can be entered anywhere, and hours of it are too much to read:
@@ -83,6 +84,12 @@ bool TailBearsOut(SoundContainer& container, std::int64_t claimedFrames, int sam
     return end == claimedFrames;
 }
 
+std::int64_t WholeOf(std::int64_t partFrames, double part)
+{
+    constexpr double kMostFrames = 1e15; // far beyond any sound, and far from an overflow
+    return std::llround(std::min(static_cast<double>(partFrames) / part, kMostFrames));
+}
+
 // Part of the packets stands for the whole, if it is not too small a part.
 SoundLength Estimate(const SoundContainer& container, const PacketSurvey& survey, int sampleRate)
 {
@@ -93,7 +100,7 @@ SoundLength Estimate(const SoundContainer& container, const PacketSurvey& survey
     const bool useClaim = claimed > 0 && container.Kind().rule != LengthRule::Packets;
     if (useClaim || seen == 0 || progress < kTellingPart)
         return {.frames = claimed};
-    return {.frames = std::llround(static_cast<double>(seen) / progress)};
+    return {.frames = WholeOf(seen, progress)};
 }
 
 // The length by the container's rule, or nothing exact where only a decode tells.
@@ -125,7 +132,7 @@ SoundLength LengthByDecoding(const ByteSource& bytes, const Halt& halt)
     if (!halt.Reached())
         return {.frames = frames, .exact = true};
     const double progress = std::max(stream->Container().Progress(), 1e-6);
-    return {.frames = std::llround(static_cast<double>(frames) / progress)};
+    return {.frames = WholeOf(frames, progress)};
 }
 
 } // namespace
