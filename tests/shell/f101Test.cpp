@@ -213,6 +213,21 @@ TEST_F(f101Test, ALaterStartBringsTheWindowForwardAndHandsItsTrackOver)
     EXPECT_EQ(engine.Status, SoundStatus::Playing);
 }
 
+TEST_F(f101Test, BehindAnOpenDialogATrackPlaysAndTheCloseEndsTheDialogToo)
+{
+    Load();
+    const QString path = MakeBlueTrack();
+    QTimer::singleShot(0, &window, [&] { window.MainPopup(0); });
+    QTimer::singleShot(0, &window, [&] {
+        window.OpenMedia(path);
+        EXPECT_EQ(engine.Status, SoundStatus::Playing);
+        window.close();
+    });
+    QCoreApplication::exec();
+    EXPECT_EQ(engine.Status, SoundStatus::Stopped);
+    EXPECT_FALSE(state.InstanceMutex.IsHeld());
+}
+
 TEST_F(f101Test, ATrackThatComesBeforeTheEngineRunsIsDropped)
 {
     window.OpenMedia(MakeBlueTrack());
@@ -415,8 +430,9 @@ TEST_F(WatchedTest, ATickThatRunsAnEventLoopIsNotEnteredAgain)
         loop.exec();
         --depth;
     };
-    while (ticks < 2)
-        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    QTimer::singleShot(200, &window, &QCoreApplication::quit);
+    QCoreApplication::exec();
+    EXPECT_GE(ticks, 1);
     EXPECT_EQ(deepest, 1);
 }
 
