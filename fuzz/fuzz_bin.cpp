@@ -26,7 +26,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
     const double sectors = static_cast<double>(size) / 2448;
     Require(std::abs(track.ClipList[1].LengthMs - sectors / 75 * 1000) <= 0.5);
     Require(std::abs(track.PacketCount() - track.TotalLengthMs * 0.3) <= 2);
-    Require(std::abs(static_cast<double>(track.ClipList[1].Data.size()) - 46 - sectors * 2352) <=
-            0.5);
+    Require(std::abs(static_cast<double>(track.ClipList[1].Data.Bytes().size()) - 46 -
+                     sectors * 2352) <= 0.5);
     return 0;
 }
