@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "MakeZipHandler.h"
 
+#include "DirectoryClaims.h"
 #include "NamePatterns.h"
 #include "NativeFile.h"
 #include "PathText.h"
@@ -15,6 +16,11 @@
 namespace lantern {
 namespace {
 
+// The library reads a directory whole, at several times its size in memory. A track's has a few
+// entries; this is room for a hundred thousand and more.
+constexpr std::uint64_t kLargestDirectory = std::uint64_t{16} << 20;
+constexpr std::uint64_t kMostEntries = kLargestDirectory / 46; // bytes of an entry without a name
+
 struct ArchiveDiscarder {
     void operator()(zip_t* archive) const { zip_discard(archive); }
 };
@@ -26,6 +32,9 @@ int OpenForReading(const QString& path, Archive& archive)
     const std::optional<NativeFile> file = NativeFile::OpenForReading(path);
     if (!file)
         return ZIP_ER_OPEN;
+    const DirectoryClaims claims = ReadDirectoryClaims(file->Descriptor(), file->Size());
+    if (claims.bytes > kLargestDirectory || claims.entries > kMostEntries)
+        return ZIP_ER_MEMORY;
     // The library closes the descriptor that it takes.
     const int descriptor = fcntl(file->Descriptor(), F_DUPFD_CLOEXEC, 0);
     if (descriptor < 0)
