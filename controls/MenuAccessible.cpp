@@ -105,10 +105,10 @@ QAccessibleInterface* MenuAccessible::child(int index) const
     return QAccessible::accessibleInterface(m_items[wanted]);
 }
 
-int MenuAccessible::indexOfChild(const QAccessibleInterface* wanted) const
+int MenuAccessible::indexOfChild(const QAccessibleInterface* child) const
 {
     for (int i = 0; i < childCount(); ++i) {
-        if (child(i) == wanted)
+        if (this->child(i) == child)
             return i;
     }
     return -1;

@@ -152,6 +152,7 @@ void ctlMenus::Save(PropertyBag& bag) const
     bag.Write(QStringLiteral("LeftPicBackColor"), LeftPicBackColor());
 }
 
+// It changes the list, though that is common to all: NOLINTNEXTLINE(*-make-member-function-const)
 void ctlMenus::AddItem(const QString& Caption, const QString& Key, bool Enabled,
                        const PictureReference& Picture, ColourValue ForeColor,
                        ColourValue HotForeColor, ColourValue HotBackColor)
