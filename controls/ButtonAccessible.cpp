@@ -65,28 +65,13 @@ QStringList ButtonAccessible::keyBindingsForAction(const QString& name) const
     return name == OwnAction() && !key.isEmpty() ? QStringList{key} : QStringList();
 }
 
-void TellNameChanged(ButtonControl& button)
-{
-    QAccessibleEvent event(&button, QAccessible::NameChanged);
-    QAccessible::updateAccessibility(&event);
-}
-
-void TellEnabledChanged(ButtonControl& button)
-{
-    QAccessible::State changed;
-    changed.disabled = true;
-    QAccessibleStateChangeEvent event(&button, changed);
-    QAccessible::updateAccessibility(&event);
-}
-
 void TellCheckedChanged(ButtonControl& button)
 {
     if (!button.IsCheckBox())
         return;
     QAccessible::State changed;
     changed.checked = true;
-    QAccessibleStateChangeEvent event(&button, changed);
-    QAccessible::updateAccessibility(&event);
+    TellStateChanged(button, changed);
 }
 
 } // namespace lantern

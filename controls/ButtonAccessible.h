@@ -27,8 +27,6 @@ private:
 };
 
 // To those tools, from the button.
-void TellNameChanged(ButtonControl& button);
-void TellEnabledChanged(ButtonControl& button);
 void TellCheckedChanged(ButtonControl& button);
 
 } // namespace lantern

@@ -3,6 +3,7 @@
 #include "ButtonControl.h"
 
 #include "ButtonAccessible.h"
+#include "ControlAccessibility.h"
 
 #include <QCursor>
 #include <QKeySequence>

@@ -197,24 +197,4 @@ private:
     unsigned m_overTicks = 0;
 };
 
-// What VisitText and its like call for each key.
-struct ReadFrom {
-    const PropertyBag& bag;
-
-    template <typename Value>
-    void operator()(const QString& key, Value& field, const Value& missing) const
-    {
-        field = bag.Read(key, missing);
-    }
-};
-struct WriteTo {
-    PropertyBag& bag;
-
-    template <typename Value>
-    void operator()(const QString& key, const Value& field, const Value&) const
-    {
-        bag.Write(key, field);
-    }
-};
-
 } // namespace lantern

@@ -35,4 +35,27 @@ QString SpokenName(const QString& caption, const QString& toolTip)
     return name.trimmed();
 }
 
+void TellNameChanged(QWidget& control)
+{
+    if (!QAccessible::isActive())
+        return;
+    QAccessibleEvent event(&control, QAccessible::NameChanged);
+    QAccessible::updateAccessibility(&event);
+}
+
+void TellEnabledChanged(QWidget& control)
+{
+    QAccessible::State changed;
+    changed.disabled = true;
+    TellStateChanged(control, changed);
+}
+
+void TellStateChanged(QWidget& control, QAccessible::State changed)
+{
+    if (!QAccessible::isActive())
+        return;
+    QAccessibleStateChangeEvent event(&control, changed);
+    QAccessible::updateAccessibility(&event);
+}
+
 } // namespace lantern

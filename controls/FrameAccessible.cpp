@@ -19,12 +19,4 @@ QString FrameAccessible::text(QAccessible::Text kind) const
     return given.isEmpty() ? m_frame.Caption().trimmed() : given;
 }
 
-void TellNameChanged(ctlFrame& frame)
-{
-    if (!QAccessible::isActive())
-        return;
-    QAccessibleEvent event(&frame, QAccessible::NameChanged);
-    QAccessible::updateAccessibility(&event);
-}
-
 } // namespace lantern

@@ -18,7 +18,4 @@ private:
     ctlFrame& m_frame;
 };
 
-// To those tools, from the frame.
-void TellNameChanged(ctlFrame& frame);
-
 } // namespace lantern

@@ -68,14 +68,4 @@ void TellValueChanged(ctlSlide& slide)
     QAccessible::updateAccessibility(&event);
 }
 
-void TellEnabledChanged(ctlSlide& slide)
-{
-    if (!QAccessible::isActive())
-        return;
-    QAccessible::State changed;
-    changed.disabled = true;
-    QAccessibleStateChangeEvent event(&slide, changed);
-    QAccessible::updateAccessibility(&event);
-}
-
 } // namespace lantern

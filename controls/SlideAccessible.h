@@ -29,6 +29,5 @@ private:
 
 // To those tools, from the slider.
 void TellValueChanged(ctlSlide& slide);
-void TellEnabledChanged(ctlSlide& slide);
 
 } // namespace lantern

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ctlFrame.h"
 
+#include "ControlAccessibility.h"
 #include "FrameAccessible.h"
 #include "ProgramFonts.h"
 
@@ -48,18 +49,14 @@ void ctlFrame::Visit(Self& self, const Each& each)
 
 void ctlFrame::Load(const PropertyBag& bag)
 {
-    Visit(*this, [&bag](const QString& key, auto& field, const auto& missing) {
-        field = bag.Read(key, missing);
-    });
+    Visit(*this, ReadFrom{bag});
     m_font = bag.Read(QStringLiteral("FRAMEFONT"), m_font);
     Draw();
 }
 
 void ctlFrame::Save(PropertyBag& bag) const
 {
-    Visit(*this, [&bag](const QString& key, const auto& field, const auto& missing) {
-        bag.Write(key, field, missing);
-    });
+    Visit(*this, WriteChangedTo{bag});
     // Without it, a frame would keep the font that it has when it is loaded.
     bag.Write(QStringLiteral("FRAMEFONT"), m_font);
 }

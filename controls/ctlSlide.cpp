@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ctlSlide.h"
 
+#include "ControlAccessibility.h"
 #include "SlideAccessible.h"
 
 #include <QKeyEvent>
@@ -40,17 +41,13 @@ void ctlSlide::Visit(Self& self, const Each& each)
 
 void ctlSlide::Load(const PropertyBag& bag)
 {
-    Visit(*this, [&bag](const QString& key, auto& field, const auto& missing) {
-        field = bag.Read(key, missing);
-    });
+    Visit(*this, ReadFrom{bag});
     Redraw();
 }
 
 void ctlSlide::Save(PropertyBag& bag) const
 {
-    Visit(*this, [&bag](const QString& key, const auto& field, const auto& missing) {
-        bag.Write(key, field, missing);
-    });
+    Visit(*this, WriteChangedTo{bag});
 }
 
 template <typename Field>

@@ -43,4 +43,34 @@ private:
     QStringList m_order;
 };
 
+// What a control calls with each of its keys, fields and values for a missing key: to read them
+// all, to write them all, or to write those that differ.
+struct ReadFrom {
+    const PropertyBag& bag;
+
+    template <typename Value>
+    void operator()(const QString& key, Value& field, const Value& missing) const
+    {
+        field = bag.Read(key, missing);
+    }
+};
+struct WriteTo {
+    PropertyBag& bag;
+
+    template <typename Value>
+    void operator()(const QString& key, const Value& field, const Value&) const
+    {
+        bag.Write(key, field);
+    }
+};
+struct WriteChangedTo {
+    PropertyBag& bag;
+
+    template <typename Value>
+    void operator()(const QString& key, const Value& field, const Value& missing) const
+    {
+        bag.Write(key, field, missing);
+    }
+};
+
 } // namespace lantern
