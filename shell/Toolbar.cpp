@@ -1,0 +1,160 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "Toolbar.h"
+
+#include "ToolbarLayout.h"
+
+#include <algorithm>
+#include <cstdlib>
+
+namespace lantern {
+namespace {
+
+constexpr std::int32_t kNoBorder = 0;
+constexpr std::int32_t kFirstVolume = 50;
+
+} // namespace
+
+Toolbar::Toolbar(QWidget& window, QWidget& pic, TwipsPerPixel twips)
+    : m_twips(twips), m_tBar(&window), m_tBar2(&m_tBar), m_tBarZoom(&m_tBar2), m_ctlSlider(&m_tBar),
+      m_ctlVolume(&m_tBar2), m_playTicker(&m_tBar2)
+{
+    MakeFrame(m_tBar, kTBar, QStringLiteral("TBar"));
+    MakeFrame(m_tBar2, kTBar2, QStringLiteral("TBar2"));
+    MakeFrame(m_tBarZoom, kTBarZoom, QStringLiteral("TBarZoom"));
+    m_tBar.setAccessibleName(QStringLiteral("Toolbar"));
+    m_tBarZoom.setAccessibleName(QStringLiteral("Display size"));
+    MakeSlider(m_ctlSlider, kSliderRect, QStringLiteral("ctlSlider"));
+    MakeSlider(m_ctlVolume, kVolumeRect, QStringLiteral("ctlVolume"));
+    m_ctlSlider.setAccessibleName(QStringLiteral("Track position"));
+    m_ctlVolume.setAccessibleName(QStringLiteral("Volume"));
+    m_ctlVolume.SetValue(kFirstVolume);
+    m_playTicker.setObjectName(QStringLiteral("PlayTicker"));
+    m_playTicker.setGeometry(PixelsOf(kTickerRect));
+    for (const ToolbarButton& row : kToolbarButtons)
+        MakeButton(row, pic);
+    m_ctlSlider.setFocusProxy(&pic);
+    m_ctlVolume.setFocusProxy(&pic);
+    m_ctlSlider.Scroll = [this] {
+        if (SliderChange)
+            SliderChange();
+    };
+    m_ctlVolume.Scroll = [this] {
+        if (VolumeChange)
+            VolumeChange();
+    };
+    ForwardMouse();
+}
+
+void Toolbar::MakeFrame(ctlFrame& frame, const TwipRect& rect, const QString& name)
+{
+    frame.setObjectName(name);
+    frame.SetFrameBorder(kNoBorder);
+    frame.SetCaption(QString());
+    frame.SetBackColor(kBarColour);
+    frame.setGeometry(PixelsOf(rect));
+    frame.show();
+}
+
+void Toolbar::MakeSlider(ctlSlide& slider, const TwipRect& rect, const QString& name)
+{
+    slider.setObjectName(name);
+    slider.SetSliderColor(kAccentColour);
+    slider.SetSliderBack(kSliderBackColour);
+    slider.SetBackColor(kBarColour);
+    slider.setGeometry(PixelsOf(rect));
+}
+
+// Shown one by one, so that a button counts as visible before its window is: what is hidden then
+// stays hidden when the window is shown.
+void Toolbar::MakeButton(const ToolbarButton& row, QWidget& pic)
+{
+    Ambient ambient;
+    ambient.backColor = kBarColour;
+    auto* const button = new ctlPicBtn(&FrameOf(row.parent), ambient);
+    m_tBtn[static_cast<std::size_t>(row.index)] = button;
+    button->setObjectName(QStringLiteral("tBtn(%1)").arg(row.index));
+    button->DisableRefresh();
+    button->SetBackColor(kBarColour);
+    button->SetForeColor(row.style.foreColor);
+    button->SetOverColor(row.style.overColor);
+    button->SetIsCheckBox(row.style.isCheckBox);
+    button->SetMousePointer(row.style.mousePointer);
+    button->SetPicture(ButtonPicture(row.face, FaceState::Normal));
+    button->SetPictureDown(ButtonPicture(row.face, FaceState::Down));
+    button->SetPictureOver(ButtonPicture(row.face, FaceState::Over));
+    button->SetPictureDisabled(ButtonPicture(row.face, FaceState::Disabled));
+    button->setGeometry(PixelsOf(row.rect));
+    button->Refresh();
+    button->setFocusProxy(&pic);
+    button->Click = [this, index = row.index] {
+        if (Click)
+            Click(index);
+    };
+    button->show();
+}
+
+void Toolbar::ForwardMouse()
+{
+    const MouseHandler down = [this](const MouseReport& report) {
+        if (MouseDown)
+            MouseDown(report);
+    };
+    const MouseHandler up = [this](const MouseReport& report) {
+        if (MouseUp)
+            MouseUp(report);
+    };
+    m_tBar.MouseDown = down;
+    m_tBar.MouseUp = up;
+    m_tBar2.MouseDown = down;
+    m_tBar2.MouseUp = up;
+    m_playTicker.MouseDown = down;
+    m_playTicker.MouseUp = up;
+    for (const std::int16_t index : kFocusingButtons) {
+        ctlPicBtn& button = tBtn(index);
+        button.MouseUp = [&button](const MouseReport&) { button.setFocus(); };
+    }
+}
+
+void Toolbar::SetupToolbar()
+{
+    for (const SharedPlace& place : kSharedPlaces)
+        tBtn(place.moved).move(tBtn(place.onto).pos());
+}
+
+void Toolbar::Place(const TwipRect& bar)
+{
+    m_tBar.setGeometry(PixelsOf(bar));
+    const BarLayout layout = LayoutBar(bar.width, m_twips.x);
+    m_tBar2.setGeometry(PixelsOf({layout.rightGroupLeft, kTBar2.top, kTBar2.width, kTBar2.height}));
+    m_tBarZoom.setVisible(layout.isZoomVisible);
+    m_ctlSlider.setGeometry(
+        PixelsOf({layout.sliderLeft, kSliderRect.top, layout.sliderWidth, kSliderRect.height}));
+}
+
+ctlPicBtn& Toolbar::tBtn(std::int16_t index)
+{
+    if (index < 0 || index > kHighestIndex || !m_tBtn[static_cast<std::size_t>(index)])
+        std::abort(); // a number that no button has is a bug of ours
+    return *m_tBtn[static_cast<std::size_t>(index)];
+}
+
+ctlFrame& Toolbar::FrameOf(BarFrame frame)
+{
+    switch (frame) {
+    case BarFrame::TBar:
+        return m_tBar;
+    case BarFrame::TBar2:
+        return m_tBar2;
+    case BarFrame::TBarZoom:
+        return m_tBarZoom;
+    }
+    std::abort();
+}
+
+QRect Toolbar::PixelsOf(const TwipRect& rect) const
+{
+    return {rect.left / m_twips.x, rect.top / m_twips.y, rect.width / m_twips.x,
+            rect.height / m_twips.y};
+}
+
+} // namespace lantern

@@ -1,0 +1,79 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "ScreenMetrics.h"
+#include "ToolbarTable.h"
+#include "ctlFrame.h"
+#include "ctlPicBtn.h"
+#include "ctlSlide.h"
+#include "ctlTicker.h"
+
+#include <array>
+#include <cstdint>
+#include <functional>
+
+namespace lantern {
+
+// The bar of buttons, sliders and time under the picture: the controls, where they lie, and what
+// the user does to them. What they show is up to ControlRefresh.
+//
+// The controls are children of the main window; the buttons belong to the frames that they stand
+// on. Any of them that gets the keyboard's focus hands it to pic. Everything runs on the
+// user-interface thread.
+class Toolbar {
+public:
+    // Both are borrowed and outlive the toolbar.
+    Toolbar(QWidget& window, QWidget& pic, TwipsPerPixel twips);
+
+    std::function<void(std::int16_t index)> Click; // of a button: the number of its command
+    std::function<void()> SliderChange;            // the user moved ctlSlider; it has the position
+    std::function<void()> VolumeChange;            // the user moved ctlVolume
+    // The mouse on a bare place of TBar or TBar2, or on PlayTicker.
+    MouseHandler MouseDown;
+    MouseHandler MouseUp;
+
+    // Puts the buttons that share a place onto each other, and tells what each button is for.
+    void SetupToolbar();
+    // In twips, within the window. The parts follow the width.
+    void Place(const TwipRect& bar);
+    void SetVisible(bool visible) { m_tBar.setVisible(visible); }
+    bool IsVisible() const { return !m_tBar.isHidden(); }
+    // Of TBar, in twips.
+    static constexpr std::int32_t Height() { return kTBar.height; }
+
+    // The bare surfaces that MouseDown and MouseUp tell of.
+    std::array<QWidget*, 3> BareSurfaces() { return {&m_tBar, &m_tBar2, &m_playTicker}; }
+
+    ctlFrame& TBar() { return m_tBar; }
+    ctlFrame& TBar2() { return m_tBar2; }
+    ctlFrame& TBarZoom() { return m_tBarZoom; }
+    ctlSlide& ctlSlider() { return m_ctlSlider; }
+    ctlSlide& ctlVolume() { return m_ctlVolume; }
+    ctlTicker& PlayTicker() { return m_playTicker; }
+    // The index has to be one of kToolbarButtons.
+    ctlPicBtn& tBtn(std::int16_t index);
+
+private:
+    ctlFrame& FrameOf(BarFrame frame);
+    QRect PixelsOf(const TwipRect& rect) const;
+    void MakeFrame(ctlFrame& frame, const TwipRect& rect, const QString& name);
+    void MakeSlider(ctlSlide& slider, const TwipRect& rect, const QString& name);
+    void MakeButton(const ToolbarButton& row, QWidget& pic);
+    void ForwardMouse();
+
+    static constexpr std::int16_t kHighestIndex =
+        std::ranges::max(kToolbarButtons, {}, &ToolbarButton::index).index;
+
+    TwipsPerPixel m_twips;
+    // From the back to the front: the empty left end of TBar2 lies under the slider and, in a
+    // narrow window, under the left group.
+    ctlFrame m_tBar;
+    ctlFrame m_tBar2;
+    ctlFrame m_tBarZoom;
+    ctlSlide m_ctlSlider;
+    ctlSlide m_ctlVolume;
+    ctlTicker m_playTicker;
+    std::array<ctlPicBtn*, kHighestIndex + 1> m_tBtn{}; // by index; none for a number in a gap
+};
+
+} // namespace lantern
