@@ -19,6 +19,10 @@ class CommandWindow {
 public:
     virtual ~CommandWindow() = default;
     virtual void ShowOpenDialog() = 0; // and opens what the user chose
+    // Shows the options, or hides them if they are shown. With force they are shown in any case.
+    virtual void ToggleOptions(bool force) = 0;
+    virtual void ShowAbout() = 0;
+    virtual void OpenWebSite() = 0;
     virtual void Exit() = 0;
 };
 

@@ -35,6 +35,7 @@ struct KeyBinding {
 
 // The first row that matches counts.
 inline constexpr std::array kKeyMap = {
+    KeyBinding{KeyCode::Escape, kAnyShift, 14},
     KeyBinding{KeyCode::O, kAnyShift, 0},
     KeyBinding{KeyCode::P, kAnyShift, 1},
     KeyBinding{KeyCode::Blank, kAnyShift, 1},
@@ -77,6 +78,9 @@ inline constexpr std::array kKeyMap = {
     KeyBinding{KeyCode::Q, kWithControl, 16},
     KeyBinding{KeyCode::Q, kWithoutControl, 6},
     KeyBinding{KeyCode::F4, kWithAlt, 16},
+    KeyBinding{KeyCode::I, kAnyShift, 15},
+    KeyBinding{KeyCode::A, kAnyShift, 15},
+    KeyBinding{KeyCode::F1, kAnyShift, 15},
     KeyBinding{KeyCode::M, kAnyShift, 26},
     KeyBinding{KeyCode::B, kAnyShift, 31},
     KeyBinding{KeyCode::K, kAnyShift, 32},

@@ -133,6 +133,9 @@ private:
 
     // CommandWindow
     void ShowOpenDialog() override;
+    void ToggleOptions(bool force) override;
+    void ShowAbout() override;
+    void OpenWebSite() override;
     void Exit() override;
 
     ProgramState& m_state;

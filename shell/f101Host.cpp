@@ -8,6 +8,7 @@
 #include "ScreenMetrics.h"
 #include "SystemColours.h"
 #include "WindowLayout.h"
+#include "modAPI.h"
 
 #include <QFile>
 #include <QFileDialog>
@@ -251,6 +252,20 @@ void f101::ShowOpenDialog()
         QStringList{media, audio}.join(QStringLiteral(";;")), &filter);
     if (!path.isEmpty())
         OpenMedia(TextFromNative(QFile::encodeName(path)));
+}
+
+// There is no options window yet.
+void f101::ToggleOptions(bool)
+{
+}
+
+void f101::ShowAbout()
+{
+}
+
+void f101::OpenWebSite()
+{
+    lantern::OpenWebSite();
 }
 
 void f101::Exit()

@@ -25,6 +25,36 @@ TEST(CommandTable, EachNumberStandsOnce)
         EXPECT_TRUE(numbers.insert(command.number).second) << command.number;
 }
 
+TEST(CommandTable, AToolTipEndsInTheKeyThatRunsTheCommand)
+{
+    EXPECT_EQ(ToolTipOf(0), u"Open (O)");
+    EXPECT_EQ(ToolTipOf(14), u"Options (ESC)");
+    EXPECT_EQ(ToolTipOf(12), u"Copy Screen to ClipBoard (C)");
+    EXPECT_EQ(ToolTipOf(33), u"Track (T) - Adjust With Wheel");
+    EXPECT_TRUE(ToolTipOf(15).isEmpty());
+    EXPECT_TRUE(ToolTipOf(99).isEmpty());
+}
+
+TEST(CommandTable, MenuTextsTellTheTitle)
+{
+    EXPECT_EQ(MenuTextOf(4), QStringLiteral("Forward +10 seconds "));
+    EXPECT_EQ(MenuTextOf(15), QStringLiteral("About Lyric Lantern CDG Player "));
+    EXPECT_EQ(MenuTextOf(16), QStringLiteral("Exit Lyric Lantern CDG Player"));
+    EXPECT_TRUE(MenuTextOf(6).isEmpty());
+    EXPECT_TRUE(MenuTextOf(99).isEmpty());
+}
+
+TEST(KeyMap, EscapeShowsTheOptionsAndThreeKeysTellAboutTheProgram)
+{
+    const auto commandOf = [](KeyCode key) {
+        return std::ranges::find(kKeyMap, key, &KeyBinding::key)->command;
+    };
+    EXPECT_EQ(commandOf(KeyCode::Escape), 14);
+    EXPECT_EQ(commandOf(KeyCode::I), 15);
+    EXPECT_EQ(commandOf(KeyCode::A), 15);
+    EXPECT_EQ(commandOf(KeyCode::F1), 15);
+}
+
 TEST(KeyMap, EachRowRunsSomethingAndNoRowIsShadowed)
 {
     for (std::size_t i = 0; i < kKeyMap.size(); ++i) {
