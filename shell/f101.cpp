@@ -35,7 +35,8 @@ QString Caption()
 } // namespace
 
 f101::f101(ProgramState& state, std::unique_ptr<AudioEngine> engine, ShowWarning showWarning)
-    : m_state(state), m_showWarning(std::move(showWarning)), m_pic(this), m_systemText(this),
+    : m_state(state), m_showWarning(std::move(showWarning)), m_pic(this),
+      m_picDrop(m_pic, [this](const QString& path) { OpenMedia(path); }), m_systemText(this),
       m_fullScreen(*this), m_picture(m_buffers), m_display(m_picture, *this, m_clipboard),
       m_interpreter(m_picture, m_display), m_engine(std::move(engine)), m_audio(*m_engine, *this),
       m_clock(*m_engine, m_track, m_picture, m_interpreter, m_display, *this),

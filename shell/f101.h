@@ -11,6 +11,7 @@
 #include "KeyRepeats.h"
 #include "MediaLoader.h"
 #include "PacketInterpreter.h"
+#include "PicDrop.h"
 #include "PictureMemory.h"
 #include "PictureSurface.h"
 #include "PlaybackClock.h"
@@ -143,6 +144,7 @@ private:
     QElapsedTimer m_systemTimer;
 
     PictureSurface m_pic;
+    PicDrop m_picDrop;
     SystemText m_systemText;
     FullScreen m_fullScreen;
     ImageClipboard m_clipboard;

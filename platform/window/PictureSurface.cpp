@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "PictureSurface.h"
 
+#include <QDragEnterEvent>
 #include <QPaintEvent>
 #include <QPainter>
 
@@ -33,6 +34,7 @@ void UseDevicePixels(QPainter& painter, qreal ratio)
 // moment.
 PictureSurface::PictureSurface(QWidget* parent) : QWidget(parent)
 {
+    setAcceptDrops(true);
 }
 
 void PictureSurface::FitImage()
@@ -69,6 +71,44 @@ void PictureSurface::Changed(const DeviceRect& rect)
 void PictureSurface::SetBackColor(QRgb colour)
 {
     m_backColor = colour;
+}
+
+void PictureSurface::AnswerDrag(QDropEvent& event, DragState state)
+{
+    DropData dragged(event.mimeData());
+    const DropEffect effect = DragOver ? DragOver(dragged, state) : DropEffect::None;
+    const Qt::DropAction action = HarmlessAction(effect, event.possibleActions());
+    event.setDropAction(action);
+    event.setAccepted(action != Qt::IgnoreAction);
+}
+
+// A drag that is refused here is never heard of again, not even when it leaves. So it is let in,
+// and refused as it moves; a move follows at once.
+void PictureSurface::dragEnterEvent(QDragEnterEvent* event)
+{
+    AnswerDrag(*event, DragState::Enter);
+    event->accept();
+}
+
+void PictureSurface::dragMoveEvent(QDragMoveEvent* event)
+{
+    AnswerDrag(*event, DragState::Over);
+}
+
+void PictureSurface::dragLeaveEvent(QDragLeaveEvent*)
+{
+    DropData nothing(nullptr);
+    if (DragOver)
+        DragOver(nothing, DragState::Leave);
+}
+
+void PictureSurface::dropEvent(QDropEvent* event)
+{
+    DropData dropped(event->mimeData());
+    const Qt::DropAction action = HarmlessAction(DropEffect::Move, event->possibleActions());
+    const bool isTaken = action != Qt::IgnoreAction && Drop && Drop(dropped);
+    event->setDropAction(isTaken ? action : Qt::IgnoreAction);
+    event->setAccepted(isTaken);
 }
 
 void PictureSurface::paintEvent(QPaintEvent* event)

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "DropData.h"
 #include "VirtualBuffers.h"
 
 #include <QImage>
@@ -29,10 +30,21 @@ public:
     // Called at the start of each paint event: the moment to bring the image up to date.
     std::function<void()> PaintPicture;
 
+    // Something is being dragged over the widget: what it would do with it. The first call of a
+    // drag is of its entering, the last one, unless it is dropped, of its leaving.
+    std::function<DropEffect(DropData& data, DragState state)> DragOver;
+    // It was dropped: whether the widget took it.
+    std::function<bool(DropData& data)> Drop;
+
 protected:
     void paintEvent(QPaintEvent* event) override;
+    void dragEnterEvent(QDragEnterEvent* event) override;
+    void dragMoveEvent(QDragMoveEvent* event) override;
+    void dragLeaveEvent(QDragLeaveEvent* event) override;
+    void dropEvent(QDropEvent* event) override;
 
 private:
+    void AnswerDrag(QDropEvent& event, DragState state);
     void FitImage();
 
     QImage m_image;
