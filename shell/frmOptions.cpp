@@ -1,0 +1,411 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "frmOptions.h"
+
+#include "Application.h"
+#include "ArtPictures.h"
+#include "AudioControl.h"
+#include "KeyMap.h"
+#include "OptionsHost.h"
+#include "ProgramFonts.h"
+#include "modAPI.h"
+
+#include <QCloseEvent>
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QWheelEvent>
+#include <QWindow>
+
+#include <algorithm>
+#include <utility>
+
+namespace lantern {
+namespace {
+
+constexpr int kTextPixels = 11; // 8.25 points
+constexpr std::size_t kFirstValueLabel = 4;
+
+const Ambient& WindowAmbient()
+{
+    static const Ambient ambient = {.font = ProgramFont(QStringLiteral("Arial"), kTextPixels),
+                                    .backColor = kOptionsBlack,
+                                    .foreColor = kOptionsAccent,
+                                    .displayName = {}};
+    return ambient;
+}
+
+QString AboutText()
+{
+    return QStringList{
+        QStringLiteral("\u00A9 2026 Lyric Lantern. Licence: GPL-3.0-or-later."),
+        QString(),
+        QStringLiteral(
+            "You may use and distribute this player without charge and without restriction."),
+        QString(),
+        QStringLiteral("Visit our web site for news of our other product,"),
+        QStringLiteral("Lyric Lantern Studio, our award-winning software for making your own CDG "
+                       "karaoke tracks."),
+    }
+        .join(QStringLiteral("\r\n"));
+}
+
+// A picture at its own size, crisp on every screen.
+class PictureBox : public QWidget {
+public:
+    PictureBox(QWidget* parent, PictureReference picture)
+        : QWidget(parent), m_picture(std::move(picture))
+    {
+    }
+
+protected:
+    void paintEvent(QPaintEvent*) override
+    {
+        QPainter(this).drawImage(0, 0, m_picture->ImageAt(devicePixelRatioF()));
+    }
+
+private:
+    PictureReference m_picture;
+};
+
+class WhiteLabel : public QLabel {
+public:
+    explicit WhiteLabel(QWidget* parent) : QLabel(parent)
+    {
+        QPalette colours;
+        colours.setColor(QPalette::Window, QColor::fromRgb(ResolveColour(kOptionsBlack)));
+        colours.setColor(QPalette::WindowText, QColor::fromRgb(ResolveColour(kOptionsWhite)));
+        setPalette(colours);
+        setAutoFillBackground(true);
+        setFont(WindowAmbient().font);
+        setTextFormat(Qt::PlainText);
+    }
+};
+
+// The maker's address: a click opens it. What a mouse does besides is left to the panel behind.
+class WebAddress : public WhiteLabel {
+public:
+    WebAddress(QWidget* parent, OptionsHost& player) : WhiteLabel(parent), m_player(player)
+    {
+        setAlignment(Qt::AlignCenter);
+        QFont underlined = font();
+        underlined.setUnderline(true);
+        setFont(underlined);
+        setCursor(Qt::PointingHandCursor);
+    }
+
+protected:
+    void mouseReleaseEvent(QMouseEvent* event) override
+    {
+        if (event->button() == Qt::LeftButton)
+            m_player.OpenWebSite();
+        else
+            m_player.ShowPopMenu();
+    }
+
+private:
+    OptionsHost& m_player;
+};
+
+// A text that is wider than its place in this font spreads away from the sliders.
+void FitToText(QLabel& label)
+{
+    const QRect place = label.geometry();
+    const int missing = std::max(0, label.sizeHint().width() - place.width());
+    const bool isRight = label.alignment().testFlag(Qt::AlignRight);
+    label.setGeometry(place.adjusted(isRight ? -missing : 0, 0, isRight ? 0 : missing, 0));
+}
+
+QString WithTitle(QStringView text)
+{
+    return text.toString().replace(QStringLiteral("%1"), kApplicationTitle);
+}
+
+const OptionsButton& DesignOf(const OptionsPlace& place)
+{
+    return *std::ranges::find_if(kOptionsButtons, [&](const OptionsButton& button) {
+        return button.control == place.control && button.index == place.index;
+    });
+}
+
+void GiveFace(ctlPicBtn& button, ButtonFace face)
+{
+    button.SetPicture(ButtonPicture(face, FaceState::Normal));
+    button.SetPictureDown(ButtonPicture(face, FaceState::Down));
+    button.SetPictureOver(ButtonPicture(face, FaceState::Over));
+    button.SetPictureDisabled(ButtonPicture(face, FaceState::Disabled));
+}
+
+} // namespace
+
+frmOptions::frmOptions(QWidget& mainWindow, OptionsHost& player, AudioControl& audio,
+                       TwipsPerPixel twips)
+    : QWidget(nullptr, Qt::Tool | Qt::FramelessWindowHint), m_mainWindow(mainWindow),
+      m_player(player), m_audio(audio), m_twips(twips), m_skinner(this, WindowAmbient()),
+      m_skinAbout(this, WindowAmbient())
+{
+    // The program runs on when no other window is to be seen.
+    setAttribute(Qt::WA_QuitOnClose, false);
+    resize(PixelsOf({0, 0, kOptionsSize.width, kOptionsSize.height}).size());
+    MakeControls();
+    m_skinner.Initialize(this, false, true);
+    m_skinAbout.Initialize(this, false, true);
+    Centre();
+    SetupOptions();
+    for (ctlPicBtn* button : m_cmd)
+        button->setFocusProxy(m_specPic);
+    m_skinner.MouseUp = m_skinAbout.MouseUp = [this](const MouseReport& report) {
+        if (report.button == RightButton)
+            m_player.ShowPopMenu();
+    };
+    BringToFront(OptionsPanel::Skinner);
+    m_specPic->setFocus();
+    SetTopMost(*this, true);
+}
+
+ctlSkinner& frmOptions::Panel(OptionsPanel panel)
+{
+    return panel == OptionsPanel::Skinner ? m_skinner : m_skinAbout;
+}
+
+QRect frmOptions::PixelsOf(const TwipRect& rect) const
+{
+    return {rect.left / m_twips.x, rect.top / m_twips.y, rect.width / m_twips.x,
+            rect.height / m_twips.y};
+}
+
+void frmOptions::Centre()
+{
+    const QRect desktop = DesktopRect();
+    const TwipRect place =
+        CentredOn({desktop.width() * m_twips.x, desktop.height() * m_twips.y}, kOptionsSize);
+    move(desktop.topLeft() + PixelsOf(place).topLeft());
+}
+
+void frmOptions::MakeControls()
+{
+    for (std::size_t i = 0; i < kOptionsPlaces.size(); ++i) {
+        const OptionsPlace& place = kOptionsPlaces[i];
+        m_controls[i] = MakeControl(place);
+        m_controls[i]->setGeometry(PixelsOf(place.rect));
+        if (place.control == OptionsControl::lab)
+            FitToText(*m_lab.at(place.index));
+    }
+}
+
+QWidget* frmOptions::MakeControl(const OptionsPlace& place)
+{
+    QWidget* panel = &Panel(place.panel);
+    switch (place.control) {
+    case OptionsControl::lab:
+        return m_lab.at(place.index) = MakeLabel(place);
+    case OptionsControl::cmd:
+        return m_cmd.at(place.index) = MakeButton(place);
+    case OptionsControl::dev:
+        return m_dev.at(place.index) = MakeButton(place);
+    case OptionsControl::Slider:
+        return m_sliders.at(place.index) = MakeSlider(place);
+    case OptionsControl::SpecPic:
+        m_specPic = new QWidget(panel);
+        m_specPic->setFocusPolicy(Qt::StrongFocus);
+        return m_specPic;
+    case OptionsControl::labInfo:
+        return m_labInfo = MakeLabel(place);
+    case OptionsControl::AboutPic:
+        return m_aboutPic = new PictureBox(panel, AboutPicture());
+    case OptionsControl::URL:
+        return m_url = new WebAddress(panel, m_player);
+    }
+    return nullptr; // the switch is complete
+}
+
+QLabel* frmOptions::MakeLabel(const OptionsPlace& place)
+{
+    auto* label = new WhiteLabel(&Panel(place.panel));
+    label->setText(place.caption.toString());
+    if (place.control == OptionsControl::labInfo) {
+        label->setAlignment(Qt::AlignLeft | Qt::AlignTop);
+        label->setWordWrap(true);
+    } else {
+        const bool namesSlider = place.index < kFirstValueLabel;
+        label->setAlignment(Qt::AlignBottom | (namesSlider ? Qt::AlignRight : Qt::AlignLeft));
+    }
+    return label;
+}
+
+ctlPicBtn* frmOptions::MakeButton(const OptionsPlace& place)
+{
+    const OptionsButton& design = DesignOf(place);
+    auto* button = new ctlPicBtn(&Panel(place.panel), WindowAmbient());
+    button->SetCaption(place.caption.toString());
+    button->SetForeColor(kOptionsWhite);
+    button->SetIsCheckBox(design.isCheckBox);
+    button->SetMousePointer(design.mousePointer);
+    if (design.face)
+        GiveFace(*button, *design.face);
+    if (place.control == OptionsControl::cmd)
+        button->Click = [this, command = place.index] { Click(command); };
+    else
+        button->Click = [this, button] { ChooseDevice(*button); };
+    return button;
+}
+
+ctlSlide* frmOptions::MakeSlider(const OptionsPlace& place)
+{
+    const OptionsSlider& design = kOptionsSliderTable.at(place.index);
+    auto* slider = new ctlSlide(&Panel(place.panel), WindowAmbient());
+    slider->SetValues(design.min, design.max, design.value);
+    slider->SetSliderColor(kOptionsAccent);
+    slider->SetSliderBack(design.sliderBack);
+    slider->SetCenterLine(design.centerLine);
+    slider->SetCenterLineColor(kOptionsCentreLine);
+    slider->Change = [this, index = place.index] { SliderMoved(index); };
+    return slider;
+}
+
+void frmOptions::SetupOptions()
+{
+    setWindowTitle(kApplicationTitle + QStringLiteral(" Options"));
+    m_skinner.SetCaption(kApplicationTitle + u' ');
+    m_skinAbout.SetCaption(kApplicationTitle + u' ');
+    for (std::size_t i = 0; i < kOptionsPlaces.size(); ++i)
+        m_controls[i]->setToolTip(WithTitle(kOptionsPlaces[i].toolTip));
+    m_labInfo->setText(AboutText());
+    m_url->setText(kWebSite);
+    NameForReaders();
+}
+
+void frmOptions::NameForReaders()
+{
+    for (std::size_t i = 0; i < kOptionsSliders; ++i) {
+        m_sliders[i]->setAccessibleName(m_lab[i]->text());
+        m_lab[kFirstValueLabel + i]->setAccessibleDescription(m_lab[i]->text());
+    }
+    m_specPic->setAccessibleName(QStringLiteral("Spectrum"));
+    m_aboutPic->setAccessibleName(kApplicationTitle);
+}
+
+void frmOptions::ShowForm(const QString& word)
+{
+    BringToFront(word == u"OPTIONS" ? OptionsPanel::Skinner : OptionsPanel::SkinAbout);
+    const bool isShown = word != u"NONE";
+    if (isShown)
+        StandBeforePlayer();
+    setVisible(isShown);
+}
+
+void frmOptions::BringToFront(OptionsPanel panel)
+{
+    m_front = panel;
+    Panel(panel).raise();
+}
+
+// In front of the player even where that fills the screen, which being topmost does not do. The
+// player may have a new window each time.
+void frmOptions::StandBeforePlayer()
+{
+    windowHandle()->setTransientParent(m_mainWindow.windowHandle());
+}
+
+void frmOptions::Click(std::size_t command)
+{
+    switch (command) {
+    case 0:
+    case 2:
+        ShowForm(QStringLiteral("NONE"));
+        break;
+    case 1:
+        ShowForm(QStringLiteral("ABOUT"));
+        break;
+    case 3:
+        ShowForm(QStringLiteral("OPTIONS"));
+        break;
+    case 4:
+        m_audio.ToggleDeviceSave();
+        break;
+    case 5:
+        m_audio.ToggleBalance(false);
+        break;
+    case 6:
+        m_audio.TogglePitch(false);
+        break;
+    case 7:
+        m_audio.ToggleSpeed(false);
+        break;
+    case 8:
+        m_audio.ToggleVolume(false);
+        break;
+    default:
+        break;
+    }
+}
+
+void frmOptions::ChooseDevice(ctlPicBtn& button)
+{
+    const QPointer<QWidget> window(this);
+    m_audio.ShowDeviceMenu();
+    if (!window)
+        return;
+    button.SetValue(false); // nothing is switched by it
+    m_specPic->setFocus();
+}
+
+void frmOptions::SliderMoved(std::size_t slider)
+{
+    const OptionsSlider& design = kOptionsSliderTable.at(slider);
+    m_audio.SetWheelType(static_cast<std::int16_t>(design.wheelMode));
+    design.set(m_audio, m_sliders.at(slider)->Value());
+}
+
+bool frmOptions::event(QEvent* event)
+{
+    if (event->type() == QEvent::WindowActivate && isVisible())
+        m_specPic->setFocus();
+    return QWidget::event(event);
+}
+
+void frmOptions::resizeEvent(QResizeEvent*)
+{
+    if (isMinimized())
+        return;
+    m_skinner.setGeometry(rect());
+    m_skinAbout.setGeometry(rect());
+}
+
+// The window manager's close, too, only hides.
+void frmOptions::closeEvent(QCloseEvent* event)
+{
+    ShowForm(QStringLiteral("NONE"));
+    event->accept();
+}
+
+void frmOptions::keyPressEvent(QKeyEvent* event)
+{
+    const KeyCode key = KeyCodeOf(*event);
+    // The release before an unmarked repeat has already counted as one.
+    if (m_keyRepeats.IsRepeat(*event) &&
+        std::ranges::find(kRepeatingKeys, key) == kRepeatingKeys.end())
+        return;
+    m_player.DoKeyDown(key, ShiftBitsOf(*event));
+}
+
+void frmOptions::keyReleaseEvent(QKeyEvent* event)
+{
+    m_keyRepeats.NoteRelease(*event);
+    if (!event->isAutoRepeat())
+        m_player.DoKeyUp(KeyCodeOf(*event), ShiftBitsOf(*event));
+}
+
+void frmOptions::wheelEvent(QWheelEvent* event)
+{
+    if (const int notch = m_wheelTurns.Add(event->angleDelta().y()); notch != 0)
+        m_player.MouseWheel(0, notch, 0, 0);
+    event->accept();
+}
+
+// Behind the About panel there is nothing to walk to.
+bool frmOptions::focusNextPrevChild(bool next)
+{
+    return m_front == OptionsPanel::Skinner && QWidget::focusNextPrevChild(next);
+}
+
+} // namespace lantern
