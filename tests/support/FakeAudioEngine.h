@@ -2,6 +2,7 @@
 #pragma once
 
 #include "AudioEngine.h"
+#include "SpectrumAnalyser.h"
 
 #include <QString>
 #include <QStringList>
@@ -16,6 +17,30 @@
 #include <vector>
 
 namespace lantern {
+
+// A spectrum of strengths that the test says, which is there while the sound plays.
+class FakeSpectrumAnalyser : public SpectrumAnalyser {
+public:
+    explicit FakeSpectrumAnalyser(const SoundStatus& status) : m_status(status) {}
+
+    std::vector<float> Strengths; // of the lowest bands; the others are 0
+    bool Listening = false;
+    int Measured = 0; // times
+
+    void Listen(bool on) override { Listening = on; }
+    bool IsSounding() override { return m_status == SoundStatus::Playing; }
+    void Measure(std::span<float> strengths) override
+    {
+        ++Measured;
+        const bool isThere = Listening && IsSounding();
+        const std::size_t count = isThere ? std::min(Strengths.size(), strengths.size()) : 0;
+        std::ranges::fill(strengths, 0.0F);
+        std::ranges::copy(std::span(Strengths).first(count), strengths.begin());
+    }
+
+private:
+    const SoundStatus& m_status;
+};
 
 // An engine without sound, whose time stands still until a test moves it. It keeps the promises
 // of AudioEngine's state (a load stops at 0, StartSound plays what is loaded, ...), and a test may
@@ -38,6 +63,8 @@ public:
     bool Loaded = false;
     QString LoadedPath;
     std::vector<std::uint8_t> LoadedImage;
+
+    FakeSpectrumAnalyser Analyser{Status};
 
     std::vector<std::string> Log;
 
@@ -122,6 +149,8 @@ public:
         Log.emplace_back("StartSound");
         if (Loaded)
             Status = SoundStatus::Playing;
+        if (Loaded && Analyser.Started)
+            Analyser.Started();
     }
     void PauseSound() override
     {
@@ -156,6 +185,8 @@ public:
     void SetEnginePitch(int semitones) override { Set("SetEnginePitch ", Pitch, semitones); }
     float GetEngineTempo() override { return Asked("GetEngineTempo", Tempo); }
     void SetEngineTempo(float percent) override { Set("SetEngineTempo ", Tempo, percent); }
+
+    SpectrumAnalyser* Spectrum() override { return &Analyser; }
 
 private:
     std::int32_t Load()

@@ -9,6 +9,8 @@
 
 namespace lantern {
 
+class SpectrumAnalyser;
+
 // What the player is doing, by the numbers that the rest of the program compares.
 enum class SoundStatus : std::int32_t { Empty = 0, Playing = 1, Paused = 2, Stopped = 3 };
 
@@ -62,6 +64,9 @@ public:
     virtual void SetEnginePitch(int semitones) = 0;
     virtual float GetEngineTempo() = 0; // -90 to +90 percent faster
     virtual void SetEngineTempo(float percent) = 0;
+
+    // What shows the sound's spectrum; null where there is none. The engine's own.
+    virtual SpectrumAnalyser* Spectrum() { return nullptr; }
 
     // Called when the sound has been heard to its end (the status is then Stopped). Never from
     // inside an operation above.
