@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "PictureSurface.h"
 
+#include "DevicePixels.h"
+
 #include <QDragEnterEvent>
 #include <QPaintEvent>
 #include <QPainter>
-
-#include <cmath>
 
 namespace lantern {
 namespace {
@@ -16,15 +16,6 @@ QRect ScaledOutward(const QRect& rect, qreal factor)
     return QRectF(rect.x() * factor, rect.y() * factor, rect.width() * factor,
                   rect.height() * factor)
         .toAlignedRect();
-}
-
-// Turns the painter's unit into one device pixel and puts its origin on a whole one, so that an
-// image is copied pixel by pixel at every ratio, 1.5 included.
-void UseDevicePixels(QPainter& painter, qreal ratio)
-{
-    painter.scale(1 / ratio, 1 / ratio);
-    const QTransform device = painter.deviceTransform();
-    painter.translate(std::round(device.dx()) - device.dx(), std::round(device.dy()) - device.dy());
 }
 
 } // namespace
@@ -40,8 +31,7 @@ PictureSurface::PictureSurface(QWidget* parent) : QWidget(parent)
 void PictureSurface::FitImage()
 {
     const qreal ratio = devicePixelRatioF();
-    const QSize wanted(static_cast<int>(std::lround(width() * ratio)),
-                       static_cast<int>(std::lround(height() * ratio)));
+    const QSize wanted = DeviceSize(size(), ratio);
     if (m_image.size() == wanted && m_ratio == ratio)
         return;
     m_ratio = ratio;
