@@ -159,7 +159,7 @@ frmOptions::frmOptions(QWidget& mainWindow, OptionsHost& player, AudioControl& a
     };
     BringToFront(OptionsPanel::Skinner);
     m_specPic->setFocus();
-    SetTopMost(*this, true);
+    StandBeforePlayer();
 }
 
 ctlSkinner& frmOptions::Panel(OptionsPanel panel)
@@ -288,7 +288,7 @@ void frmOptions::ShowForm(const QString& word)
 {
     BringToFront(word == u"OPTIONS" ? OptionsPanel::Skinner : OptionsPanel::SkinAbout);
     const bool isShown = word != u"NONE";
-    if (isShown)
+    if (isShown && !isVisible())
         StandBeforePlayer();
     setVisible(isShown);
 }
@@ -299,10 +299,11 @@ void frmOptions::BringToFront(OptionsPanel panel)
     Panel(panel).raise();
 }
 
-// In front of the player even where that fills the screen, which being topmost does not do. The
-// player may have a new window each time.
+// Being topmost is not enough where the player fills the screen. Each of the two windows may be
+// another one than last time: a window that was closed is made anew.
 void frmOptions::StandBeforePlayer()
 {
+    SetTopMost(*this, true);
     windowHandle()->setTransientParent(m_mainWindow.windowHandle());
 }
 
