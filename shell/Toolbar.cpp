@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "Toolbar.h"
 
+#include "CommandTable.h"
 #include "ToolbarLayout.h"
 
 #include <algorithm>
@@ -13,6 +14,15 @@ constexpr std::int32_t kNoBorder = 0;
 constexpr std::int32_t kFirstVolume = 50;
 
 } // namespace
+
+QString WithoutKey(QStringView toolTip)
+{
+    const qsizetype from = toolTip.indexOf(u" (");
+    const qsizetype to = toolTip.indexOf(u')', from);
+    if (from < 0 || to < 0)
+        return toolTip.toString();
+    return toolTip.first(from).toString().append(toolTip.sliced(to + 1));
+}
 
 Toolbar::Toolbar(QWidget& window, QWidget& pic, TwipsPerPixel twips)
     : m_twips(twips), m_tBar(&window), m_tBar2(&m_tBar), m_tBarZoom(&m_tBar2), m_ctlSlider(&m_tBar),
@@ -119,6 +129,11 @@ void Toolbar::SetupToolbar()
 {
     for (const SharedPlace& place : kSharedPlaces)
         tBtn(place.moved).move(tBtn(place.onto).pos());
+    for (const ToolbarButton& row : kToolbarButtons) {
+        const QStringView toolTip = ToolTipOf(row.index);
+        tBtn(row.index).setToolTip(toolTip.toString());
+        tBtn(row.index).setAccessibleName(WithoutKey(toolTip));
+    }
 }
 
 void Toolbar::Place(const TwipRect& bar)

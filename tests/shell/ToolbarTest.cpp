@@ -1,6 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ToolbarFixture.h"
 
+#include <QAccessible>
+
+#include <set>
+
 namespace lantern {
 namespace {
 
@@ -180,6 +184,61 @@ TEST_F(ToolbarTest, AnOwnerWithoutHandlersIsNotMissed)
     ClickAt(CentreOf(toolbar.ctlVolume()));
     ClickAt(CentreOf(toolbar.ctlSlider()));
     ClickAt(CentreOf(toolbar.PlayTicker()));
+}
+
+TEST_F(ToolbarTest, EveryButtonTellsWhatItIsForAndByWhichKey)
+{
+    std::set<QString> toolTips;
+    for (const ToolbarButton& row : kToolbarButtons) {
+        const QString toolTip = toolbar.tBtn(row.index).toolTip();
+        EXPECT_FALSE(toolTip.isEmpty()) << row.index;
+        EXPECT_TRUE(toolTips.insert(toolTip).second) << row.index;
+    }
+    EXPECT_EQ(toolbar.tBtn(2).toolTip(), QStringLiteral("Pause (P)"));
+    EXPECT_EQ(toolbar.tBtn(20).toolTip(), QStringLiteral("Restore Screen (F)"));
+    EXPECT_EQ(toolbar.tBtn(33).toolTip(), QStringLiteral("Track (T) - Adjust With Wheel"));
+}
+
+TEST_F(ToolbarTest, AssistiveToolsHearANameForEverythingOnTheBar)
+{
+    const auto nameOf = [](QWidget& widget) {
+        return QAccessible::queryAccessibleInterface(&widget)->text(QAccessible::Name);
+    };
+    std::set<QString> names;
+    for (const ToolbarButton& row : kToolbarButtons) {
+        const QString name = nameOf(toolbar.tBtn(row.index));
+        EXPECT_FALSE(name.isEmpty()) << row.index;
+        EXPECT_FALSE(name.contains(u'(')) << row.index;
+        EXPECT_TRUE(names.insert(name).second) << row.index;
+    }
+    EXPECT_EQ(nameOf(toolbar.tBtn(14)), QStringLiteral("Options"));
+    EXPECT_EQ(nameOf(toolbar.tBtn(32)), QStringLiteral("Key / Pitch - Adjust With Wheel"));
+    EXPECT_EQ(nameOf(toolbar.TBar()), QStringLiteral("Toolbar"));
+    EXPECT_EQ(nameOf(toolbar.TBarZoom()), QStringLiteral("Display size"));
+    EXPECT_EQ(nameOf(toolbar.ctlSlider()), QStringLiteral("Track position"));
+    EXPECT_EQ(nameOf(toolbar.ctlVolume()), QStringLiteral("Volume"));
+    EXPECT_FALSE(nameOf(toolbar.PlayTicker()).isEmpty());
+}
+
+TEST_F(ToolbarTest, AnAssistiveToolPressesAButtonAsTheMouseDoes)
+{
+    QAccessibleInterface& open = *QAccessible::queryAccessibleInterface(&toolbar.tBtn(0));
+    open.actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+    QAccessibleInterface& volume = *QAccessible::queryAccessibleInterface(&toolbar.ctlVolume());
+    volume.valueInterface()->setCurrentValue(30);
+    EXPECT_EQ(clicks, std::vector<std::int16_t>{0});
+    EXPECT_EQ(log, std::vector<std::string>{"volume"});
+}
+
+TEST(ToolTips, TheKeyIsLeftOutOfTheName)
+{
+    EXPECT_EQ(WithoutKey(u"Open (O)"), QStringLiteral("Open"));
+    EXPECT_EQ(WithoutKey(u"Track (T) - Adjust With Wheel"),
+              QStringLiteral("Track - Adjust With Wheel"));
+    EXPECT_EQ(WithoutKey(u"Reduce Display Size (-)"), QStringLiteral("Reduce Display Size"));
+    EXPECT_EQ(WithoutKey(u"No key"), QStringLiteral("No key"));
+    EXPECT_EQ(WithoutKey(u"Half (open"), QStringLiteral("Half (open"));
+    EXPECT_EQ(WithoutKey(u""), QString());
 }
 
 TEST_F(ToolbarTest, ANumberWithoutButtonEndsTheProgram)
