@@ -39,6 +39,7 @@ Toolbar::Toolbar(QWidget& window, QWidget& pic, TwipsPerPixel twips)
     m_ctlVolume.setAccessibleName(QStringLiteral("Volume"));
     m_ctlVolume.SetValue(kFirstVolume);
     m_playTicker.setObjectName(QStringLiteral("PlayTicker"));
+    m_playTicker.setAccessibleName(QStringLiteral("Time"));
     m_playTicker.setGeometry(PixelsOf(kTickerRect));
     for (const ToolbarButton& row : kToolbarButtons)
         MakeButton(row, pic);
