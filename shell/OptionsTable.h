@@ -118,6 +118,7 @@ inline constexpr ColourValue kOptionsWhite = DirectColour(255, 255, 255);
 inline constexpr ColourValue kOptionsAccent = 568319;
 inline constexpr ColourValue kOptionsDarkGrey = 4210752;
 inline constexpr ColourValue kOptionsCentreLine = 0x808080;
+inline constexpr ColourValue kOptionsSecondBars = 3303039;
 
 // A slider that stands in its middle has no empty side.
 inline constexpr std::array<OptionsSlider, kOptionsSliders> kOptionsSliderTable = {{

@@ -138,7 +138,7 @@ void GiveFace(ctlPicBtn& button, ButtonFace face)
 } // namespace
 
 frmOptions::frmOptions(QWidget& mainWindow, OptionsHost& player, AudioControl& audio,
-                       TwipsPerPixel twips)
+                       SpectrumAnalyser* analyser, TwipsPerPixel twips)
     : QWidget(nullptr, Qt::Tool | Qt::FramelessWindowHint), m_mainWindow(mainWindow),
       m_player(player), m_audio(audio), m_twips(twips), m_skinner(this, WindowAmbient()),
       m_skinAbout(this, WindowAmbient())
@@ -150,6 +150,7 @@ frmOptions::frmOptions(QWidget& mainWindow, OptionsHost& player, AudioControl& a
     m_skinner.Initialize(this, false, true);
     m_skinAbout.Initialize(this, false, true);
     Centre();
+    SetupSpectrum(analyser);
     SetupOptions();
     for (ctlPicBtn* button : m_cmd)
         button->setFocusProxy(m_specPic);
@@ -205,7 +206,7 @@ QWidget* frmOptions::MakeControl(const OptionsPlace& place)
     case OptionsControl::Slider:
         return m_sliders.at(place.index) = MakeSlider(place);
     case OptionsControl::SpecPic:
-        m_specPic = new QWidget(panel);
+        m_specPic = new SpectrumSurface(panel);
         m_specPic->setFocusPolicy(Qt::StrongFocus);
         return m_specPic;
     case OptionsControl::labInfo:
@@ -262,6 +263,14 @@ ctlSlide* frmOptions::MakeSlider(const OptionsPlace& place)
     return slider;
 }
 
+void frmOptions::SetupSpectrum(SpectrumAnalyser* analyser)
+{
+    m_specPic->Attach(analyser);
+    m_specPic->SetOn(true);
+    m_specPic->SetFirstColour(kOptionsAccent);
+    m_specPic->SetSecondColour(kOptionsSecondBars);
+}
+
 void frmOptions::SetupOptions()
 {
     setWindowTitle(kApplicationTitle + QStringLiteral(" Options"));
@@ -280,7 +289,6 @@ void frmOptions::NameForReaders()
         m_sliders[i]->setAccessibleName(m_lab[i]->text());
         m_lab[kFirstValueLabel + i]->setAccessibleDescription(m_lab[i]->text());
     }
-    m_specPic->setAccessibleName(QStringLiteral("Spectrum"));
     m_aboutPic->setAccessibleName(kApplicationTitle);
 }
 

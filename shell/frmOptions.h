@@ -4,6 +4,7 @@
 #include "KeyRepeats.h"
 #include "OptionsTable.h"
 #include "ScreenMetrics.h"
+#include "SpectrumSurface.h"
 #include "WheelTurns.h"
 #include "ctlPicBtn.h"
 #include "ctlSkinner.h"
@@ -28,8 +29,9 @@ class OptionsHost;
 // window is on the screen; it goes with the player.
 class frmOptions : public QWidget {
 public:
-    // All are borrowed and outlive the window.
-    frmOptions(QWidget& mainWindow, OptionsHost& player, AudioControl& audio, TwipsPerPixel twips);
+    // All are borrowed and outlive the window. Without an analyser, the spectrum stays black.
+    frmOptions(QWidget& mainWindow, OptionsHost& player, AudioControl& audio,
+               SpectrumAnalyser* analyser, TwipsPerPixel twips);
 
     // "OPTIONS" shows the options, "NONE" hides the window, any other word shows the About panel.
     void ShowForm(const QString& word);
@@ -43,7 +45,7 @@ public:
     ctlPicBtn& cmd(std::size_t index) { return *m_cmd.at(index); }
     QLabel& lab(std::size_t index) { return *m_lab.at(index); }
     ctlPicBtn& dev(std::size_t index) { return *m_dev.at(index); }
-    QWidget& SpecPic() { return *m_specPic; }
+    SpectrumSurface& SpecPic() { return *m_specPic; }
 
     // The label that tells the value as text.
     QLabel& ValueLabel(AudioValue value) { return lab(4 + static_cast<std::size_t>(value)); }
@@ -67,6 +69,7 @@ private:
     QLabel* MakeLabel(const OptionsPlace& place);
     ctlPicBtn* MakeButton(const OptionsPlace& place);
     ctlSlide* MakeSlider(const OptionsPlace& place);
+    void SetupSpectrum(SpectrumAnalyser* analyser);
     void SetupOptions();
     void NameForReaders();
     void Centre();
@@ -93,7 +96,7 @@ private:
     std::array<ctlPicBtn*, kOptionsCommands> m_cmd{};
     std::array<ctlPicBtn*, kOptionsDevices> m_dev{};
     std::array<ctlSlide*, kOptionsSliders> m_sliders{};
-    QWidget* m_specPic = nullptr;
+    SpectrumSurface* m_specPic = nullptr;
     QLabel* m_labInfo = nullptr;
     QWidget* m_aboutPic = nullptr;
     QLabel* m_url = nullptr;

@@ -63,7 +63,7 @@ protected:
     AudioControl audio{engine, audioHost};
     RecordingOptionsHost player;
     QWidget mainWindow;
-    frmOptions options{mainWindow, player, audio, TwipsPerPixel{15, 15}};
+    frmOptions options{mainWindow, player, audio, engine.Spectrum(), TwipsPerPixel{15, 15}};
 };
 
 } // namespace lantern

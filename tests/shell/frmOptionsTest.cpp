@@ -4,6 +4,7 @@
 
 #include <QAccessible>
 #include <QApplication>
+#include <QElapsedTimer>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QScreen>
@@ -90,6 +91,16 @@ protected:
         QApplication::sendEvent(&target, &event);
     }
 
+    template <typename Predicate>
+    static bool Await(Predicate isSo)
+    {
+        QElapsedTimer waited;
+        waited.start();
+        while (!isSo() && waited.elapsed() < 10000)
+            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 20);
+        return isSo();
+    }
+
     std::vector<std::string> Done()
     {
         const std::vector<std::string> actions = engine.Actions();
@@ -155,7 +166,7 @@ TEST_F(frmOptionsTest, ItStaysInFrontOfThePlayer)
 TEST_F(frmOptionsTest, ItComesUpBeforeThereIsAMainWindowOnTheScreen)
 {
     QWidget notYetShown;
-    frmOptions early(notYetShown, player, audio, {15, 15});
+    frmOptions early(notYetShown, player, audio, nullptr, {15, 15});
     early.ShowForm(QStringLiteral("OPTIONS"));
     EXPECT_TRUE(early.isVisible());
     EXPECT_EQ(early.windowHandle()->transientParent(), nullptr);
@@ -501,6 +512,45 @@ TEST_F(frmOptionsTest, TheFocusRestsOnTheSpectrum)
     EXPECT_EQ(options.focusWidget(), &options.SpecPic());
 }
 
+TEST_F(frmOptionsTest, TheSpectrumLivesWhileItIsSeen)
+{
+    engine.Status = SoundStatus::Playing;
+    engine.Analyser.Strengths = std::vector<float>(200, 0.8F);
+    const auto listens = [this] { return engine.Analyser.Listening; };
+    const auto goesOn = [this] {
+        const int before = engine.Analyser.Measured;
+        return Await([&] { return engine.Analyser.Measured > before + 1; });
+    };
+    EXPECT_FALSE(listens());
+    ShowOptions();
+    EXPECT_TRUE(goesOn());
+    ShowAbout();
+    EXPECT_TRUE(Await([&] { return !listens(); }));
+    ShowOptions();
+    EXPECT_TRUE(goesOn());
+    Show("NONE");
+    EXPECT_FALSE(listens());
+}
+
+TEST_F(frmOptionsTest, TheSpectrumHasTheTwoColours)
+{
+    engine.Status = SoundStatus::Playing;
+    engine.Analyser.Strengths = std::vector<float>(200, 0.8F);
+    ShowOptions();
+    const auto shows = [this](QRgb colour) {
+        const QImage field = options.SpecPic().grab().toImage();
+        for (int y = 0; y < field.height(); ++y) {
+            for (int x = 0; x < field.width(); ++x) {
+                if (field.pixel(x, y) == colour)
+                    return true;
+            }
+        }
+        return false;
+    };
+    EXPECT_TRUE(Await([&] { return shows(ResolveColour(568319u)); }));
+    EXPECT_TRUE(Await([&] { return shows(ResolveColour(3303039u)); }));
+}
+
 TEST_F(frmOptionsTest, TheTabKeyWalksOverWhatIsSeen)
 {
     ShowOptions();
@@ -549,7 +599,7 @@ TEST_F(frmOptionsTest, ThePanelsFillTheWindow)
 
 TEST_F(frmOptionsTest, AScreenOfOtherTwipsHasTheSameWindowInItsPixels)
 {
-    frmOptions fine(mainWindow, player, audio, {12, 12});
+    frmOptions fine(mainWindow, player, audio, nullptr, {12, 12});
     EXPECT_EQ(fine.size(), QSize(515, 275));
     EXPECT_EQ(fine.ctlSpeed().geometry(), QRect(147, 103, 250, 15));
 }
