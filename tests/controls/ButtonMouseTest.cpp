@@ -59,10 +59,10 @@ TYPED_TEST(ButtonMouse, AClickIsAPressAndAReleaseAndThenTheClick)
     this->Logged();
     this->Press(this->kInside, Qt::LeftButton, Qt::ShiftModifier | Qt::AltModifier);
     EXPECT_EQ(this->button->look, ButtonLook::Down);
-    EXPECT_EQ(this->Logged(), Log{"MouseDown 1 5 30,10"});
+    EXPECT_EQ(this->Logged(), Log{"MouseDown 1 5 32,10"});
     this->Release(this->kInside);
     EXPECT_EQ(this->button->look, ButtonLook::Hot); // no move came in between
-    EXPECT_EQ(this->Logged(), (Log{"MouseUp 1 0 30,10", "Click"}));
+    EXPECT_EQ(this->Logged(), (Log{"MouseUp 1 0 32,10", "Click"}));
 }
 
 TYPED_TEST(ButtonMouse, AMoveDuringThePressCoolsItUntilTheNextMove)
@@ -76,7 +76,7 @@ TYPED_TEST(ButtonMouse, AMoveDuringThePressCoolsItUntilTheNextMove)
     EXPECT_EQ(this->button->look, ButtonLook::Normal);
     this->MoveTo(this->kInside);
     EXPECT_EQ(this->button->look, ButtonLook::Hot);
-    EXPECT_EQ(this->Logged(), (Log{"MouseUp 1 0 20,15", "Click", "MouseOver"}));
+    EXPECT_EQ(this->Logged(), (Log{"MouseUp 1 0 20,14", "Click", "MouseOver"}));
 }
 
 TYPED_TEST(ButtonMouse, DraggedOffItShowsItselfNormalAndDownAgainWhenThePointerIsBack)
@@ -102,7 +102,7 @@ TYPED_TEST(ButtonMouse, AReleaseOutsideIsNoClick)
     this->Logged();
     this->Release(this->kAway);
     EXPECT_EQ(this->button->look, ButtonLook::Normal);
-    EXPECT_EQ(this->Logged(), Log{"MouseUp 1 0 210,120"});
+    EXPECT_EQ(this->Logged(), Log{"MouseUp 1 0 212,122"});
 }
 
 TYPED_TEST(ButtonMouse, LeavingDuringAPressIsToldByTheTimerThatRanBefore)
@@ -134,7 +134,7 @@ TYPED_TEST(ButtonMouse, TheRightButtonDrawsNothingAndClicksNothing)
     EXPECT_EQ(this->button->drawn, 0);
     this->Release(this->kInside, Qt::RightButton);
     EXPECT_EQ(this->button->drawn, 0);
-    EXPECT_EQ(this->Logged(), (Log{"MouseDown 2 0 30,10", "MouseUp 2 0 30,10"}));
+    EXPECT_EQ(this->Logged(), (Log{"MouseDown 2 0 32,10", "MouseUp 2 0 32,10"}));
 }
 
 TYPED_TEST(ButtonMouse, TheMiddleButtonDrawsButDoesNotClick)
@@ -145,7 +145,7 @@ TYPED_TEST(ButtonMouse, TheMiddleButtonDrawsButDoesNotClick)
     EXPECT_EQ(this->button->look, ButtonLook::Down);
     this->Release(this->kInside, Qt::MiddleButton);
     EXPECT_EQ(this->button->look, ButtonLook::Hot);
-    EXPECT_EQ(this->Logged(), (Log{"MouseDown 4 0 30,10", "MouseUp 4 0 30,10"}));
+    EXPECT_EQ(this->Logged(), (Log{"MouseDown 4 0 32,10", "MouseUp 4 0 32,10"}));
 }
 
 TYPED_TEST(ButtonMouse, AButtonWithoutANumberDoesNothing)
@@ -187,8 +187,8 @@ TYPED_TEST(ButtonMouse, TheSecondPressOfADoubleClickIsAPress)
     this->Logged();
     QTest::mouseDClick(this->window.windowHandle(), Qt::LeftButton, Qt::ControlModifier,
                        this->kInside);
-    EXPECT_EQ(this->Logged(), (Log{"MouseDown 1 2 30,10", "MouseUp 1 2 30,10", "Click",
-                                   "MouseDown 1 2 0,0", "MouseUp 1 2 30,10", "Click"}));
+    EXPECT_EQ(this->Logged(), (Log{"MouseDown 1 2 32,10", "MouseUp 1 2 32,10", "Click",
+                                   "MouseDown 1 2 0,0", "MouseUp 1 2 32,10", "Click"}));
     EXPECT_EQ(this->button->look, ButtonLook::Hot);
 }
 
@@ -198,7 +198,7 @@ TYPED_TEST(ButtonMouse, TheSecondPressOfARightDoubleClickIsNothing)
     this->Logged();
     QTest::mouseDClick(this->window.windowHandle(), Qt::RightButton, {}, this->kInside);
     EXPECT_EQ(this->Logged(),
-              (Log{"MouseDown 2 0 30,10", "MouseUp 2 0 30,10", "MouseUp 2 0 30,10"}));
+              (Log{"MouseDown 2 0 32,10", "MouseUp 2 0 32,10", "MouseUp 2 0 32,10"}));
 }
 
 TYPED_TEST(ButtonMouse, ADisabledButtonTakesTheMouseInSilence)
