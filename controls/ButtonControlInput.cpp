@@ -37,7 +37,7 @@ bool ButtonControl::event(QEvent* event)
 
 void ButtonControl::enterEvent(QEnterEvent* event)
 {
-    m_pointer.SeenAt(event->globalPosition());
+    m_pointer.SeenAt(event->position());
 }
 
 void ButtonControl::leaveEvent(QEvent*)
@@ -47,7 +47,7 @@ void ButtonControl::leaveEvent(QEvent*)
 
 void ButtonControl::mouseMoveEvent(QMouseEvent* event)
 {
-    m_pointer.SeenAt(event->globalPosition());
+    m_pointer.SeenAt(event->position());
     const MouseReport report = MoveReport(*event);
     if (!m_enabled || !Raise(MouseMove, report))
         return;
@@ -93,7 +93,7 @@ void ButtonControl::CheckPointer()
 
 void ButtonControl::mousePressEvent(QMouseEvent* event)
 {
-    m_pointer.SeenAt(event->globalPosition());
+    m_pointer.SeenAt(event->position());
     HandleMouseDown(PressReport(*event));
 }
 
@@ -111,7 +111,7 @@ void ButtonControl::HandleMouseDown(const MouseReport& report)
 // until the release, as with any press.
 void ButtonControl::mouseDoubleClickEvent(QMouseEvent* event)
 {
-    m_pointer.SeenAt(event->globalPosition());
+    m_pointer.SeenAt(event->position());
     if (m_lastButton == LeftButton)
         HandleMouseDown({LeftButton, PressReport(*event).shift, 0, 0});
 }
@@ -126,7 +126,7 @@ void ButtonControl::mouseReleaseEvent(QMouseEvent* event)
         if (report.button != RightButton)
             DrawButton(ButtonState::Normal, false);
     }
-    const bool isOverSurface = rect().contains(PixelAt(event->position()));
+    const bool isOverSurface = rect().contains(event->position().toPoint());
     if (isOverSurface && event->buttons() == Qt::NoButton)
         HandleClick();
 }

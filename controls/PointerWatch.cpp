@@ -6,7 +6,6 @@
 #include <QWidget>
 
 #include <algorithm>
-#include <cmath>
 
 namespace lantern {
 namespace {
@@ -30,14 +29,9 @@ bool IsOverChildOf(const QWidget& control)
 
 } // namespace
 
-QPoint PixelAt(QPointF point)
+void PointerWatch::SeenAt(QPointF point)
 {
-    return {static_cast<int>(std::floor(point.x())), static_cast<int>(std::floor(point.y()))};
-}
-
-void PointerWatch::SeenAt(QPointF onScreen)
-{
-    m_pointer = PixelAt(onScreen);
+    m_pointer = m_control.mapTo(m_control.window(), point.toPoint());
 }
 
 void PointerWatch::AskWindowSystem()
@@ -46,7 +40,7 @@ void PointerWatch::AskWindowSystem()
         return;
     const QPoint pointer = QCursor::pos();
     if (QApplication::widgetAt(pointer) == &m_control)
-        m_pointer = pointer;
+        m_pointer = m_control.window()->mapFromGlobal(pointer);
     else
         m_pointer.reset();
 }
@@ -56,9 +50,8 @@ bool PointerWatch::IsOver() const
     if (!m_pointer || !m_control.isVisible() || IsOverChildOf(m_control))
         return false;
     const QWidget* window = m_control.window();
-    const QPoint point = window->mapFromGlobal(*m_pointer);
-    const QWidget* inFront = window->childAt(point);
-    if (!inFront && window->rect().contains(point))
+    const QWidget* inFront = window->childAt(*m_pointer);
+    if (!inFront && window->rect().contains(*m_pointer))
         inFront = window;
     return inFront == &m_control;
 }

@@ -10,9 +10,6 @@ class QWidget;
 
 namespace lantern {
 
-// The pixel of the layout that a point lies in.
-QPoint PixelAt(QPointF point);
-
 // Tells whether the pointer is over a control, as often as one likes to ask.
 //
 // To ask the window system each time would cost a round trip, and some window systems tell the
@@ -26,7 +23,8 @@ public:
     // The control outlives the watch.
     explicit PointerWatch(const QWidget& control) : m_control(control) {}
 
-    void SeenAt(QPointF onScreen); // by an event of the mouse, also outside during a press
+    // By an event of the mouse, in the control's coordinates; outside of it during a press.
+    void SeenAt(QPointF point);
     void Left() { m_pointer.reset(); }
     void AskWindowSystem();
 
@@ -35,7 +33,7 @@ public:
 
 private:
     const QWidget& m_control;
-    std::optional<QPoint> m_pointer;
+    std::optional<QPoint> m_pointer; // in the window, on the pixel that the toolkit counts it to
 };
 
 } // namespace lantern

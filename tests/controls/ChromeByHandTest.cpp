@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The skin and the menu under a real window manager, by hand.
+// The skin, a button and the menu under a real window manager, by hand.
 #include "Eyes.h"
 #include "Hand.h"
 #include "InteractiveMove.h"
@@ -16,6 +16,7 @@ namespace lantern::test {
 namespace {
 
 constexpr QRgb kOrange = 0xFFFFAB08; // the outermost pixels of the skin and of the menu
+constexpr QRgb kGreen = 0xFF00FF00;  // the button
 constexpr QRect kWindow(400, 250, 320, 240);
 constexpr QSize kMinimum(200, 150);
 constexpr Point kInMiddle{560, 370};
@@ -31,16 +32,24 @@ protected:
 
     void Start()
     {
+        ASSERT_NO_FATAL_FAILURE(StartAt("1"));
+        ASSERT_TRUE(Eventually([&] { return WindowArea() == kWindow; }, 10s, 50ms));
+    }
+    // With that many device pixels to a pixel of the layout.
+    void StartAt(const char* ratio)
+    {
         host.reset();
         hand.MoveTo({5, 400});
         EnvironmentChanges environment = screen.Environment();
         environment.emplace_back("QT_QPA_PLATFORM", "xcb");
         environment.emplace_back("QT_FONT_DPI", "96");
+        environment.emplace_back("QT_SCALE_FACTOR", ratio);
         host = std::make_unique<Process>(Process::Command{
             .arguments = {CONTROL_HOST_PATH}, .environment = environment, .log = log});
-        ASSERT_TRUE(Eventually([&] { return WindowArea() == kWindow && HasKeyboard(); }, 10s, 50ms))
+        ASSERT_TRUE(Eventually([&] { return !ButtonArea().isEmpty() && HasKeyboard(); }, 10s, 50ms))
             << "the window did not come";
     }
+    QRect ButtonArea() { return BoundsOfColour(eyes.Screen(), kGreen); }
     QRect WindowArea() { return BoundsOfColour(eyes.Screen(), kOrange); }
     bool HasKeyboard() const
     {
@@ -162,6 +171,51 @@ TEST_F(ChromeByHand, AfterADragTheWindowCanBeDraggedAgain)
     ASSERT_TRUE(Eventually([&] { return WindowArea().left() > kWindow.left() + 30; }, 2s, 50ms));
     hand.Drag(kInMiddle, {kInMiddle.x - 48, kInMiddle.y - 36});
     EXPECT_TRUE(Eventually([&] { return IsNear(WindowArea(), kWindow); }, 2s, 50ms));
+}
+
+TEST_F(ChromeByHand, AButtonLightsUpAndIsPressedInEachOfItsCornersAtAnyRatio)
+{
+    std::size_t times = 0;
+    for (const char* ratio : {"1", "1.5"}) {
+        ASSERT_NO_FATAL_FAILURE(StartAt(ratio));
+        const QRect outside = ButtonArea().adjusted(-2, -2, 2, 2);
+        const QRect inside = ButtonArea().adjusted(1, 1, -1, -1);
+        for (const auto& [in, out] : {std::pair{inside.topLeft(), outside.topLeft()},
+                                      {inside.topRight(), outside.topRight()},
+                                      {inside.bottomLeft(), outside.bottomLeft()},
+                                      {inside.bottomRight(), outside.bottomRight()}}) {
+            ++times;
+            hand.Click({in.x(), in.y()});
+            EXPECT_TRUE(Eventually([&] { return Lines("over").size() == times; }, 3s)) << ratio;
+            EXPECT_TRUE(Eventually([&] { return Lines("click").size() == times; }, 3s)) << ratio;
+            hand.MoveTo({out.x(), out.y()});
+            EXPECT_TRUE(Eventually([&] { return Lines("out").size() == times; }, 3s)) << ratio;
+        }
+    }
+}
+
+TEST_F(ChromeByHand, EachPixelAtTheEdgesOfAButtonBelongsToTheButtonOrToTheSkin)
+{
+    ASSERT_NO_FATAL_FAILURE(StartAt("1.5"));
+    const QRect area = ButtonArea();
+    std::size_t times = 0;
+    for (int i = -2; i <= 2; ++i) {
+        for (const Point at :
+             {Point{area.left() + i, area.center().y()}, Point{area.right() + i, area.center().y()},
+              Point{area.center().x(), area.top() + i},
+              Point{area.center().x(), area.bottom() + i}}) {
+            hand.Click(at);
+            ++times;
+            ASSERT_TRUE(Eventually(
+                [&] { return Lines("click").size() + Lines("up 1").size() == times; }, 3s))
+                << at.x << ", " << at.y;
+            // It is lit where it is pressed, and nowhere else.
+            EXPECT_EQ(Lines("over").size(), Lines("click").size()) << at.x << ", " << at.y;
+            hand.MoveTo({area.right() + 20, area.center().y()});
+            EXPECT_TRUE(
+                Eventually([&] { return Lines("out").size() == Lines("over").size(); }, 3s));
+        }
+    }
 }
 
 TEST_F(ChromeByHand, TheMenuOpensAtEachCornerOfTheScreen)

@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A window with a skin and a menu, for a hand to try. The key M, or the right button on the skin,
-// opens the menu at the pointer. It writes what happens, one line each.
+// A window with a skin, a green button and a menu, for a hand to try. The key M, or the right
+// button on the skin, opens the menu at the pointer. It writes what happens, one line each.
 #include "ProgramFonts.h"
 #include "ctlMenus.h"
+#include "ctlPicBtn.h"
 #include "ctlSkinner.h"
 
 #include <QApplication>
@@ -28,6 +29,11 @@ public:
             if (report.button == RightButton)
                 ShowMenu();
         };
+        m_button.setGeometry(21, 191, 40, 24); // so that edges lie within pixels at 1.5
+        m_button.SetBackColor(DirectColour(0, 255, 0));
+        m_button.MouseOver = [] { std::cout << "over" << std::endl; };
+        m_button.MouseOut = [] { std::cout << "out" << std::endl; };
+        m_button.Click = [] { std::cout << "click" << std::endl; };
         m_menus.SetFont(ProgramFont(QStringLiteral("Arial"), 11));
         m_menus.SetBackColor(0);
         m_menus.SetItemForeColor(DirectColour(255, 255, 255));
@@ -64,6 +70,7 @@ private:
     }
 
     ctlSkinner m_skinner{this};
+    ctlPicBtn m_button{&m_skinner};
     ctlMenus m_menus{this};
 };
 
