@@ -68,12 +68,13 @@ PlayerState ControlRefresh::Present(std::int32_t positionMs, bool isPlaying, boo
 
 void ControlRefresh::Refresh(std::int32_t positionMs, bool isPlaying, bool isMaximised)
 {
-    const PlayerState now = Present(positionMs, isPlaying, isMaximised);
+    PlayerState now = Present(positionMs, isPlaying, isMaximised);
     for (const CheckRule& rule : kCheckRules) {
         if (!Applies(rule, now))
             continue;
         if (rule.value)
             ShowValue(*rule.value, ValueIn(now, *rule.value));
+        now.wheelType = m_audio.WheelType; // it goes with a slider of the options that moved
         SetCheckState(rule.toolbarIndex, rule.optionIndex, rule.isDown(now));
     }
     RestFocus(now.wheelType);
