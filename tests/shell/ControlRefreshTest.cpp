@@ -129,7 +129,7 @@ protected:
     AudioControl audio{engine, audioHost};
     Track track;
     RecordingOptionsHost player;
-    frmOptions options{window, player, audio, TwipsPerPixel{15, 15}};
+    frmOptions options{window, player, audio, nullptr, TwipsPerPixel{15, 15}};
     ControlRefresh refresh{toolbar, engine, audio, track};
     std::int32_t positionMs = 0;
     bool isPlaying = false;
