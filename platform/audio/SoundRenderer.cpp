@@ -86,10 +86,27 @@ std::optional<double> SoundRenderer::HeardMediaFrame(std::uint64_t serial)
     return m_timeline.MediaAt(m_output.HeardFrames());
 }
 
+// The output counts on ahead by the clock, but nothing is heard of what it has not been given.
+bool SoundRenderer::HearAround(std::uint64_t serial, std::span<float> stereo)
+{
+    const std::scoped_lock lock(m_timelineMutex);
+    const std::int64_t heard = std::llround(m_output.HeardFrames());
+    const std::int64_t passed = m_tap.PassedFrames();
+    const bool isHeard = m_output.GetState() == AudioOutput::State::Running && heard < passed;
+    if (m_placeSerial != serial || !isHeard) {
+        return false;
+    }
+    const auto frames = static_cast<std::int64_t>(stereo.size() / 2);
+    m_tap.CopyOut(std::min(heard + frames / 2, passed) - frames, stereo);
+    return true;
+}
+
 int SoundRenderer::Fill(std::span<float> stereo)
 {
     const int frames = m_ring.Read(stereo);
-    m_gain.Apply(stereo.first(static_cast<std::size_t>(frames) * 2));
+    const std::span<float> filled = stereo.first(static_cast<std::size_t>(frames) * 2);
+    m_gain.Apply(filled);
+    m_tap.Note(filled);
     return frames;
 }
 
@@ -186,6 +203,7 @@ void SoundRenderer::StartAt(std::int64_t mediaFrame)
     {
         const std::scoped_lock lock(m_timelineMutex);
         m_output.Restart(rate, *this);
+        m_tap.Restart();
         m_timeline.Restart(mediaFrame, m_shape.speed);
         m_placeSerial = m_now.serial;
     }

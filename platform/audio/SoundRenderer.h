@@ -5,6 +5,7 @@
 #include "SoundDecoder.h"
 #include "SoundRing.h"
 #include "SoundShaper.h"
+#include "SoundTap.h"
 #include "SoundTimeline.h"
 #include "StereoGain.h"
 
@@ -53,6 +54,12 @@ public:
     // been taken up.
     std::optional<double> HeardMediaFrame(std::uint64_t serial);
 
+    // Keeps the latest sound for HearAround, or no longer.
+    void Listen(bool on) { m_tap.Listen(on); }
+    // Copies the sound in whose middle lies what is heard now, as it goes to the device. False if
+    // nothing is heard of the place with this serial. On the thread that calls Listen.
+    bool HearAround(std::uint64_t serial, std::span<float> stereo);
+
 private:
     using Clock = std::chrono::steady_clock;
 
@@ -75,6 +82,7 @@ private:
     Report m_report;
     SoundRing m_ring;
     StereoGain m_gain;
+    SoundTap m_tap;
 
     std::mutex m_wishMutex; // guards the wish and its times; held for moments
     std::condition_variable m_wake;

@@ -50,6 +50,7 @@ bool StudioEngine::EngineInit()
         };
         m_renderer = std::make_unique<SoundRenderer>(*m_output, report);
         TellLevel();
+        m_renderer->Listen(m_listening);
     }
     return m_renderer != nullptr;
 }
@@ -147,6 +148,9 @@ void StudioEngine::StartSound()
     }
     m_status = SoundStatus::Playing;
     TellWish();
+    if (const auto tell = Started) {
+        tell();
+    }
 }
 
 void StudioEngine::PauseSound()
@@ -202,6 +206,29 @@ void StudioEngine::SetEngineTempo(float percent)
 {
     m_tempo = percent;
     TellWish();
+}
+
+void StudioEngine::Listen(bool on)
+{
+    m_listening = on;
+    if (m_renderer) {
+        m_renderer->Listen(on);
+    }
+}
+
+void StudioEngine::Measure(std::span<float> strengths)
+{
+    std::ranges::fill(strengths, 0.0F);
+    if (!IsSounding() || !m_listening) {
+        return;
+    }
+    const int rate = m_sound->SampleRate();
+    if (!m_spectrum || m_spectrum->SampleRate() != rate) {
+        m_spectrum.emplace(rate);
+    }
+    if (m_renderer->HearAround(m_serial, m_spectrum->Stretch())) {
+        m_spectrum->Measure(strengths);
+    }
 }
 
 SoundRenderer::Wish StudioEngine::MakeWish() const

@@ -5,17 +5,20 @@
 #include "AudioOutput.h"
 #include "SoundDecoder.h"
 #include "SoundRenderer.h"
+#include "SpectrumAnalyser.h"
+#include "SpectrumTransform.h"
 
 #include <QObject>
 
 #include <memory>
+#include <optional>
 #include <vector>
 
 namespace lantern {
 
 // The engine: what is asked of it on the user-interface thread becomes wishes of the renderer.
 // What it tells comes from its own state, so that an answer never waits for a thread or a server.
-class StudioEngine final : public AudioEngine {
+class StudioEngine final : public AudioEngine, private SpectrumAnalyser {
 public:
     explicit StudioEngine(std::unique_ptr<AudioOutput> output);
     ~StudioEngine() override;
@@ -47,7 +50,13 @@ public:
     float GetEngineTempo() override { return m_tempo; }
     void SetEngineTempo(float percent) override;
 
+    SpectrumAnalyser* Spectrum() override { return this; }
+
 private:
+    void Listen(bool on) override;
+    bool IsSounding() override { return m_status == SoundStatus::Playing; }
+    void Measure(std::span<float> strengths) override;
+
     std::int32_t Take(std::unique_ptr<SoundDecoder> sound);
     std::int32_t MsOf(double frame) const;
     void MoveTo(std::int64_t frame);
@@ -71,6 +80,9 @@ private:
     std::int64_t m_startFrame = 0; // that place
     double m_frame = 0.0;          // the last known to have been heard since
     bool m_heardToEnd = false;
+
+    bool m_listening = false;
+    std::optional<SpectrumTransform> m_spectrum; // for the rate that was measured last
 
     QObject m_context; // reports that are still on their way die with it
     std::unique_ptr<SoundRenderer> m_renderer;
