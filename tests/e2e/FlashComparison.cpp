@@ -99,16 +99,21 @@ Comparison Compare(const Recording& heard, const std::vector<Eyes::Change>& seen
     const std::vector<Event> flashes = Flashes(seen);
     const std::vector<Event> tones = Tones(heard, stretches);
     const Moment start = stretches.front().from;
+    const auto contradict = [&](const std::string& what, const Event& event) {
+        const bool stalled =
+            stalls.StalledBetween(event.moment - kPartnerReach, event.moment + kPartnerReach);
+        result.contradictions.push_back({what, event.isDoubtful || stalled});
+    };
     for (const Event& tone : tones) {
         const Event* flash = NearestTo(tone.moment, flashes);
         if (flash == nullptr || std::chrono::abs(flash->moment - tone.moment) > kPartnerReach) {
-            result.contradictions.push_back("a tone without a flash " + AsText(tone, start));
+            contradict("a tone without a flash " + AsText(tone, start), tone);
             continue;
         }
         const bool tellsNoKind = tone.mayBeCut && !tone.kind;
         if (!tellsNoKind && (!tone.kind || flash->kind != tone.kind)) {
-            result.contradictions.push_back("a tone " + AsText(tone, start) + ", with a flash " +
-                                            AsText(*flash, start));
+            contradict("a tone " + AsText(tone, start) + ", with a flash " + AsText(*flash, start),
+                       *flash);
         }
         const auto [first, last] = std::minmax(tone.moment, flash->moment);
         result.errors.push_back(
@@ -119,7 +124,7 @@ Comparison Compare(const Recording& heard, const std::vector<Eyes::Change>& seen
         const Event* tone = NearestTo(flash.moment, tones);
         if (IsWithin(flash.moment, stretches) &&
             (tone == nullptr || std::chrono::abs(tone->moment - flash.moment) > kPartnerReach))
-            result.contradictions.push_back("a flash without a tone " + AsText(flash, start));
+            contradict("a flash without a tone " + AsText(flash, start), flash);
     }
     return result;
 }

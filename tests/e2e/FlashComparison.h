@@ -25,9 +25,15 @@ struct FlashError {
     bool isDoubtful = false;    // the machine stalled around it
 };
 
+// A tone or a flash that has no partner of its kind.
+struct Contradiction {
+    std::string what;
+    bool isDoubtful = false; // the machine stalled around it
+};
+
 struct Comparison {
-    std::vector<FlashError> errors;          // of every tone in the stretches, in order
-    std::vector<std::string> contradictions; // a tone or a flash that has no partner of its kind
+    std::vector<FlashError> errors; // of every tone in the stretches, in order
+    std::vector<Contradiction> contradictions;
 
     std::vector<double> Sorted() const; // the errors without the doubtful ones
     double Median() const;

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "FlashComparison.h"
 #include "FlashTrack.h"
+#include "FlashVerdict.h"
 #include "Journey.h"
 
 #include <array>
-#include <cmath>
+#include <functional>
 #include <iostream>
 #include <random>
 
@@ -12,47 +12,131 @@ namespace lantern::test {
 namespace {
 
 constexpr double kTrackSeconds = 120.0;
-constexpr double kMostOffMs = 40.0;
-constexpr double kMedianOffMs = 15.0;
-constexpr double kMostDriftMs = 10.0;
 // After a command the sound and the picture are somewhere new; then they have to be together.
 constexpr Clock::duration kSettlingTime = 500ms;
-constexpr int kSeeks = 20;
+constexpr int kPauses = 5;
+constexpr int kSeekGroups = 4;
+constexpr int kSeeksInGroup = 5;
+constexpr int kMostAttempts = 3;
+// Attempts of all the phases that may fail without a stall to blame: more hiccups than these are
+// the player's.
+constexpr int kMostHiccups = 4;
 
 // The proof of the whole program: picture and sound of the real player against one clock.
+//
+// It is played in phases, and a phase that failed is played again: what else the machine had to do
+// at the time does not repeat itself, a defect of the player does.
 class Synchrony : public Journey {
 protected:
-    struct Phase {
-        std::string name;
-        std::vector<Stretch> stretches;
-    };
+    using Play = std::function<std::vector<Stretch>()>;
 
     void OpenFlashes();
-    std::vector<Phase> PlayThrough();
-    // True if every phase kept together; otherwise what was wrong stands in the complaints.
-    bool Judge(const std::vector<Phase>& phases, const StallWatch& stalls);
+    // Plays a phase that moves along the track by at most that much.
+    void Measure(const std::string& phase, double trackSeconds, const Play& play);
+    FlashVerdict Attempt(const std::string& phase, const Play& play);
+    void Conclude();
+
+    // Back along the track if less than that is left of it.
+    void MakeRoom(double trackSeconds);
+    double SecondsOfPicture();
 
     Stretch PlayFor(Clock::duration howLong, int halfTones = 0) const;
-    double SecondsOfPicture();
-    Phase SeekAtRandom();
+    std::vector<Stretch> PauseAgainAndAgain();
+    std::vector<Stretch> SeekAtRandom(unsigned seed);
 
     const FlashTrack track{kTrackSeconds};
     Point picturePoint;
-    std::vector<std::string> complaints;
-    bool machineIsToBlame = false;
+    Point borderPoint;
+    int hiccups = 0;
+    std::vector<std::string> unmeasured; // the phases
 };
 
 void Synchrony::OpenFlashes()
 {
-    const std::filesystem::path path = track.Write(folder.Path());
-    ASSERT_NO_FATAL_FAILURE(StartPlayer({path.string()}));
+    ASSERT_NO_FATAL_FAILURE(StartPlayer({track.Write(folder.Path()).string()}));
+    hand.Key("Page_Up"); // to the start, however long the window took to come
     ASSERT_TRUE(AwaitPicture(FlashTrack::FirstPictureColour()));
-    const QRect picture = PictureArea(FlashTrack::FirstPictureColour());
-    ASSERT_EQ(picture.size(), QSize(576, 384));
+    QRect picture;
+    ASSERT_TRUE(Eventually([&] {
+        picture = PictureArea(FlashTrack::FirstPictureColour());
+        return picture.size() == QSize(576, 384);
+    })) << picture.width()
+        << " x " << picture.height();
     picturePoint = {picture.center().x(), picture.center().y()};
-    const Point borderPoint = {picture.left() - 3, picture.center().y()};
-    ASSERT_EQ(eyes.At(borderPoint), FlashTrack::FirstBorderColour());
+    borderPoint = {picture.left() - 3, picture.center().y()};
+}
+
+// To the flash before last: the odd ones do not change the picture.
+double Synchrony::SecondsOfPicture()
+{
+    return track.SecondsAtPictureColour(eyes.At(picturePoint)).value_or(0.0);
+}
+
+void Synchrony::MakeRoom(double trackSeconds)
+{
+    constexpr double kPage = 60.0;
+    const double latest = kTrackSeconds - trackSeconds - 6.0;
+    while (SecondsOfPicture() > latest) {
+        const double before = SecondsOfPicture();
+        hand.Key("Page_Up");
+        ASSERT_TRUE(Eventually([&] { return SecondsOfPicture() < before - kPage / 2.0; }));
+    }
+}
+
+FlashVerdict Synchrony::Attempt(const std::string& phase, const Play& play)
+{
+    const StallWatch stalls;
     eyes.Watch({picturePoint, borderPoint});
+    const std::vector<Stretch> stretches = play();
+    const std::vector<Eyes::Change> seen = eyes.StopWatching();
+    const Comparison comparison = Compare(ears.Heard(), seen, stretches, stalls);
+    const FlashVerdict verdict = Judge(comparison, stretches);
+    std::cout << phase << ": " << comparison.Distribution();
+    if (stalls.StallCount() > 0)
+        std::cout << "; " << stalls.StallCount() << " stalls of the machine, the longest "
+                  << Milliseconds(stalls.LongestStall()) << " ms";
+    std::cout << '\n';
+    for (const std::string& complaint : verdict.complaints)
+        std::cout << "    " << complaint << '\n';
+    std::cout << std::flush; // what was seen is there to be read, however the test ends
+    return verdict;
+}
+
+void Synchrony::Measure(const std::string& phase, double trackSeconds, const Play& play)
+{
+    std::vector<std::string> complaints;
+    int failures = 0;
+    for (int attempt = 1; attempt <= kMostAttempts; ++attempt) {
+        ASSERT_TRUE(player->Program().IsRunning()) << phase;
+        ASSERT_NO_FATAL_FAILURE(MakeRoom(trackSeconds));
+        const FlashVerdict verdict = Attempt(phase, play);
+        if (verdict.IsGood())
+            return;
+        if (verdict.complaints.empty())
+            continue;
+        ++failures;
+        ++hiccups;
+        complaints = verdict.complaints;
+    }
+    if (failures < 2) {
+        unmeasured.push_back(phase);
+        return;
+    }
+    for (const std::string& complaint : complaints)
+        ADD_FAILURE() << phase << ": " << complaint;
+}
+
+void Synchrony::Conclude()
+{
+    EXPECT_LE(hiccups, kMostHiccups) << "phases failed too often, though each held once";
+    std::cout << "Marks of the ears agree within " << Milliseconds(ears.Heard().Unsteadiness())
+              << " ms\n";
+    if (HasFailure() || unmeasured.empty())
+        return;
+    std::string phases;
+    for (const std::string& phase : unmeasured)
+        phases += (phases.empty() ? "" : ", ") + phase;
+    GTEST_SKIP() << "the machine stalled at most flashes of: " << phases;
 }
 
 Stretch Synchrony::PlayFor(Clock::duration howLong, int halfTones) const
@@ -63,13 +147,19 @@ Stretch Synchrony::PlayFor(Clock::duration howLong, int halfTones) const
     return {from, Clock::now(), halfTones};
 }
 
-// To the flash before last: the odd ones do not change the picture.
-double Synchrony::SecondsOfPicture()
+std::vector<Stretch> Synchrony::PauseAgainAndAgain()
 {
-    return track.SecondsAtPictureColour(eyes.At(picturePoint)).value_or(0.0);
+    std::vector<Stretch> stretches;
+    for (int i = 0; i < kPauses; ++i) {
+        hand.Key("p");
+        std::this_thread::sleep_for(300ms + i * 130ms);
+        hand.Key("p");
+        stretches.push_back(PlayFor(1500ms));
+    }
+    return stretches;
 }
 
-Synchrony::Phase Synchrony::SeekAtRandom()
+std::vector<Stretch> Synchrony::SeekAtRandom(unsigned seed)
 {
     struct Seek {
         std::string_view key;
@@ -81,10 +171,9 @@ Synchrony::Phase Synchrony::SeekAtRandom()
                                                 {"Page_Up", -60.0},
                                                 {"Up", 1.0},
                                                 {"Down", -1.0}}};
-    Phase phase{"after random seeks", {}};
-    std::mt19937 random(8);
-    hand.Key("t"); // Up and Down now move along the track
-    for (int i = 0; i < kSeeks; ++i) {
+    std::mt19937 random(seed);
+    std::vector<Stretch> stretches;
+    for (int i = 0; i < kSeeksInGroup; ++i) {
         const Seek* seek = nullptr;
         double target = 0.0;
         do {
@@ -92,97 +181,39 @@ Synchrony::Phase Synchrony::SeekAtRandom()
             target = SecondsOfPicture() + seek->seconds;
         } while (target < 3.0 || target > kTrackSeconds - 8.0);
         hand.Key(seek->key);
-        phase.stretches.push_back(PlayFor(1300ms));
+        stretches.push_back(PlayFor(1300ms));
     }
-    return phase;
-}
-
-std::vector<Synchrony::Phase> Synchrony::PlayThrough()
-{
-    std::vector<Phase> phases;
-    phases.push_back({"neutral", {PlayFor(26s)}});
-
-    hand.Key("k");
-    Keys("Up", 4);
-    phases.push_back({"key +4", {PlayFor(22s, 4)}});
-    Keys("Down", 4);
-
-    hand.Key("s");
-    Keys("Down", 15);
-    phases.push_back({"speed -30 %", {PlayFor(24s)}});
-    Keys("Up", 40);
-    phases.push_back({"speed +50 %", {PlayFor(16s)}});
-    Keys("Down", 25);
-
-    hand.Key("Page_Up");
-    Phase pauses{"after pauses", {}};
-    for (int i = 0; i < 5; ++i) {
-        hand.Key("p");
-        std::this_thread::sleep_for(300ms + i * 130ms);
-        hand.Key("p");
-        pauses.stretches.push_back(PlayFor(1500ms));
-    }
-    phases.push_back(pauses);
-    phases.push_back(SeekAtRandom());
-    return phases;
-}
-
-bool Synchrony::Judge(const std::vector<Phase>& phases, const StallWatch& stalls)
-{
-    const Recording heard = ears.Heard();
-    const std::vector<Eyes::Change> seen = eyes.StopWatching();
-    std::cout << "Marks of the ears agree within " << Milliseconds(heard.Unsteadiness())
-              << " ms; stalls of the machine: " << stalls.StallCount() << ", the longest "
-              << Milliseconds(stalls.LongestStall()) << " ms\n";
-    complaints.clear();
-    for (const Phase& phase : phases) {
-        const Comparison comparison = Compare(heard, seen, phase.stretches, stalls);
-        std::cout << phase.name << ": " << comparison.Distribution() << '\n';
-        const auto complain = [&](const std::string& what) {
-            complaints.push_back(phase.name + ": " + what);
-        };
-        for (const std::string& contradiction : comparison.contradictions)
-            complain(contradiction);
-        for (const double error : comparison.Sorted()) {
-            if (std::abs(error) > kMostOffMs)
-                complain("a flash was off by " + std::to_string(error) + " ms");
-        }
-        if (std::abs(comparison.Median()) > kMedianOffMs)
-            complain("the median is off");
-        // A few flashes after each command are too few to drift.
-        if (phase.stretches.size() == 1 && std::abs(comparison.Drift()) > kMostDriftMs)
-            complain("picture and sound drift apart");
-        // Fewer flashes than the stretches must hold would be a proof of nothing.
-        Clock::duration length = {};
-        for (const Stretch& stretch : phase.stretches)
-            length += stretch.to - stretch.from;
-        const double fewest = Milliseconds(length) / 1e3 * 0.7;
-        if (static_cast<double>(comparison.errors.size()) < fewest)
-            complain("too few flashes were seen and heard");
-        if (comparison.DoubtfulCount() * 10 > comparison.errors.size())
-            complain("the machine stalled at more than a tenth of the flashes");
-    }
-    machineIsToBlame = stalls.StallCount() > 0;
-    return complaints.empty();
+    return stretches;
 }
 
 TEST_F(Synchrony, ThePictureKeepsWithTheSound)
 {
-    // Once more, if the machine itself stalled: then, and only then, a late flash may not be the
-    // player's doing.
-    for (int attempt = 1; attempt <= 2; ++attempt) {
-        ASSERT_NO_FATAL_FAILURE(OpenFlashes());
-        const StallWatch stalls;
-        if (Judge(PlayThrough(), stalls) || !machineIsToBlame)
-            break;
-        std::cout << "The machine stalled " << stalls.StallCount() << " times.\n";
-        if (attempt == 1) {
-            Leave();
-            std::filesystem::remove(home.SettingsFile());
-        }
+    const auto playing = [this](Clock::duration howLong, int halfTones = 0) {
+        return [=, this] { return std::vector{PlayFor(howLong, halfTones)}; };
+    };
+    ASSERT_NO_FATAL_FAILURE(OpenFlashes());
+    ASSERT_NO_FATAL_FAILURE(Measure("neutral", 27.0, playing(26s)));
+
+    hand.Key("k");
+    Keys("Up", 4);
+    ASSERT_NO_FATAL_FAILURE(Measure("key +4", 23.0, playing(22s, 4)));
+    Keys("Down", 4);
+
+    hand.Key("s");
+    Keys("Down", 15);
+    ASSERT_NO_FATAL_FAILURE(Measure("speed -30 %", 18.0, playing(24s)));
+    Keys("Up", 40);
+    ASSERT_NO_FATAL_FAILURE(Measure("speed +50 %", 25.0, playing(16s)));
+    Keys("Down", 25);
+
+    ASSERT_NO_FATAL_FAILURE(Measure("after pauses", 12.0, [this] { return PauseAgainAndAgain(); }));
+
+    hand.Key("t"); // Up and Down now move along the track
+    for (unsigned group = 1; group <= kSeekGroups; ++group) {
+        ASSERT_NO_FATAL_FAILURE(Measure("random seeks, group " + std::to_string(group), 0.0,
+                                        [&] { return SeekAtRandom(group); }));
     }
-    for (const std::string& complaint : complaints)
-        ADD_FAILURE() << complaint;
+    Conclude();
 }
 
 } // namespace

@@ -10,23 +10,20 @@
 
 namespace lantern::test {
 
-// Notices when the machine keeps a program that asks for a millisecond's sleep waiting far longer:
-// then a late flash says nothing about the player.
+// Notices when a processor of the machine keeps a program that asks for a millisecond's sleep
+// waiting far longer: then a late flash says nothing about the player. Each processor is watched by
+// a thread that stays on it, for the player may be on the one that stalls while another is idle.
 class StallWatch {
 public:
     static constexpr Clock::duration kStall = 10ms;
 
-    StallWatch() : m_thread([this] { WatchUntilTold(); }) {}
-    ~StallWatch()
-    {
-        m_isWatching = false;
-        m_thread.join();
-    }
+    StallWatch();
+    ~StallWatch();
     StallWatch(const StallWatch&) = delete;
     StallWatch& operator=(const StallWatch&) = delete;
 
     bool StalledBetween(Moment from, Moment to) const;
-    std::size_t StallCount() const;
+    std::size_t StallCount() const; // one that several processors had counts once for each
     Clock::duration LongestStall() const;
 
 private:
@@ -34,12 +31,12 @@ private:
         Moment from;
         Moment to;
     };
-    void WatchUntilTold();
+    void WatchUntilTold(std::size_t processor);
 
     mutable std::mutex m_mutex;
     std::vector<Stall> m_stalls; // guarded by m_mutex
     std::atomic<bool> m_isWatching = true;
-    std::thread m_thread; // last: it uses the others
+    std::vector<std::thread> m_threads; // last: they use the others
 };
 
 } // namespace lantern::test

@@ -1,0 +1,57 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "FlashVerdict.h"
+
+#include <cmath>
+#include <sstream>
+
+namespace lantern::test {
+namespace {
+
+// Flashes a second: the track has more, at every speed that is measured, and of these at least half
+// have to be beyond doubt.
+constexpr double kFewestSeen = 0.7;
+constexpr double kFewestBeyondDoubt = kFewestSeen / 2.0;
+
+double SecondsOf(const std::vector<Stretch>& stretches)
+{
+    Clock::duration length = {};
+    for (const Stretch& stretch : stretches)
+        length += stretch.to - stretch.from;
+    return Milliseconds(length) / 1e3;
+}
+
+std::string WithNumber(const std::string& what, double milliseconds)
+{
+    std::ostringstream text;
+    text << what << " by " << milliseconds << " ms";
+    return text.str();
+}
+
+} // namespace
+
+FlashVerdict Judge(const Comparison& comparison, const std::vector<Stretch>& stretches)
+{
+    FlashVerdict verdict;
+    for (const Contradiction& contradiction : comparison.contradictions) {
+        if (!contradiction.isDoubtful)
+            verdict.complaints.push_back(contradiction.what);
+    }
+    const std::vector<double> errors = comparison.Sorted();
+    for (const double error : errors) {
+        if (std::abs(error) > kMostOffMs)
+            verdict.complaints.push_back(WithNumber("a flash was off", error));
+    }
+    if (std::abs(comparison.Median()) > kMedianOffMs)
+        verdict.complaints.push_back(WithNumber("the median is off", comparison.Median()));
+    // A few flashes after each command are too few to drift.
+    if (stretches.size() == 1 && std::abs(comparison.Drift()) > kMostDriftMs)
+        verdict.complaints.push_back(WithNumber("picture and sound drift", comparison.Drift()));
+
+    const double seconds = SecondsOf(stretches);
+    if (static_cast<double>(comparison.errors.size()) < kFewestSeen * seconds)
+        verdict.complaints.emplace_back("too few flashes were seen and heard");
+    verdict.isMeasured = static_cast<double>(errors.size()) >= kFewestBeyondDoubt * seconds;
+    return verdict;
+}
+
+} // namespace lantern::test
