@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "TileSize.h"
 #include "Track.h"
 #include "VirtualBuffers.h"
 
@@ -11,10 +12,7 @@
 
 namespace lantern {
 
-// The picture's geometry by the disc standard: tiles of 6 by 12 pixels, of which the outermost
-// ring is the border.
-inline constexpr int kTileWidth = 6;
-inline constexpr int kTileHeight = 12;
+// The picture's geometry by the disc standard: tiles, of which the outermost ring is the border.
 inline constexpr int kTileColumns = 50;
 inline constexpr int kTileRows = 18;
 inline constexpr int kPictureWidth = kTileColumns * kTileWidth;

@@ -2,21 +2,11 @@
 #include "Zoom.h"
 
 #include "PictureMemory.h"
+#include "Rounding.h"
 
-#include <cmath>
 #include <cstdlib>
 
 namespace lantern {
-namespace {
-
-// To the nearest, ties to the even neighbour.
-std::int32_t Rounded(double value)
-{
-    return static_cast<std::int32_t>(std::nearbyint(value));
-}
-
-} // namespace
-
 int ValidZoomStep(int step)
 {
     return step < kFullScreenStep || step > kLargestZoomStep ? kDefaultZoomStep : step;
@@ -51,9 +41,9 @@ TwipSize WindowSizeForZoom(int step, float factor, const WindowFrame& frame)
     const double scale = step * static_cast<double>(factor);
     // The gap between picture and toolbar is counted with the horizontal unit, in both directions.
     const std::int32_t gap = 5 * frame.twipsX;
-    return {Rounded(scale * kVisibleWidth * frame.twipsX + 2 * frame.marginX),
-            Rounded(frame.toolbarHeight + scale * kVisibleHeight * frame.twipsY +
-                    2 * frame.marginX + gap)};
+    return {RoundToEven(scale * kVisibleWidth * frame.twipsX + 2 * frame.marginX),
+            RoundToEven(frame.toolbarHeight + scale * kVisibleHeight * frame.twipsY +
+                        2 * frame.marginX + gap)};
 }
 
 TwipRect CentredOn(TwipSize desktop, TwipSize window)

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "TileSize.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <span>
@@ -30,9 +32,6 @@ constexpr bool IsHoldable(std::int64_t width, std::int64_t height)
     return width > 0 && height > 0 && width <= kMaxSide && height <= kMaxSide &&
            width * height <= kMaxPixels;
 }
-
-inline constexpr int kTileWidth = 6;
-inline constexpr int kTileHeight = 12;
 
 struct TilePattern {
     std::span<const std::uint8_t, kTileHeight> rows; // bit 5 is the leftmost pixel
