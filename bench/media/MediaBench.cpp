@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "FakeAudioEngine.h"
 #include "MakeZipHandler.h"
-#include "MediaLoader.h"
 #include "NativeFile.h"
+#include "NoWindow.h"
 
 #include <QTemporaryDir>
 
@@ -23,18 +23,6 @@ namespace {
 constexpr std::size_t kSectorBytes = 2448;
 constexpr std::size_t kDiscBytes = 700'000'000 / kSectorBytes * kSectorBytes;
 constexpr double kMegabyte = 1e6;
-
-class NoWindow : public MediaHost {
-    void SetTicker(int, bool) override {}
-    void SetSliderValues(std::int32_t, std::int32_t, std::int32_t) override {}
-    void HideMessage() override {}
-    void ResetView() override {}
-    void FreeSnapshots() override {}
-    void ResetPlayedPacket() override {}
-    void ClearPicture() override {}
-    void Play(std::int32_t) override {}
-    void RememberLastPlayed(const QString&) override {}
-};
 
 // A file as large as a disc, in the system's cache.
 class DiscFile {

@@ -3,7 +3,7 @@
 
 #include "MakeZipHandler.h"
 #include "MeasuringEngine.h"
-#include "MediaLoader.h"
+#include "NoWindow.h"
 
 #include <QStringList>
 
@@ -12,21 +12,12 @@
 namespace lantern::tool {
 namespace {
 
-// There is no window to keep in step with the track.
-class NoWindow final : public MediaHost {
+// Keeps what it is told of archives.
+class SkippedMembers final : public NoWindow {
 public:
-    explicit NoWindow(std::vector<SkippedMember>& skipped) : m_skipped(skipped) {}
+    explicit SkippedMembers(std::vector<SkippedMember>& skipped) : m_skipped(skipped) {}
 
 private:
-    void SetTicker(int, bool) override {}
-    void SetSliderValues(std::int32_t, std::int32_t, std::int32_t) override {}
-    void HideMessage() override {}
-    void ResetView() override {}
-    void FreeSnapshots() override {}
-    void ResetPlayedPacket() override {}
-    void ClearPicture() override {}
-    void Play(std::int32_t) override {}
-    void RememberLastPlayed(const QString&) override {}
     void MemberSkipped(const QString& name, const QString& reason) override
     {
         m_skipped.push_back({name, reason});
@@ -56,7 +47,7 @@ QString ReasonsOf(const std::vector<SkippedMember>& skipped)
 QString LoadTrack(const QString& path, Track& track, std::vector<SkippedMember>& skipped)
 {
     MeasuringEngine engine;
-    NoWindow window(skipped);
+    SkippedMembers window(skipped);
     // There is no folder of the program to unpack to, and nothing is unpacked to one.
     MediaLoader loader(track, engine, window, {[] { return MakeZipHandler(); }, QString()});
     QString message = loader.AddMedia(path);

@@ -3,8 +3,10 @@
 
 #include "MediaLoader.h"
 
+namespace lantern {
+
 // There is no window to keep in step with the track.
-class NoWindow : public lantern::MediaHost {
+class NoWindow : public MediaHost {
     void SetTicker(int, bool) override {}
     void SetSliderValues(std::int32_t, std::int32_t, std::int32_t) override {}
     void HideMessage() override {}
@@ -15,3 +17,5 @@ class NoWindow : public lantern::MediaHost {
     void Play(std::int32_t) override {}
     void RememberLastPlayed(const QString&) override {}
 };
+
+} // namespace lantern
