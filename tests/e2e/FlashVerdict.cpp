@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "FlashVerdict.h"
 
+#include <algorithm>
 #include <cmath>
 #include <sstream>
 
@@ -37,10 +38,12 @@ FlashVerdict Judge(const Comparison& comparison, const std::vector<Stretch>& str
             verdict.complaints.push_back(contradiction.what);
     }
     const std::vector<double> errors = comparison.Sorted();
-    for (const double error : errors) {
-        if (std::abs(error) > kMostOffMs)
-            verdict.complaints.push_back(WithNumber("a flash was off", error));
-    }
+    const auto worst =
+        std::ranges::max_element(errors, {}, [](double error) { return std::abs(error); });
+    const auto isFarOff = [](double error) { return std::abs(error) > kMostOffMs; };
+    if (const auto count = std::ranges::count_if(errors, isFarOff); count > 0)
+        verdict.complaints.push_back(
+            WithNumber(std::to_string(count) + " flashes were off, the worst", *worst));
     if (std::abs(comparison.Median()) > kMedianOffMs)
         verdict.complaints.push_back(WithNumber("the median is off", comparison.Median()));
     // A few flashes after each command are too few to drift.

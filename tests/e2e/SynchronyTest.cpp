@@ -123,7 +123,7 @@ void Synchrony::Measure(const std::string& phase, double trackSeconds, const Pla
         return;
     }
     for (const std::string& complaint : complaints)
-        ADD_FAILURE() << phase << ": " << complaint;
+        ADD_FAILURE() << phase << ", failed " << failures << " times: " << complaint;
 }
 
 void Synchrony::Conclude()
