@@ -85,13 +85,19 @@ void CommandLink::Accept()
 {
     while (QLocalSocket* socket = m_server.nextPendingConnection()) {
         if (m_conversations.size() == kMostConversations)
-            Drop(m_conversations.front().socket);
+            Expire(m_conversations.front().socket);
         m_conversations.push_back({socket, {}});
         socket->setReadBufferSize(kLongestCommand + 1);
         connect(socket, &QLocalSocket::readyRead, this, [this, socket] { Read(socket); });
         connect(socket, &QLocalSocket::disconnected, this, [this, socket] { Finish(socket); });
-        QTimer::singleShot(kConversationMs, socket, [this, socket] { Drop(socket); });
+        QTimer::singleShot(kConversationMs, socket, [this, socket] { Expire(socket); });
     }
+}
+
+bool CommandLink::IsConversing(const QLocalSocket* socket) const
+{
+    return std::ranges::find(m_conversations, socket, &Conversation::socket) !=
+           m_conversations.end();
 }
 
 void CommandLink::Read(QLocalSocket* socket)
@@ -107,9 +113,18 @@ void CommandLink::Read(QLocalSocket* socket)
 void CommandLink::Finish(QLocalSocket* socket)
 {
     Read(socket);
-    if (std::ranges::find(m_conversations, socket, &Conversation::socket) == m_conversations.end())
-        return;
-    LinkExecute(TakeOut(socket));
+    if (IsConversing(socket))
+        LinkExecute(TakeOut(socket));
+}
+
+// The time may have run while a track was being opened, and nobody listened. What has been said by
+// now still counts, and is a command if the sender has ended it.
+void CommandLink::Expire(QLocalSocket* socket)
+{
+    if (IsConversing(socket))
+        socket->waitForDisconnected(0);
+    if (IsConversing(socket))
+        Drop(socket);
 }
 
 void CommandLink::Drop(QLocalSocket* socket)

@@ -62,8 +62,10 @@ private:
 
     void Listen(const QByteArray& linkPath);
     void Accept();
+    bool IsConversing(const QLocalSocket* socket) const;
     void Read(QLocalSocket* socket);
     void Finish(QLocalSocket* socket);
+    void Expire(QLocalSocket* socket);
     void Drop(QLocalSocket* socket);
     QByteArray TakeOut(QLocalSocket* socket);
     void LinkExecute(QByteArrayView bytes);

@@ -17,6 +17,7 @@
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/un.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 namespace lantern {
@@ -74,15 +75,15 @@ public:
     {
         EXPECT_EQ(QThread::currentThread(), QCoreApplication::instance()->thread());
         opened.append(commandText);
-        if (whileOpening)
-            whileOpening();
+        if (const auto act = std::exchange(whileOpening, nullptr))
+            act();
         closed.append(commandText);
     }
 
     int focused = 0;
     QStringList opened;
     QStringList closed;
-    std::function<void()> whileOpening;
+    std::function<void()> whileOpening; // once
 };
 
 class CommandLinkTest : public ::testing::Test {
@@ -125,6 +126,11 @@ protected:
     {
         const int descriptor = Connected();
         ASSERT_GE(descriptor, 0);
+        SendAndClose(descriptor, bytes);
+    }
+
+    static void SendAndClose(int descriptor, const QByteArray& bytes)
+    {
         std::ignore = send(descriptor, bytes.constData(), static_cast<std::size_t>(bytes.size()),
                            MSG_NOSIGNAL);
         close(descriptor);
@@ -168,7 +174,6 @@ TEST_F(CommandLinkTest, ACommandThatComesWhileATrackIsBeingOpenedWaitsForItsTurn
 {
     CommandLink link(m_lock, m_host);
     m_host.whileOpening = [&] {
-        m_host.whileOpening = nullptr;
         Send(QStringLiteral("second.cdg"));
         WaitUntil([&] { return m_host.opened.size() == 2; }, 300);
         EXPECT_EQ(m_host.opened.size(), 1);
@@ -242,6 +247,38 @@ TEST_F(CommandLinkTest, ASilentSenderHoldsUpNobodyAndIsSentAway)
     EXPECT_EQ(m_host.focused, 1) << "what never ended was no command";
 }
 
+// Its time runs while a track is being opened, and then nobody listens.
+TEST_F(CommandLinkTest, WhatWasSentWhileATrackWasBeingOpenedIsNotTooLate)
+{
+    CommandLink link(m_lock, m_host);
+    const int slow = Connected();
+    ASSERT_GE(slow, 0);
+    WaitUntil([] { return false; }, 50);
+    m_host.whileOpening = [&] {
+        SendAndClose(slow, EncodeCommand(QStringLiteral("second.cdg")));
+        QThread::msleep(CommandLink::kConversationMs + 100);
+    };
+    Send(QStringLiteral("first.cdg"));
+    EXPECT_TRUE(WaitUntil([&] { return m_host.opened.size() == 2; }));
+    EXPECT_THAT(m_host.opened,
+                ElementsAre(QStringLiteral("first.cdg"), QStringLiteral("second.cdg")));
+}
+
+TEST_F(CommandLinkTest, CommandsThatCameWhileATrackWasBeingOpenedKeepTheirOrder)
+{
+    CommandLink link(m_lock, m_host);
+    QStringList sent = {QStringLiteral("0.cdg")};
+    m_host.whileOpening = [&] {
+        for (int i = 1; i <= 12; ++i) {
+            sent.append(QStringLiteral("%1.cdg").arg(i));
+            Send(sent.back());
+        }
+    };
+    Send(sent.front());
+    EXPECT_TRUE(WaitUntil([&] { return m_host.opened.size() == 13; }));
+    EXPECT_EQ(m_host.opened, sent);
+}
+
 TEST_F(CommandLinkTest, AThousandConnectionsDoNotKeepACommandOut)
 {
     CommandLink link(m_lock, m_host);
@@ -269,6 +306,22 @@ TEST_F(CommandLinkTest, OnlyTheUserCanReachIt)
     ASSERT_EQ(stat(m_lock.LinkPath().constData(), &status), 0);
     EXPECT_TRUE(S_ISSOCK(status.st_mode));
     EXPECT_EQ(status.st_mode & 0077, 0u);
+}
+
+TEST_F(CommandLinkTest, AnotherUserIsTurnedAway)
+{
+    if (geteuid() != 0)
+        GTEST_SKIP() << "only root can be another user";
+    CommandLink link(m_lock, m_host);
+    // A way through all folders, so that the socket itself has to refuse.
+    ASSERT_EQ(chmod(m_folder.path().toUtf8().constData(), 0755), 0);
+    const pid_t stranger = fork();
+    if (stranger == 0)
+        _exit(setgid(65534) == 0 && setuid(65534) == 0 && Connected() < 0 ? errno : 0);
+    int status = 0;
+    ASSERT_EQ(waitpid(stranger, &status, 0), stranger);
+    EXPECT_EQ(WEXITSTATUS(status), EACCES);
+    EXPECT_GE(Connected(), 0) << "its own user reaches it";
 }
 
 TEST_F(CommandLinkTest, ASocketLeftBehindIsReplaced)
