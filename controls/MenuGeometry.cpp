@@ -15,7 +15,8 @@ constexpr int kRightMargin = 5;
 // By rounding with half an item more than the margin, rows count from 1. Ties go to the even one.
 std::int16_t RowAt(double y, std::int32_t twipsPerPixel, std::int32_t itemHeight)
 {
-    return static_cast<std::int16_t>(std::nearbyint((kTopMargin * twipsPerPixel + y) / itemHeight));
+    const double row = std::nearbyint((kTopMargin * twipsPerPixel + y) / itemHeight);
+    return static_cast<std::int16_t>(static_cast<std::int32_t>(row));
 }
 
 } // namespace

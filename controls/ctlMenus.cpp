@@ -119,37 +119,35 @@ void ctlMenus::SetLeftPicBackColor(ColourValue colour)
     Set(SharedMenuState().leftPicBackColor, colour, QStringLiteral("LeftPicBackColor"));
 }
 
-void ctlMenus::Load(const PropertyBag& bag)
+template <typename Self, typename Each>
+void ctlMenus::Visit(Self& self, const Each& each)
 {
     constexpr ColourValue kFace = SystemReference(SystemColour::ButtonFace);
     MenuState& state = SharedMenuState();
-    m_font = bag.Read(QStringLiteral("Font"), HostAmbient().font);
-    m_enabled = bag.Read(QStringLiteral("Enabled"), true);
-    m_itemForeColor =
-        bag.Read(QStringLiteral("ItemForeColor"), SystemReference(SystemColour::MenuText));
-    m_itemHotForeColor =
-        bag.Read(QStringLiteral("ItemHotForeColor"), SystemReference(SystemColour::SelectedText));
-    m_backColor = bag.Read(QStringLiteral("BackColor"), kFace);
-    state.backColor = m_backColor;
-    m_itemHotBackColor =
-        bag.Read(QStringLiteral("ItemHotBackColor"), SystemReference(SystemColour::Selection));
-    state.useIcons = bag.Read(QStringLiteral("UseIcons"), false);
-    state.useLeftImage = bag.Read(QStringLiteral("UseLeftImage"), false);
-    state.leftPicBackColor = bag.Read(QStringLiteral("LeftPicBackColor"), kFace);
+    each(QStringLiteral("Font"), self.m_font, self.HostAmbient().font);
+    each(QStringLiteral("Enabled"), self.m_enabled, true);
+    each(QStringLiteral("ItemForeColor"), self.m_itemForeColor,
+         SystemReference(SystemColour::MenuText));
+    each(QStringLiteral("ItemHotForeColor"), self.m_itemHotForeColor,
+         SystemReference(SystemColour::SelectedText));
+    each(QStringLiteral("BackColor"), self.m_backColor, kFace);
+    each(QStringLiteral("ItemHotBackColor"), self.m_itemHotBackColor,
+         SystemReference(SystemColour::Selection));
+    each(QStringLiteral("UseIcons"), state.useIcons, false);
+    each(QStringLiteral("UseLeftImage"), state.useLeftImage, false);
+    each(QStringLiteral("LeftPicBackColor"), state.leftPicBackColor, kFace);
+}
+
+void ctlMenus::Load(const PropertyBag& bag)
+{
+    Visit(*this, ReadFrom{bag});
+    SharedMenuState().backColor = m_backColor;
     ResetMenu();
 }
 
 void ctlMenus::Save(PropertyBag& bag) const
 {
-    bag.Write(QStringLiteral("Font"), m_font);
-    bag.Write(QStringLiteral("Enabled"), m_enabled);
-    bag.Write(QStringLiteral("ItemForeColor"), m_itemForeColor);
-    bag.Write(QStringLiteral("ItemHotForeColor"), m_itemHotForeColor);
-    bag.Write(QStringLiteral("BackColor"), m_backColor);
-    bag.Write(QStringLiteral("ItemHotBackColor"), m_itemHotBackColor);
-    bag.Write(QStringLiteral("UseIcons"), UseIcons());
-    bag.Write(QStringLiteral("UseLeftImage"), UseLeftImage());
-    bag.Write(QStringLiteral("LeftPicBackColor"), LeftPicBackColor());
+    Visit(*this, WriteTo{bag});
 }
 
 // It changes the list, though that is common to all: NOLINTNEXTLINE(*-make-member-function-const)

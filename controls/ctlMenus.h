@@ -59,6 +59,9 @@ public:
 private:
     template <typename Field, typename Value>
     void Set(Field& field, const Value& value, const QString& key);
+    // Calls each with a key, a field and what a missing key means, in the order of the bag.
+    template <typename Self, typename Each>
+    static void Visit(Self& self, const Each& each);
     QPoint PlaceOfMenu(std::int32_t x, std::int32_t y) const;
     void RunMenu(QPoint place, const PictureReference& picture);
 

@@ -128,6 +128,14 @@ TEST(HotItem, TheVeryEdgesChangeNothing)
     EXPECT_EQ(HotAt(112, 10, 2), 1);
 }
 
+TEST(HotItem, BelowTheLastOfAllItemsTheRowWrapsAroundInSixteenBits)
+{
+    const MenuGeometry geometry = Geometry(false, false);
+    const std::int32_t height = geometry.Height(32767);
+    EXPECT_EQ(HotItemAt(geometry, 300, height - 200, kWidth, height, -1), 32767);
+    EXPECT_EQ(HotItemAt(geometry, 300, height, kWidth, height, -1), -32768);
+}
+
 TEST(HotItem, WherePixelsAreNotSquareTheTwipsAcrossDecide)
 {
     const MenuGeometry geometry{{45, 15}, kItemHeight, false, false};
