@@ -4,9 +4,6 @@
 namespace lantern {
 namespace {
 
-// The caption lies in front of them all.
-constexpr std::array<std::size_t, kSkinElements> kFrontToBack = {8, 0, 1, 2, 3, 5, 6, 7, 4};
-
 bool Holds(const Box& box, int x, int y)
 {
     return x >= box.left && x < box.right && y >= box.top && y < box.bottom;
@@ -52,7 +49,7 @@ std::optional<SkinPlace> PlaceAt(const SkinLayout& layout, bool captionIsVisible
 {
     if (captionIsVisible && Holds(layout.caption, x, y))
         return SkinPlace{true, kSkinCentre, layout.caption};
-    for (const std::size_t element : kFrontToBack) {
+    for (const std::size_t element : kSkinFrontToBack) {
         if (Holds(layout.elements[element], x, y))
             return SkinPlace{false, element, layout.elements[element]};
     }

@@ -38,6 +38,10 @@ inline constexpr std::array<SkinElement, kSkinElements> kSkin = {{
     {{"KKDOO", "KKDOO", "DDMOO", "OOOOO", "OOOOO"}, false, 8, HitCode::BottomRight},
 }};
 
+// How the elements lie upon each other. The caption lies in front of them all.
+inline constexpr std::array<std::size_t, kSkinElements> kSkinFrontToBack = {8, 0, 1, 2, 3,
+                                                                            5, 6, 7, 4};
+
 // O the skin's orange, M the inner corner pixel, D the dark line, K black.
 QRgb SkinColour(char letter);
 

@@ -56,9 +56,10 @@ public:
 
     QString text(QAccessible::Text kind) const override
     {
-        if (kind == QAccessible::Name)
+        const QString given = QAccessibleWidget::text(kind);
+        if (kind == QAccessible::Name && given.isEmpty())
             return SpokenName(m_skinner.Caption(), m_skinner.toolTip());
-        return QAccessibleWidget::text(kind);
+        return given;
     }
 
 private:
@@ -129,9 +130,10 @@ void ctlSkinner::paintEvent(QPaintEvent* event)
     QPainter painter(this);
     for (const QRect& rect : event->region())
         painter.fillRect(rect, QColor::fromRgb(ResolveColour(m_backColor)));
-    for (std::size_t i = 0; i < kSkinElements; ++i) {
-        if (i != kSkinCentre)
-            PaintElement(painter, i);
+    // From back to front, as they overlap where the control is small.
+    for (auto element = kSkinFrontToBack.rbegin(); element != kSkinFrontToBack.rend(); ++element) {
+        if (*element != kSkinCentre)
+            PaintElement(painter, *element);
     }
     if (!m_captionIsVisible)
         return;

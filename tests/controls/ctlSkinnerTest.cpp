@@ -156,6 +156,23 @@ TEST_F(ctlSkinnerTest, ANarrowControlIsPaintedWithoutHarm)
     EXPECT_EQ(skinner->Layout().elements[1].Width(), -2);
 }
 
+TEST_F(ctlSkinnerTest, WhereElementsOverlapTheOneInFrontIsSeen)
+{
+    constexpr QSize kNarrow(7, 40);
+    skinner->resize(kNarrow);
+    const QImage image = skinner->grab().toImage();
+    for (int y = 0; y < kNarrow.height(); ++y) {
+        for (int x = 0; x < kNarrow.width(); ++x) {
+            const SkinPlace place = *PlaceAt(skinner->Layout(), false, x, y);
+            const bool isCorner = place.box.Height() == kSkinBitmapSize;
+            const auto row = static_cast<std::size_t>(isCorner ? y - place.box.top : 0);
+            const auto column = static_cast<std::size_t>(x - place.box.left);
+            EXPECT_EQ(ShownAt(image, x, y), SkinColour(kSkin[place.element].bitmap[row][column]))
+                << x << ", " << y;
+        }
+    }
+}
+
 TEST_F(ctlSkinnerTest, AnyTextShowsTheCaptionAndNoneHidesIt)
 {
     EXPECT_FALSE(skinner->CaptionIsVisible());
@@ -411,6 +428,8 @@ TEST_F(ctlSkinnerTest, AssistiveToolsKnowItAsAPaneWithItsCaption)
     QAccessibleInterface* known = QAccessible::queryAccessibleInterface(skinner);
     EXPECT_EQ(known->role(), QAccessible::Pane);
     EXPECT_EQ(known->text(QAccessible::Name), QStringLiteral("Options"));
+    skinner->setAccessibleName(QStringLiteral("Frame"));
+    EXPECT_EQ(known->text(QAccessible::Name), QStringLiteral("Frame"));
 }
 
 } // namespace
