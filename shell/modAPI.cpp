@@ -1,10 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "modAPI.h"
 
+#include "clsOpenSaveDialog.h"
+
 #include <QApplication>
 #include <QDesktopServices>
 #include <QIcon>
 #include <QMessageBox>
+#include <QPointer>
 #include <QUrl>
 #include <QWidget>
 #include <QWindow>
@@ -74,6 +77,14 @@ MessageAnswer AnswerOf(int button)
     return found == kAnswers.end() ? MessageAnswer::Cancel : found->answer;
 }
 
+constexpr std::int32_t kSaveFlags =
+    kExplorerFlag | kPathMustExistFlag | kOverwritePromptFlag | kHideReadOnlyFlag;
+constexpr std::int32_t kOpenFlags =
+    kExplorerFlag | kFileMustExistFlag | kPathMustExistFlag | kHideReadOnlyFlag;
+// Of the system, with the zero at its end.
+constexpr std::int32_t kLongestPath = 4096;
+static_assert(kSaveFlags == 526342 && kOpenFlags == 530436);
+
 QWidget& TopmostOwner(QWidget& window)
 {
     QWidget* owner = window.window();
@@ -113,6 +124,39 @@ void SetWindowIcons(QWidget& window, const QString& resourceName, bool withOwner
     window.setWindowIcon(icon);
     if (withOwner)
         TopmostOwner(window).setWindowIcon(icon);
+}
+
+QString ShowFileDialog(QWidget* owner, const QString& defaultExtension, const QString& filter,
+                       const QString& title, const QString& fileName, std::int32_t flags,
+                       std::int32_t, bool isSave, const FileDialogService& service)
+{
+    const QPointer<QWidget> ownerAfterwards = owner;
+    QString path;
+    try {
+        clsOpenSaveDialog dialog(service);
+        dialog.SetCancelError(true);
+        dialog.SetMaxFileSize(kLongestPath);
+        dialog.SetFilter(EncodeFilter(filter + QStringLiteral("|All Files (*.*)|*.*")));
+        dialog.SetDialogTitle(title);
+        dialog.SetFileName(fileName);
+        dialog.SetDefaultExt(defaultExtension);
+        dialog.SetFlags(flags | (isSave ? kSaveFlags : kOpenFlags));
+        if (isSave ? dialog.ShowSave(owner) : dialog.ShowOpen(owner))
+            path = dialog.FileName();
+    } catch (const DialogError&) {
+        path.clear(); // to the user, a dialog that failed is one that was cancelled
+    }
+    if (ownerAfterwards)
+        ownerAfterwards->update();
+    return path;
+}
+
+QString ShowOpenDialog(QWidget* owner, const QString& defaultExtension, const QString& filter,
+                       const QString& title, const QString& fileName, std::int32_t flags,
+                       std::int32_t spare, const FileDialogService& service)
+{
+    return ShowFileDialog(owner, defaultExtension, filter, title, fileName, flags, spare, false,
+                          service);
 }
 
 void OpenWebSite()

@@ -2,8 +2,11 @@
 #pragma once
 
 #include "Application.h"
+#include "FileDialog.h"
 
 #include <QString>
+
+#include <cstdint>
 
 class QWidget;
 
@@ -49,6 +52,19 @@ void SetTopMost(QWidget& window, bool isTopMost);
 // The named icon of the program's resources, in all sizes that the system asks for; with the flag,
 // also for the topmost owner of the window.
 void SetWindowIcons(QWidget& window, const QString& resourceName, bool withOwner);
+
+// Lets the user choose a file, and gives its path; empty if nothing came of it, for whatever
+// reason. The filter is "label|patterns|label|patterns" and gets one for all files behind it. The
+// flags (DialogFlag) join those that every dialog of the kind has. Events go on meanwhile. The
+// spare number is never looked at.
+QString ShowFileDialog(QWidget* owner, const QString& defaultExtension, const QString& filter,
+                       const QString& title, const QString& fileName, std::int32_t flags,
+                       std::int32_t spare, bool isSave,
+                       const FileDialogService& service = RunFileDialog);
+// The same for a file to open.
+QString ShowOpenDialog(QWidget* owner, const QString& defaultExtension, const QString& filter,
+                       const QString& title, const QString& fileName, std::int32_t flags,
+                       std::int32_t spare, const FileDialogService& service = RunFileDialog);
 
 // Shows the maker's web site in the user's browser.
 void OpenWebSite();

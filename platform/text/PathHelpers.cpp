@@ -15,13 +15,6 @@ bool IsBackslashPath(const QString& path)
            QStringView(path).mid(1).startsWith(QStringLiteral(":\\"));
 }
 
-// The one place that decides what separates folders. A backslash in any other path is a letter of
-// a file's name.
-QChar SeparatorOf(const QString& path)
-{
-    return IsBackslashPath(path) ? QChar(u'\\') : QChar(u'/');
-}
-
 // With the separator at its end; empty for a bare file name.
 QString FolderOf(const QString& path)
 {
@@ -34,6 +27,13 @@ bool IsAbsolute(const QString& path)
 }
 
 } // namespace
+
+// The one place that decides what separates folders. A backslash in any other path is a letter of
+// a file's name.
+QChar SeparatorOf(const QString& path)
+{
+    return IsBackslashPath(path) ? QChar(u'\\') : QChar(u'/');
+}
 
 QString FileCheck(const QString& path)
 {

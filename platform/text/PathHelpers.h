@@ -10,6 +10,9 @@ namespace lantern {
 // can't be looked at. The name is matched as ResolveName does.
 QString FileCheck(const QString& path);
 
+// What separates the folders of the path: "/" here, "\\" in a path of another system.
+QChar SeparatorOf(const QString& path);
+
 // The text behind the last "." of the whole path, in lower case; empty without any ".". A dot in
 // a folder's name counts when the file's name has none.
 QString FileExtension(const QString& path);
