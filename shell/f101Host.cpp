@@ -3,15 +3,11 @@
 #include "f101.h"
 
 #include "MediaTypes.h"
-#include "PathText.h"
 #include "PlayerSettings.h"
 #include "ScreenMetrics.h"
 #include "SystemColours.h"
 #include "WindowLayout.h"
 #include "modAPI.h"
-
-#include <QFile>
-#include <QFileDialog>
 
 namespace lantern {
 
@@ -244,14 +240,16 @@ bool f101::ShowMenu(const std::vector<DeviceMenuItem>&)
 
 void f101::ShowOpenDialog()
 {
-    const QString audio = QStringLiteral("Audio Files (*.%1)").arg(JoinedAudioExtensions(u" *."));
-    const QString media = QStringLiteral("CDG / BIN / ZIP (*.cdg *.bin *.zip)");
-    QString filter = IsAudioExtension(m_track.CurrentMedia) ? audio : media;
-    const QString path = QFileDialog::getOpenFileName(
-        this, QStringLiteral("Select a Karaoke File"), m_track.CurrentMedia,
-        QStringList{media, audio}.join(QStringLiteral(";;")), &filter);
+    SetOptionsOnTop(false);
+    const QString filter = QStringLiteral("CDG / BIN / ZIP|*.cdg;*.bin;*.zip|Audio Files|*.%1")
+                               .arg(JoinedAudioExtensions(u";*."));
+    const QString path = lantern::ShowOpenDialog(
+        this, QStringLiteral("cdg"), filter, QStringLiteral("Select a Karaoke File"),
+        m_track.CurrentMedia, IsAudioExtension(m_track.CurrentMedia) ? 2 : 1, 1);
+    SetOptionsOnTop(true);
+    update();
     if (!path.isEmpty())
-        OpenMedia(TextFromNative(QFile::encodeName(path)));
+        OpenMedia(path);
 }
 
 // There is no options window yet.

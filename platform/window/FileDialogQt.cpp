@@ -4,6 +4,7 @@
 #include "PathHelpers.h"
 #include "PathText.h"
 #include "ShownNames.h"
+#include "UriList.h"
 
 #include <QDir>
 #include <QFileDialog>
@@ -21,10 +22,11 @@ namespace {
 constexpr QSize kDialogSize(720, 460);
 constexpr QChar kSeparator = u'/';
 
-// The bytes of the name, which QUrl::toLocalFile would lose.
+// With the bytes that are no text, which QUrl::toLocalFile would lose. Empty for what lies on
+// another machine.
 QString PathOf(const QUrl& url)
 {
-    return TextFromNative(QByteArray::fromPercentEncoding(url.path(QUrl::FullyEncoded).toLatin1()));
+    return TextFromNative(FileNameOfUri(url.toEncoded(), {}).value_or(QByteArray()));
 }
 
 QString FolderOf(const QString& path)

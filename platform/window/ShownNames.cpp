@@ -43,6 +43,8 @@ QString ShownPath(const QString& path)
 
 ShownFile FileShownAs(const QString& shownPath)
 {
+    if (shownPath.isEmpty())
+        return {};
     QByteArray path;
     for (const QString& name : shownPath.split(kSeparator, Qt::SkipEmptyParts)) {
         path += '/';

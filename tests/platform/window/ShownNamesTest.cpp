@@ -77,6 +77,7 @@ TEST_F(ShownNamesTest, TheMarkItselfMayBeInAName)
 
 TEST_F(ShownNamesTest, WhatIsNotThereIsNone)
 {
+    EXPECT_EQ(FileShownAs(QString()).match, Match::None);
     EXPECT_EQ(Shown("caf\xE9.cdg").match, Match::None);
     EXPECT_EQ(Shown("no\xE9/such/file").match, Match::None);
     Make("plain");
