@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "Journey.h"
 
+#include <cmath>
 #include <iostream>
 
 namespace lantern::test {
@@ -8,6 +9,22 @@ namespace {
 
 constexpr double kSilence = 0.0005;
 constexpr Clock::duration kListeningTime = 100ms;
+constexpr Clock::duration kHearingTime = 300ms; // for a pitch or a level
+
+// Listens until what is heard is near enough.
+template <typename Measure>
+::testing::AssertionResult AwaitHeard(const Ears& ears, double wanted, double within,
+                                      Clock::duration atMost, Measure&& measure)
+{
+    double heard = 0.0;
+    const auto isHeard = [&] {
+        heard = measure(ears.HeardLately(kHearingTime));
+        return std::abs(heard - wanted) <= within;
+    };
+    if (Eventually(isHeard, atMost, 20ms))
+        return ::testing::AssertionSuccess();
+    return ::testing::AssertionFailure() << "heard " << heard << " instead of " << wanted;
+}
 
 } // namespace
 
@@ -15,7 +32,7 @@ void Journey::TearDown()
 {
     const QImage lastPicture = eyes.Screen();
     if (player && player->Program().IsRunning()) {
-        EXPECT_TRUE(player->AnswerTime(2s)) << "the player does not answer";
+        EXPECT_TRUE(player->AnswerTime(kPatience)) << "the player does not answer";
         Leave();
     }
     if (HasFailure()) {
@@ -43,7 +60,11 @@ std::filesystem::path Journey::WriteToneTrack(const std::string& stem, double se
                                               double frequency, QRgb picture)
 {
     SoundSheet sheet(seconds);
-    sheet.Add({.start = 0.0, .length = seconds, .frequency = frequency, .left = 0.4, .right = 0.4});
+    sheet.Add({.start = 0.0,
+               .length = seconds,
+               .frequency = frequency,
+               .left = kLoudness,
+               .right = kLoudness});
     return WritePlainTrack(stem, seconds, sheet, picture);
 }
 
@@ -72,7 +93,7 @@ void Journey::WriteSettings(const std::string& lines)
 void Journey::Leave()
 {
     hand.Key("ctrl+q");
-    EXPECT_EQ(player->Program().WaitForExit(3s), 0) << player->Log();
+    EXPECT_EQ(player->Program().WaitForExit(kPatience), 0) << player->Log();
 }
 
 void Journey::Keys(std::string_view chord, int times)
@@ -90,6 +111,11 @@ bool Journey::AwaitPicture(QRgb colour, Clock::duration atMost)
                    eyes.At({area.center().x(), area.top() + area.height() / 3}) == colour;
         },
         atMost);
+}
+
+bool Journey::AwaitColour(Point point, QRgb colour)
+{
+    return Eventually([&] { return eyes.At(point) == colour; }, kPatience);
 }
 
 QRect Journey::PictureArea(QRgb colour)
@@ -113,6 +139,19 @@ bool Journey::AwaitSound(Clock::duration atMost) const
 {
     return Eventually([&] { return Level(ears.HeardLately(kListeningTime)) > kSilence; }, atMost,
                       20ms);
+}
+
+::testing::AssertionResult Journey::AwaitTone(double frequency, double within) const
+{
+    return AwaitHeard(ears, frequency, within, kPatience, [](const std::vector<float>& heard) {
+        return Frequency(heard, Recording::kRate);
+    });
+}
+
+::testing::AssertionResult Journey::AwaitLevel(Side side, double level, double within) const
+{
+    return AwaitHeard(ears, level, within, kPatience,
+                      [&](const std::vector<float>& heard) { return Level(heard, side); });
 }
 
 } // namespace lantern::test

@@ -22,13 +22,16 @@ protected:
     // The colours of a plain track: the whole picture, and the border around it.
     static constexpr QRgb kPicture = 0xFF3366CC;
     static constexpr QRgb kBorder = 0xFF116611;
+    // What should come comes at once; the machine may be busy with something else.
+    static constexpr Clock::duration kPatience = 20s;
 
     void TearDown() override;
 
     // A track of one picture, and a sound beside it.
     std::filesystem::path WritePlainTrack(const std::string& stem, double seconds,
                                           const SoundSheet& sound, QRgb picture = kPicture);
-    // The same with one tone from start to end.
+    // The same with one tone from start to end, whose wave goes up to that on both sides.
+    static constexpr double kLoudness = 0.4;
     std::filesystem::path WriteToneTrack(const std::string& stem, double seconds,
                                          double frequency = 440.0, QRgb picture = kPicture);
 
@@ -42,11 +45,15 @@ protected:
     void Leave(); // by Ctrl+Q, with exit code 0
 
     void Keys(std::string_view chord, int times);
-    bool AwaitPicture(QRgb colour, Clock::duration atMost = 3s);
+    bool AwaitPicture(QRgb colour, Clock::duration atMost = kPatience);
+    bool AwaitColour(Point point, QRgb colour);
     QRect PictureArea(QRgb colour = kPicture);
     Point PicturePoint(QRgb colour = kPicture);
-    bool AwaitSilence(Clock::duration atMost = 1s) const;
-    bool AwaitSound(Clock::duration atMost = 3s) const;
+    bool AwaitSilence(Clock::duration atMost = kPatience) const;
+    bool AwaitSound(Clock::duration atMost = kPatience) const;
+    // Until the sound is that tone, or a side of it that loud.
+    ::testing::AssertionResult AwaitTone(double frequency, double within = 3.0) const;
+    ::testing::AssertionResult AwaitLevel(Side side, double level, double within) const;
 
     const XServer screen{1600, 1200};
     PulseServer sound;

@@ -13,12 +13,6 @@ namespace {
 class Settings : public Journey {
 protected:
     static constexpr double kTone = 440.0;
-
-    std::vector<float> HeardSoon()
-    {
-        std::this_thread::sleep_for(900ms);
-        return ears.HeardLately(500ms);
-    }
 };
 
 TEST_F(Settings, ASessionLeavesEverythingAsTheNextOneFindsIt)
@@ -68,7 +62,8 @@ TEST_F(Settings, ASessionLeavesEverythingAsTheNextOneFindsIt)
 TEST_F(Settings, TheNextSessionPlaysTheLastTrackAsItWasHeard)
 {
     OpenTrack(WriteToneTrack("tone", 60.0, kTone));
-    const double full = Level(HeardSoon(), Side::Left);
+    const double full = kLoudness / std::sqrt(2.0);
+    EXPECT_TRUE(AwaitLevel(Side::Left, full, 0.002));
     hand.Key("k");
     Keys("Up", 3);
     hand.Key("v");
@@ -79,9 +74,8 @@ TEST_F(Settings, TheNextSessionPlaysTheLastTrackAsItWasHeard)
     hand.Key("p");
     ASSERT_TRUE(AwaitPicture(kPicture));
     ASSERT_TRUE(AwaitSound());
-    const std::vector<float> heard = HeardSoon();
-    EXPECT_NEAR(Frequency(heard, Recording::kRate), kTone * std::pow(2.0, 3.0 / 12.0), 3.0);
-    EXPECT_NEAR(Level(heard, Side::Left) / full, 0.5, 0.05);
+    EXPECT_TRUE(AwaitTone(kTone * std::pow(2.0, 3.0 / 12.0)));
+    EXPECT_TRUE(AwaitLevel(Side::Left, full / 2.0, full * 0.05));
 }
 
 TEST_F(Settings, WhatIsNoSettingsFileGivesTheFirstStartsValues)
@@ -121,7 +115,7 @@ TEST_F(Settings, AFileThatCannotBeWrittenIsToldAndThePlayerGoesOn)
         hand.Key("ctrl+q");
         ASSERT_TRUE(player->AwaitWindowTitled("Cannot Write to Settings File"));
         hand.Key("Return");
-        EXPECT_EQ(player->Program().WaitForExit(3s), 0);
+        EXPECT_EQ(player->Program().WaitForExit(kPatience), 0);
     }
 }
 

@@ -4,6 +4,7 @@
 #include <X11/Xlib.h>
 #include <X11/extensions/XTest.h>
 #include <X11/keysym.h>
+#include <algorithm>
 #include <array>
 #include <cstdlib>
 #include <ranges>
@@ -64,16 +65,21 @@ void Hand::Key(std::string_view chord)
 
 void Hand::HoldKey(std::string_view chord, Clock::duration howLong)
 {
-    Display* display = m_connection.Display();
-    const std::vector<unsigned> codes = KeyCodes(display, chord);
-    for (const unsigned code : codes)
-        XTestFakeKeyEvent(display, code, True, CurrentTime);
-    XSync(display, False);
+    SetKeys(chord, true);
     std::this_thread::sleep_for(howLong);
-    for (const unsigned code : std::views::reverse(codes))
-        XTestFakeKeyEvent(display, code, False, CurrentTime);
-    XSync(display, False);
+    SetKeys(chord, false);
     std::this_thread::sleep_for(kPressTime);
+}
+
+void Hand::SetKeys(std::string_view chord, bool down)
+{
+    Display* display = m_connection.Display();
+    std::vector<unsigned> codes = KeyCodes(display, chord);
+    if (!down)
+        std::ranges::reverse(codes);
+    for (const unsigned code : codes)
+        XTestFakeKeyEvent(display, code, down ? True : False, CurrentTime);
+    XSync(display, False);
 }
 
 void Hand::MoveTo(Point point)

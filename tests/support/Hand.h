@@ -22,6 +22,9 @@ public:
     // A key by its X name, with modifiers in front: "p", "Right", "ctrl+q", "alt+F4", "shift+Up".
     void Key(std::string_view chord);
     void HoldKey(std::string_view chord, Clock::duration howLong);
+    // A held key by its parts.
+    void PressKey(std::string_view chord) { SetKeys(chord, true); }
+    void ReleaseKey(std::string_view chord) { SetKeys(chord, false); }
 
     void MoveTo(Point point);
     void Click(Point point, unsigned button = 1);
@@ -36,6 +39,7 @@ public:
 private:
     void PressAndRelease(unsigned button);
     void SetButton(unsigned button, bool down);
+    void SetKeys(std::string_view chord, bool down);
 
     XConnection m_connection;
 };

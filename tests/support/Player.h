@@ -51,14 +51,14 @@ public:
     // The windows of the program on the screen: the main window, message boxes, options.
     std::vector<Window> Windows() const;
     // Waits until the main window is there and has the keyboard. False if it never comes.
-    bool AwaitWindow(Clock::duration atMost = 10s);
-    bool AwaitWindowTitled(const std::string& title, Clock::duration atMost = 10s) const;
+    bool AwaitWindow(Clock::duration atMost = 30s);
+    bool AwaitWindowTitled(const std::string& title, Clock::duration atMost = 30s) const;
     QRect WindowArea() const; // of the main window, on the screen
     bool IsFullScreen() const;
 
     // Asks the main window for a sign of life, which the program's event loop gives. Nothing if
     // there is none within the time.
-    std::optional<Clock::duration> AnswerTime(Clock::duration atMost = 1s) const;
+    std::optional<Clock::duration> AnswerTime(Clock::duration atMost = 5s) const;
     // Asks the window to close, as a window manager's button would.
     void AskToClose() const;
 
