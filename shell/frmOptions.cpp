@@ -298,7 +298,11 @@ void frmOptions::ShowForm(const QString& word)
     const bool isShown = word != u"NONE";
     if (isShown && !isVisible())
         StandBeforePlayer();
+    const bool hadKeyboard = isActiveWindow();
     setVisible(isShown);
+    // Not every window system gives the keyboard back; a player out of sight is left there.
+    if (!isShown && hadKeyboard && m_mainWindow.isVisible() && !m_mainWindow.isMinimized())
+        m_mainWindow.activateWindow();
 }
 
 void frmOptions::BringToFront(OptionsPanel panel)

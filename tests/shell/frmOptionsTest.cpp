@@ -579,6 +579,25 @@ TEST_F(frmOptionsTest, ClosingItOnlyHidesIt)
     QObject::disconnect(counting);
 }
 
+TEST_F(frmOptionsTest, HidingItGivesTheKeyboardBackToThePlayer)
+{
+    ShowOptions();
+    options.activateWindow();
+    ASSERT_TRUE(Await([this] { return options.isActiveWindow(); }));
+    Show("NONE");
+    EXPECT_TRUE(Await([this] { return mainWindow.isActiveWindow(); }));
+}
+
+TEST_F(frmOptionsTest, HidingItLeavesAMinimisedPlayerAlone)
+{
+    ShowOptions();
+    options.activateWindow();
+    ASSERT_TRUE(Await([this] { return options.isActiveWindow(); }));
+    mainWindow.setWindowState(Qt::WindowMinimized);
+    Show("NONE");
+    EXPECT_TRUE(mainWindow.isMinimized());
+}
+
 TEST_F(frmOptionsTest, ItKeepsThePlaceThatTheUserGaveIt)
 {
     ShowOptions();
