@@ -180,6 +180,28 @@ double PlayerStartToPicture(Stage& stage)
     return Milliseconds(changes[1].firstSeen - player->Program().StartedAt());
 }
 
+double MillisecondsToExit(Process& process)
+{
+    const auto hasEnded = [&] { return !process.IsRunning(); };
+    if (!Eventually(hasEnded, 10s, 0ms) || process.WaitForExit(0ms) != 0)
+        throw std::runtime_error("it did not end by itself");
+    return Milliseconds(Clock::now() - process.StartedAt());
+}
+
+// A start while the player runs: it hands its track over and ends.
+double LaterStartToExit(Stage& stage)
+{
+    const std::unique_ptr<Player> running = StartPlayer(stage);
+    Player later(stage.screen, stage.sound.Environment(), stage.home,
+                 PlayerStart{.arguments = {stage.track.string()}});
+    return MillisecondsToExit(later.Program());
+}
+
+double YardstickVersionToExit(const Stage& stage)
+{
+    return MillisecondsToExit(*StartYardstick(stage, {"--version"}, false));
+}
+
 double PlayerOpenToSound(Stage& stage)
 {
     std::filesystem::create_directories(stage.home.SettingsFile().parent_path());
@@ -233,7 +255,11 @@ std::vector<Measurement> MeasureStarts(Stage& stage, Effort effort)
             Compare(
                 "opening a track to its sound", "ms", "mpv loading it while idle", effort,
                 [&] { return PlayerOpenToSound(stage); },
-                [&] { return YardstickOpenToSound(stage); })};
+                [&] { return YardstickOpenToSound(stage); }),
+            Compare(
+                "a later start, to its end", "ms", "mpv telling its version", effort,
+                [&] { return LaterStartToExit(stage); },
+                [&] { return YardstickVersionToExit(stage); })};
 }
 
 void Print(const std::vector<Measurement>& measurements)
