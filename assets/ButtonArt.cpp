@@ -78,7 +78,7 @@ PictureReference ButtonPicture(ButtonFace face, FaceState state)
     svg.replace(drawn.glyph, style.glyph);
     svg.replace(drawn.shade, style.shade);
     svg.insert(svg.indexOf('>', svg.indexOf("<svg")) + 1, Ground(drawing, style));
-    return Picture::FromSvg(svg, {drawing.width, drawing.height});
+    return Picture::FromKnownSvg(svg, {drawing.width, drawing.height});
 }
 
 } // namespace lantern

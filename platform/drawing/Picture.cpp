@@ -45,8 +45,13 @@ PictureReference Picture::FromSvg(const QByteArray& svg, QSize size, PictureType
     const QSvgRenderer renderer(svg);
     if (!renderer.isValid())
         return nullptr;
+    return FromKnownSvg(svg, size.isEmpty() ? renderer.defaultSize() : size, type);
+}
+
+PictureReference Picture::FromKnownSvg(const QByteArray& svg, QSize size, PictureType type)
+{
     const std::shared_ptr<Picture> picture(new Picture);
-    picture->m_size = size.isEmpty() ? renderer.defaultSize() : size;
+    picture->m_size = size;
     picture->m_type = type;
     picture->m_svg = svg;
     return picture;
@@ -58,10 +63,10 @@ PictureReference Picture::FromFile(const QString& path, QSize size, PictureType 
     if (!file.open(QIODevice::ReadOnly))
         return nullptr;
     const QByteArray bytes = file.readAll();
-    const QImage image = QImage::fromData(bytes);
-    if (path.endsWith(QStringLiteral(".svg")) || image.isNull())
+    if (path.endsWith(QStringLiteral(".svg")))
         return FromSvg(bytes, size, type);
-    return FromImage(image, type);
+    const QImage image = QImage::fromData(bytes);
+    return image.isNull() ? FromSvg(bytes, size, type) : FromImage(image, type);
 }
 
 const QImage& Picture::ImageAt(qreal devicePixelRatio) const

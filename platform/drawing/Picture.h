@@ -22,6 +22,10 @@ public:
     // Null if the bytes are no SVG.
     static std::shared_ptr<const Picture> FromSvg(const QByteArray& svg, QSize size,
                                                   PictureType type = PictureType::Bitmap);
+    // From bytes that are known to be an SVG, as the program's own are: nothing is read of them
+    // before the picture is first drawn, and most states of most buttons never are.
+    static std::shared_ptr<const Picture> FromKnownSvg(const QByteArray& svg, QSize size,
+                                                       PictureType type = PictureType::Bitmap);
     // From a file or a resource, by its contents. Null if it can't be read.
     static std::shared_ptr<const Picture> FromFile(const QString& path, QSize size = {},
                                                    PictureType type = PictureType::Bitmap);

@@ -49,5 +49,19 @@ TEST(Picture, WhatIsNoImageIsNone)
     EXPECT_EQ(Picture::FromFile(QStringLiteral("/no/such/file.svg")), nullptr);
 }
 
+TEST(Picture, OneFromKnownVectorsIsTheSameOne)
+{
+    const PictureReference picture = Picture::FromKnownSvg(kHalfSquare, QSize(8, 4));
+    EXPECT_EQ(picture->Size(), QSize(8, 4));
+    EXPECT_EQ(picture->ImageAt(2), Picture::FromSvg(kHalfSquare, QSize(8, 4))->ImageAt(2));
+}
+
+TEST(Picture, VectorsThatWereKnownWronglyAreEmpty)
+{
+    const PictureReference picture = Picture::FromKnownSvg("not a picture", QSize(2, 1));
+    EXPECT_EQ(picture->ImageAt(1).size(), QSize(2, 1));
+    EXPECT_EQ(picture->ImageAt(1).pixel(0, 0), 0U);
+}
+
 } // namespace
 } // namespace lantern
