@@ -9,8 +9,23 @@ namespace lantern {
 namespace {
 
 constexpr double kAspect = 1.5;
+constexpr int kBarGapPixels = 5; // between the picture's area and the toolbar
 
 } // namespace
+
+WindowLayout LayoutWindow(const WindowSituation& situation)
+{
+    const TwipSize client = situation.client;
+    const TwipsPerPixel twips = situation.twips;
+    const std::int32_t barHeight =
+        situation.isBarVisible ? kTBar.height + kBarGapPixels * twips.y : 0;
+    WindowLayout layout;
+    layout.skinner = {0, 0, client.width, client.height};
+    layout.bar = TBarRect(client, MarginYFor(situation.isMaximised, twips.x));
+    layout.pic = PictureRect(client, MarginXFor(situation.isMaximised, twips.x), barHeight);
+    layout.systemText = SystemTextRect(layout.pic, twips.y);
+    return layout;
+}
 
 TwipRect PictureRect(TwipSize client, std::int32_t marginX, std::int32_t barHeight)
 {
@@ -29,14 +44,24 @@ TwipRect PictureRect(TwipSize client, std::int32_t marginX, std::int32_t barHeig
     return picture;
 }
 
-TwipRect SystemTextRect(const TwipRect& picture, std::int32_t height, std::int32_t twipsY)
+TwipRect SystemTextRect(const TwipRect& picture, std::int32_t twipsY)
 {
-    return {picture.left, picture.top + picture.height + 3 * twipsY, picture.width, height};
+    return {picture.left, picture.top + picture.height + 3 * twipsY, picture.width,
+            kSystemText.height};
 }
 
 QSize MinimumPixels(int toolbarPixels)
 {
     return {338, toolbarPixels + 242 + 5};
+}
+
+QRect PixelsOf(const TwipRect& rect, TwipsPerPixel twips)
+{
+    const auto nearest = [](std::int32_t length, std::int32_t perPixel) {
+        return RoundToEven(static_cast<double>(length) / perPixel);
+    };
+    return {nearest(rect.left, twips.x), nearest(rect.top, twips.y), rect.width / twips.x,
+            rect.height / twips.y};
 }
 
 } // namespace lantern

@@ -5,15 +5,13 @@
 #include "KeyMap.h"
 #include "MakeZipHandler.h"
 #include "PlayerSettings.h"
-#include "Rounding.h"
-#include "SystemColours.h"
 #include "WindowLayout.h"
+#include "frmOptions.h"
 #include "modAPI.h"
 
 #include <QCloseEvent>
 #include <QCoreApplication>
 #include <QKeyEvent>
-#include <QPainter>
 
 #include <algorithm>
 
@@ -21,7 +19,6 @@ namespace lantern {
 namespace {
 
 constexpr int kTickMs = 10;
-constexpr std::int32_t kSystemTextHeight = 225; // twips
 
 QString Caption()
 {
@@ -35,10 +32,12 @@ QString Caption()
 } // namespace
 
 f101::f101(ProgramState& state, std::unique_ptr<AudioEngine> engine, ShowWarning showWarning)
-    : m_state(state), m_showWarning(std::move(showWarning)), m_pic(this),
-      m_picDrop(m_pic, [this](const QString& path) { OpenMedia(path); }), m_systemText(this),
-      m_fullScreen(*this), m_picture(m_buffers), m_display(m_picture, *this, m_clipboard),
+    : m_state(state), m_showWarning(std::move(showWarning)),
+      m_parts(*this, {state.TwipsX, state.TwipsY}), m_mouse(*this, m_parts),
+      m_picDrop(m_parts.Pic(), [this](const QString& path) { OpenMedia(path); }), m_popMenu(*this),
+      m_picture(m_buffers), m_display(m_picture, m_parts, m_clipboard),
       m_interpreter(m_picture, m_display), m_engine(std::move(engine)), m_audio(*m_engine, *this),
+      m_refresh(m_parts.Bar(), *m_engine, m_audio, m_track),
       m_clock(*m_engine, m_track, m_picture, m_interpreter, m_display, *this),
       m_loader(m_track, *m_engine, *this, {[] { return MakeZipHandler(); }, state.AppPath}),
       m_wheel(m_audio, m_track, [this](std::int32_t deltaMs) { m_clock.SkipBy(deltaMs); }),
@@ -47,14 +46,26 @@ f101::f101(ProgramState& state, std::unique_ptr<AudioEngine> engine, ShowWarning
 {
     setAttribute(Qt::WA_OpaquePaintEvent);
     setFocusPolicy(Qt::StrongFocus);
-    m_pic.setObjectName(QStringLiteral("pic"));
-    m_pic.setAccessibleName(QStringLiteral("Lyrics"));
-    m_pic.PaintPicture = [this] { m_display.PaintDisplay(); };
-    m_engine->SoundDone = [this] { m_clock.HandleSoundDone(); };
     m_timer1.setTimerType(Qt::PreciseTimer);
     m_timer1.setInterval(kTickMs);
+    ConnectParts();
+}
+
+void f101::ConnectParts()
+{
+    m_parts.LaidOut = [this] {
+        if (m_isLoaded)
+            m_display.PaintDisplay();
+    };
+    m_parts.Pic().PaintPicture = [this] { m_display.PaintDisplay(); };
+    m_parts.Bar().Click = [this](std::int16_t index) { MainPopup(index); };
+    m_parts.Bar().SliderChange = [this] { m_clock.HandleSliderScroll(); };
+    m_parts.Bar().VolumeChange = [this] { VolumeMoved(); };
+    m_mouse.RightButtonUp = [this] { ShowPopMenu(); };
+    m_mouse.DoubleClick = [this] { MainPopup(10); };
+    m_popMenu.Click = [this](const QString& key) { MenuClick(key); };
+    m_engine->SoundDone = [this] { m_clock.HandleSoundDone(); };
     m_timer1.callOnTimeout(this, [this] { UpdatePlayer(); });
-    m_systemTimer.start();
 }
 
 f101::~f101()
@@ -73,11 +84,16 @@ bool f101::Load()
     m_isLoaded = true;
     SetWindowIcons(*this, QStringLiteral("lyric-lantern"), true);
     setWindowTitle(Caption());
-    setMinimumSize(MinimumPixels(0));
+    setWindowFlag(Qt::FramelessWindowHint);
+    setMinimumSize(MinimumPixels(Toolbar::Height() / m_state.TwipsY));
+    setMaximumSize(kMaximumPixels);
     m_audio.WheelType = static_cast<std::int16_t>(WheelMode::Volume);
     LoadPlayerSettings(*m_state.Settings, m_track, m_display.ZoomStep, m_audio);
+    m_refresh.SetOptions(m_options.get()); // no hand has moved its sliders to these values
     ShowStatus(QString());
-    m_picture.SetupGraphics(true, &m_pic);
+    m_picture.SetupGraphics(true, &m_parts.Pic());
+    m_parts.Bar().SetupToolbar();
+    m_parts.Skinner().Initialize(this, true, true);
     m_loader.ClearMedia();
     const int zoomStep = m_display.ZoomStep;
     if (zoomStep == kFullScreenStep)
@@ -98,13 +114,15 @@ void f101::OpenCommandLine()
         OpenMedia(track);
 }
 
-// The lock goes first: a new start may then run beside this one.
+// The lock goes before all that takes time: a new start may then run beside this one.
 void f101::Unload()
 {
     if (!m_isLoaded)
         return;
     m_isLoaded = false;
     m_timer1.stop();
+    if (m_options)
+        m_options->hide();
     ReleaseInstance(m_state);
     m_engine->StopSound();
     SaveSettingsToStore(*m_state.Settings, m_display.NearestZoom(), *m_engine, m_audio);
@@ -152,6 +170,14 @@ void f101::MouseWheel(std::int32_t keys, std::int32_t delta, std::int32_t x, std
     m_wheel.MouseWheel(keys, delta, x, y);
 }
 
+void f101::VolumeMoved()
+{
+    if (m_track.MediaLoading)
+        return;
+    m_audio.SetVolume(static_cast<float>(m_parts.Bar().ctlVolume().Value()), true);
+    m_audio.WheelType = static_cast<std::int16_t>(WheelMode::Volume);
+}
+
 void f101::SetWheelType(std::int16_t number)
 {
     m_audio.SetWheelType(number);
@@ -162,45 +188,22 @@ void f101::UpdatePlayer()
     m_clock.UpdatePlayer();
 }
 
-QRect f101::PixelsOf(const TwipRect& rect) const
-{
-    const auto nearest = [](std::int32_t twips, std::int32_t perPixel) {
-        return RoundToEven(static_cast<double>(twips) / perPixel);
-    };
-    return {nearest(rect.left, m_state.TwipsX), nearest(rect.top, m_state.TwipsY),
-            rect.width / m_state.TwipsX, rect.height / m_state.TwipsY};
-}
-
-void f101::Layout()
-{
-    if (!m_isLoaded || isMinimized())
-        return;
-    CalcMargins();
-    const TwipSize client = {width() * m_state.TwipsX, height() * m_state.TwipsY};
-    const TwipRect picture = PictureRect(client, m_marginX, 0);
-    m_pic.setGeometry(PixelsOf(picture));
-    m_systemText.setGeometry(PixelsOf(SystemTextRect(picture, kSystemTextHeight, m_state.TwipsY)));
-    m_display.PaintDisplay();
-}
-
 void f101::paintEvent(QPaintEvent* event)
 {
-    QPainter painter(this);
-    for (const QRect& exposed : event->region())
-        painter.fillRect(exposed, QColor::fromRgb(ResolveColour(m_backColor)));
+    m_parts.PaintBackground(event->region());
 }
 
 void f101::resizeEvent(QResizeEvent*)
 {
-    Layout();
+    m_parts.Layout();
 }
 
 void f101::changeEvent(QEvent* event)
 {
-    // The window system changes the state, too, and then nobody else sees to what goes with it.
     if (event->type() == QEvent::WindowStateChange) {
-        ShowSkinner(!IsMaximised());
-        ShowToolbar(!IsMaximised());
+        if (isMinimized() && m_options)
+            m_options->ShowForm(QStringLiteral("NONE"));
+        m_parts.FollowWindowState();
     }
     QWidget::changeEvent(event);
 }
@@ -209,7 +212,7 @@ bool f101::event(QEvent* event)
 {
     if (event->type() == QEvent::WindowActivate && m_isLoaded) {
         m_picture.RealizePalette();
-        update();
+        m_parts.Refresh();
     }
     return QWidget::event(event);
 }
@@ -239,10 +242,10 @@ void f101::wheelEvent(QWheelEvent* event)
     event->accept();
 }
 
-void f101::mouseDoubleClickEvent(QMouseEvent* event)
+// No key stays on a control.
+bool f101::focusNextPrevChild(bool)
 {
-    if (event->button() == Qt::LeftButton)
-        MainPopup(10);
+    return false;
 }
 
 } // namespace lantern

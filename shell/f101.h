@@ -5,25 +5,25 @@
 #include "AudioEngine.h"
 #include "CommandLink.h"
 #include "Commands.h"
+#include "ControlRefresh.h"
 #include "Display.h"
-#include "FullScreen.h"
 #include "ImageClipboard.h"
 #include "KeyRepeats.h"
 #include "MediaLoader.h"
+#include "OptionsHost.h"
 #include "PacketInterpreter.h"
 #include "PicDrop.h"
 #include "PictureMemory.h"
-#include "PictureSurface.h"
 #include "PlaybackClock.h"
-#include "SystemColours.h"
-#include "SystemText.h"
+#include "PopMenu.h"
 #include "Track.h"
 #include "VirtualBuffers.h"
 #include "WheelControl.h"
 #include "WheelTurns.h"
+#include "WindowMouse.h"
+#include "WindowParts.h"
 #include "modPlayer.h"
 
-#include <QElapsedTimer>
 #include <QTimer>
 #include <QWidget>
 
@@ -31,6 +31,8 @@
 #include <memory>
 
 namespace lantern {
+
+class frmOptions;
 
 // Shows the user a message box with the warning icon.
 using ShowWarning = std::function<void(const QString& text)>;
@@ -41,7 +43,7 @@ using ShowWarning = std::function<void(const QString& text)>;
 // Life cycle: construct, Load, show; it unloads itself when it is closed, and ends the program.
 class f101 : public QWidget,
              public CommandHost,
-             private DisplayHost,
+             private OptionsHost,
              private PlaybackHost,
              private MediaHost,
              private AudioControlHost,
@@ -58,9 +60,14 @@ public:
     void TakeFocus() override;
     void OpenMedia(const QString& path) override;
     void MainPopup(std::int16_t index);
-    void DoKeyDown(KeyCode keyCode, ShiftBits shift);
-    void DoKeyUp(KeyCode keyCode, ShiftBits shift);
-    void MouseWheel(std::int32_t keys, std::int32_t delta, std::int32_t x, std::int32_t y);
+    void DoKeyDown(KeyCode keyCode, ShiftBits shift) override;
+    void DoKeyUp(KeyCode keyCode, ShiftBits shift) override;
+    void MouseWheel(std::int32_t keys, std::int32_t delta, std::int32_t x, std::int32_t y) override;
+    // Returns when the menu has closed and what was chosen has run.
+    void ShowPopMenu() override;
+    void ShowDeviceMenu();
+    void ToggleOptions(bool force) override;
+    void SetOptionsOnTop(bool onTop) override;
     void SetWheelType(std::int16_t number);
     void UpdatePlayer();
 
@@ -73,35 +80,16 @@ protected:
     void keyPressEvent(QKeyEvent* event) override;
     void keyReleaseEvent(QKeyEvent* event) override;
     void wheelEvent(QWheelEvent* event) override;
-    void mouseDoubleClickEvent(QMouseEvent* event) override;
+    bool focusNextPrevChild(bool next) override;
 
 private:
+    void ConnectParts();
     void OpenCommandLine();
     void Unload();
-    void Layout();
-    QRect PixelsOf(const TwipRect& rect) const;
-
-    // DisplayHost
-    ColourValue WindowBackColor() override;
-    void SetWindowBackColor(ColourValue colour) override;
-    void SetPicBackColor(ColourValue colour) override;
-    void SetSkinnerBackColor(ColourValue colour) override;
-    void SetSystemTextBackColor(ColourValue colour) override;
-    ColourValue SystemTextForeColor() override;
-    void SetSystemTextForeColor(ColourValue colour) override;
-    void SetSystemTextCaption(const QString& caption) override;
-    void ShowSystemText(bool visible) override;
-    TwipSize PicSize() override;
-    WindowFrame Frame() override;
-    TwipSize DesktopSize() override;
-    bool IsMaximised() override; // AudioControlHost, too
-    void SetMaximised(bool maximised) override;
-    void CalcMargins() override;
-    void MoveWindow(const TwipRect& rect) override;
-    void LockWindowUpdate(bool locked) override;
-    void ShowToolbar(bool visible) override;
-    void ShowSkinner(bool visible) override;
-    double SystemTimer() override;
+    void VolumeMoved();
+    void MenuClick(const QString& key);
+    ContextMenuState MenuState();
+    frmOptions& Options();
 
     // PlaybackHost
     std::int32_t SliderValue() override;
@@ -128,29 +116,24 @@ private:
     void SetValueText(AudioValue value, const QString& text) override;
     void SetDeviceText(const QString& name) override;
     bool IsDeviceSaveOn() override;
-    void SetOptionsOnTop(bool onTop) override;
+    bool IsMaximised() override;
     void SetPointersBlank(bool blank) override;
     bool ShowMenu(const std::vector<DeviceMenuItem>& items) override;
 
     // CommandWindow
     void ShowOpenDialog() override;
-    void ToggleOptions(bool force) override;
     void ShowAbout() override;
-    void OpenWebSite() override;
+    void OpenWebSite() override; // OptionsHost, too
     void Exit() override;
 
     ProgramState& m_state;
     ShowWarning m_showWarning;
-    QElapsedTimer m_systemTimer;
 
-    PictureSurface m_pic;
+    WindowParts m_parts;
+    WindowMouse m_mouse;
     PicDrop m_picDrop;
-    SystemText m_systemText;
-    FullScreen m_fullScreen;
+    PopMenu m_popMenu;
     ImageClipboard m_clipboard;
-    // Differs from every border colour, so that the first paint colours all surroundings.
-    ColourValue m_backColor = SystemReference(SystemColour::ButtonFace);
-    std::int32_t m_marginX = 0;
 
     Track m_track;
     VirtualBuffers m_buffers;
@@ -160,6 +143,7 @@ private:
 
     std::unique_ptr<AudioEngine> m_engine;
     AudioControl m_audio;
+    ControlRefresh m_refresh;
     PlaybackClock m_clock;
     MediaLoader m_loader;
     WheelControl m_wheel;
@@ -169,6 +153,7 @@ private:
     WheelTurns m_wheelTurns;
     KeyRepeats m_keyRepeats;
     QTimer m_timer1;
+    std::unique_ptr<frmOptions> m_options; // made at the first touch
     bool m_isLoaded = false;
 };
 

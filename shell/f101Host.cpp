@@ -4,147 +4,43 @@
 
 #include "MediaTypes.h"
 #include "PlayerSettings.h"
-#include "ScreenMetrics.h"
-#include "SystemColours.h"
-#include "WindowLayout.h"
+#include "frmOptions.h"
 #include "modAPI.h"
+
+#include <QCoreApplication>
 
 namespace lantern {
 
-// --- The display
-
-ColourValue f101::WindowBackColor()
-{
-    return m_backColor;
-}
-
-void f101::SetWindowBackColor(ColourValue colour)
-{
-    m_backColor = colour;
-    update();
-}
-
-void f101::SetPicBackColor(ColourValue colour)
-{
-    m_pic.SetBackColor(ResolveColour(colour));
-}
-
-// The frame is the window system's own, and keeps its colours.
-void f101::SetSkinnerBackColor(ColourValue)
-{
-}
-
-void f101::SetSystemTextBackColor(ColourValue colour)
-{
-    m_systemText.SetBackColor(colour);
-}
-
-ColourValue f101::SystemTextForeColor()
-{
-    return m_systemText.ForeColor();
-}
-
-void f101::SetSystemTextForeColor(ColourValue colour)
-{
-    m_systemText.SetForeColor(colour);
-}
-
-void f101::SetSystemTextCaption(const QString& caption)
-{
-    m_systemText.setText(caption);
-}
-
-void f101::ShowSystemText(bool visible)
-{
-    m_systemText.setVisible(visible);
-}
-
-TwipSize f101::PicSize()
-{
-    return {m_pic.width() * m_state.TwipsX, m_pic.height() * m_state.TwipsY};
-}
-
-WindowFrame f101::Frame()
-{
-    return {m_state.TwipsX, m_state.TwipsY, m_marginX, 0};
-}
-
-TwipSize f101::DesktopSize()
-{
-    const QSize pixels = DesktopRect().size();
-    return {pixels.width() * m_state.TwipsX, pixels.height() * m_state.TwipsY};
-}
-
-bool f101::IsMaximised()
-{
-    return m_fullScreen.IsOn();
-}
-
-void f101::SetMaximised(bool maximised)
-{
-    if (maximised)
-        m_fullScreen.Enter();
-    else
-        m_fullScreen.Leave();
-}
-
-void f101::CalcMargins()
-{
-    m_marginX = MarginXFor(IsMaximised(), m_state.TwipsX);
-}
-
-void f101::MoveWindow(const TwipRect& rect)
-{
-    m_fullScreen.Place(PixelsOf(rect).translated(DesktopRect().topLeft()));
-}
-
-void f101::LockWindowUpdate(bool locked)
-{
-    setUpdatesEnabled(!locked);
-}
-
-void f101::ShowToolbar(bool visible)
-{
-    SetPointersBlank(!visible);
-    Layout();
-}
-
-void f101::ShowSkinner(bool)
-{
-}
-
-double f101::SystemTimer()
-{
-    return 1 + static_cast<double>(m_systemTimer.nsecsElapsed()) * 1e-9;
-}
-
 // --- The clock
 
-// The position is heard and seen, but no control tells it as a number yet.
 std::int32_t f101::SliderValue()
 {
-    return 0;
+    return m_parts.Bar().ctlSlider().Value();
 }
 
 std::int32_t f101::SliderMax()
 {
-    return 0;
+    return m_parts.Bar().ctlSlider().Max();
 }
 
-void f101::SetSliderValue(std::int32_t)
+void f101::SetSliderValue(std::int32_t positionMs)
 {
+    m_parts.Bar().ctlSlider().SetValue(positionMs);
 }
 
 void f101::CancelScroll()
 {
+    m_parts.Bar().ctlSlider().CancelScroll();
 }
 
-void f101::SetTicker(std::int32_t, bool)
+void f101::SetTicker(std::int32_t seconds, bool isPlaying)
 {
+    m_parts.Bar().PlayTicker().SetTicker(seconds, isPlaying);
 }
 
-void f101::RefreshControls(std::int32_t, bool)
+void f101::RefreshControls(std::int32_t positionMs, bool isPlaying)
 {
+    m_refresh.Refresh(positionMs, isPlaying, IsMaximised());
     m_display.HideExpiredStatus();
 }
 
@@ -160,13 +56,14 @@ void f101::WheelMovesPosition()
 
 // --- The loader
 
-void f101::SetSliderValues(std::int32_t, std::int32_t, std::int32_t)
+void f101::SetSliderValues(std::int32_t minimum, std::int32_t maximum, std::int32_t value)
 {
+    m_parts.Bar().ctlSlider().SetValues(minimum, maximum, value);
 }
 
 void f101::HideMessage()
 {
-    ShowSystemText(false);
+    m_parts.ShowSystemText(false);
 }
 
 void f101::ResetView()
@@ -206,34 +103,34 @@ void f101::ShowStatus(const QString& text)
     m_display.ShowStatus(text);
 }
 
-// The message line is the one place for these values.
-void f101::SetValueText(AudioValue, const QString&)
+void f101::SetValueText(AudioValue value, const QString& text)
 {
+    Options().ValueLabel(value).setText(text);
 }
 
-void f101::SetDeviceText(const QString&)
+void f101::SetDeviceText(const QString& name)
 {
+    Options().dev(1).SetCaption(name);
 }
 
 bool f101::IsDeviceSaveOn()
 {
-    return m_audio.AudioSave;
+    return Options().cmd(4).Value();
 }
 
-void f101::SetOptionsOnTop(bool)
+bool f101::IsMaximised()
 {
+    return m_parts.IsMaximised();
 }
 
 void f101::SetPointersBlank(bool blank)
 {
-    const Qt::CursorShape shape = blank ? Qt::BlankCursor : Qt::ArrowCursor;
-    m_pic.setCursor(shape);
-    setCursor(shape);
+    m_parts.SetPointersBlank(blank);
 }
 
-bool f101::ShowMenu(const std::vector<DeviceMenuItem>&)
+bool f101::ShowMenu(const std::vector<DeviceMenuItem>& items)
 {
-    return true;
+    return m_popMenu.ShowDevices(items);
 }
 
 // --- The commands
@@ -247,18 +144,14 @@ void f101::ShowOpenDialog()
         this, QStringLiteral("cdg"), filter, QStringLiteral("Select a Karaoke File"),
         m_track.CurrentMedia, IsAudioExtension(m_track.CurrentMedia) ? 2 : 1, 1);
     SetOptionsOnTop(true);
-    update();
+    m_parts.Refresh();
     if (!path.isEmpty())
         OpenMedia(path);
 }
 
-// There is no options window yet.
-void f101::ToggleOptions(bool)
-{
-}
-
 void f101::ShowAbout()
 {
+    Options().ShowForm(QStringLiteral("ABOUT"));
 }
 
 void f101::OpenWebSite()
@@ -269,6 +162,75 @@ void f101::OpenWebSite()
 void f101::Exit()
 {
     close();
+}
+
+// --- The menus and the options
+
+ContextMenuState f101::MenuState()
+{
+    const auto can = [this](std::int16_t index) { return m_parts.Bar().tBtn(index).Enabled(); };
+    return {.canPlay = can(1),
+            .canPause = can(2),
+            .canStop = can(3),
+            .canSkip = can(4),
+            .isMaximised = IsMaximised()};
+}
+
+void f101::ShowPopMenu()
+{
+    if (m_track.MediaLoading || m_popMenu.IsOpen())
+        return;
+    SetOptionsOnTop(false);
+    SetPointersBlank(false);
+    if (!m_popMenu.ShowCommands(ContextMenuItems(MenuState())))
+        return;
+    if (IsMaximised())
+        SetPointersBlank(true);
+    SetOptionsOnTop(true);
+}
+
+void f101::ShowDeviceMenu()
+{
+    m_audio.ShowDeviceMenu();
+}
+
+void f101::MenuClick(const QString& key)
+{
+    SetOptionsOnTop(true);
+    if (key == kOptionsKey)
+        ToggleOptions(true);
+    else
+        MainPopup(static_cast<std::int16_t>(key.toInt()));
+}
+
+frmOptions& f101::Options()
+{
+    if (!m_options) {
+        OptionsHost& player = *this;
+        const TwipsPerPixel twips = {m_state.TwipsX, m_state.TwipsY};
+        m_options =
+            std::make_unique<frmOptions>(*this, player, m_audio, m_engine->Spectrum(), twips);
+        m_refresh.SetOptions(m_options.get());
+    }
+    return *m_options;
+}
+
+void f101::ToggleOptions(bool force)
+{
+    frmOptions& options = Options();
+    options.ShowForm(force || !options.isVisible() ? QStringLiteral("OPTIONS")
+                                                   : QStringLiteral("NONE"));
+    if (options.isVisible())
+        options.activateWindow();
+}
+
+// A menu or a dialog that opens next is not to come up behind the options.
+void f101::SetOptionsOnTop(bool onTop)
+{
+    if (!m_options || !m_options->isVisible())
+        return;
+    SetTopMost(*m_options, onTop);
+    QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
 }
 
 } // namespace lantern

@@ -193,7 +193,7 @@ TEST_F(CommandsTest, DigitsSizeTheWindow)
     for (int digit = 1; digit <= 5; ++digit) {
         Press(static_cast<char>('0' + digit));
         Settle();
-        EXPECT_EQ(window.size(), QSize(288 * digit + 50, 192 * digit + 55)) << digit;
+        EXPECT_EQ(window.size(), QSize(288 * digit + 50, 192 * digit + 55 + 48)) << digit;
     }
 }
 
@@ -206,7 +206,7 @@ TEST_F(CommandsTest, DigitsWithControlGiveTheSizesInBetween)
         Settle();
         const double scale = digit * factors.at(static_cast<std::size_t>(digit) - 1);
         EXPECT_EQ(window.width(), static_cast<int>(288 * scale + 50.001)) << digit;
-        EXPECT_EQ(window.height(), static_cast<int>(192 * scale + 55.001)) << digit;
+        EXPECT_EQ(window.height(), static_cast<int>(192 * scale + 55.001) + 48) << digit;
     }
 }
 

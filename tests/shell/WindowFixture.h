@@ -4,7 +4,7 @@
 #include "FakeAudioEngine.h"
 #include "Packets.h"
 #include "PlayerSettings.h"
-#include "SystemText.h"
+#include "ctlFrame.h"
 #include "f101.h"
 
 #include <QCoreApplication>
@@ -67,8 +67,20 @@ protected:
 
     void Press(char key, ShiftBits shift = 0) { Press(static_cast<KeyCode>(key), shift); }
 
-    SystemText& Message() { return *dynamic_cast<SystemText*>(window.findChild<QLabel*>()); }
-    QString Status() { return Message().isVisible() ? Message().text().trimmed() : QString(); }
+    template <typename Part = QWidget>
+    Part& PartNamed(const char* name)
+    {
+        return dynamic_cast<Part&>(*window.findChild<QWidget*>(QLatin1String(name)));
+    }
+
+    ctlFrame& Message() { return PartNamed<ctlFrame>("SystemText"); }
+    QString Status() { return Message().isVisible() ? Message().Caption().trimmed() : QString(); }
+
+    // Whether the pointer shows nothing there.
+    static bool IsPointerBlank(const QWidget& widget)
+    {
+        return widget.cursor().shape() == Qt::BitmapCursor;
+    }
 
     QTemporaryDir folder;
     QStringList messages;

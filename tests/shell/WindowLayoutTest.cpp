@@ -42,8 +42,9 @@ TEST(WindowLayout, AWideAreaCentresThePictureHorizontally)
 TEST(WindowLayout, TheWindowOfAStepHoldsAPictureOfThatStep)
 {
     for (int step = 1; step <= 5; ++step) {
-        const WindowFrame frame = {15, 15, 375, 0};
-        const TwipRect picture = PictureRect(WindowSizeForZoom(step, 1.0F, frame), 375, 0);
+        const WindowFrame frame = {15, 15, 375, kTBar.height};
+        const TwipRect picture =
+            LayoutWindow({.client = WindowSizeForZoom(step, 1.0F, frame), .twips = {15, 15}}).pic;
         EXPECT_EQ(picture.width / 15, 288 * step);
         EXPECT_EQ(picture.height / 15, 192 * step);
     }
@@ -81,7 +82,7 @@ TEST(WindowLayout, AnAreaSmallerThanItsMarginsHoldsNoPicture)
 
 TEST(WindowLayout, TheMessageLiesThreePixelsUnderThePicture)
 {
-    EXPECT_EQ(SystemTextRect({100, 200, 3000, 2000}, 225, 15), (TwipRect{100, 2245, 3000, 225}));
+    EXPECT_EQ(SystemTextRect({100, 200, 3000, 2000}, 15), (TwipRect{100, 2245, 3000, 225}));
 }
 
 TEST(WindowLayout, TheSmallestWindowFollowsTheToolbar)

@@ -11,6 +11,8 @@ namespace {
 
 class WindowPictureTest : public WindowFixture {
 protected:
+    static constexpr int kShownMs = 5050;
+
     // A ring, a cross and single pixels, in every colour and in each part of the picture.
     static std::vector<CdgPacket> Pattern()
     {
@@ -43,8 +45,15 @@ protected:
     {
         Load(MakeTrack(Pattern()));
         // A long way isn't shown; the first short one after it is.
-        for (engine.PositionMs = 5000; engine.PositionMs <= 5050; engine.PositionMs += 50)
-            window.UpdatePlayer();
+        Tick(5000);
+        Tick(kShownMs);
+    }
+
+    // Time stands still between these.
+    void Tick(std::int32_t positionMs)
+    {
+        engine.PositionMs = positionMs;
+        window.UpdatePlayer();
         Settle();
     }
 
@@ -103,10 +112,8 @@ TEST_F(WindowPictureTest, FullScreenLeavesASmallBorder)
 TEST_F(WindowPictureTest, ChangesInSmallStepsLeadToTheSamePictureAsAFullPaint)
 {
     Load(MakeTrack(Pattern()));
-    for (engine.PositionMs = 0; engine.PositionMs <= 5000; engine.PositionMs += 40) {
-        window.UpdatePlayer();
-        Settle();
-    }
+    for (int positionMs = 0; positionMs <= kShownMs; positionMs += 50)
+        Tick(positionMs);
     EXPECT_TRUE(LooksLike("size2"));
 }
 
@@ -147,7 +154,7 @@ TEST_F(WindowOnTwoScreensTest, FullScreenFillsTheScreenThatTheWindowIsOn)
     Settle();
     EXPECT_EQ(window.geometry(), QGuiApplication::screens()[1]->geometry());
     Press('F');
-    Settle();
+    Tick(kShownMs);
     EXPECT_EQ(window.geometry(), normal);
     EXPECT_TRUE(LooksLike("size2"));
 }

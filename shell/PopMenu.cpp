@@ -1,0 +1,68 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "PopMenu.h"
+
+#include "ArtPictures.h"
+#include "ProgramFonts.h"
+#include "ToolbarTable.h"
+
+#include <QPointer>
+
+namespace lantern {
+namespace {
+
+constexpr ColourValue kBlack = DirectColour(0, 0, 0);
+constexpr ColourValue kWhite = DirectColour(255, 255, 255);
+constexpr int kFontPixels = 11; // 8.25 points
+
+} // namespace
+
+PopMenu::PopMenu(QWidget& window)
+    : m_window(window), m_menu(&window), m_menuSidePic(MenuSidePicture())
+{
+    m_menu.setObjectName(QStringLiteral("PopMenu"));
+    m_menu.SetFont(ProgramFont(QStringLiteral("Arial"), kFontPixels));
+    m_menu.SetItemForeColor(kWhite);
+    m_menu.SetItemHotForeColor(kBlack);
+    m_menu.SetBackColor(kBlack);
+    m_menu.SetItemHotBackColor(kAccentColour);
+    m_menu.SetLeftPicBackColor(kBlack);
+    m_menu.ItemClicked = [this](std::int16_t&, QString&, QString& key) {
+        if (Click)
+            Click(key);
+    };
+}
+
+bool PopMenu::ShowCommands(const std::vector<ContextMenuItem>& items)
+{
+    if (m_isOpen)
+        return true;
+    m_menu.ResetMenu();
+    for (const ContextMenuItem& item : items)
+        m_menu.AddItem(item.text, item.key);
+    m_menu.SetUseLeftImage(true);
+    return Show(m_menuSidePic);
+}
+
+bool PopMenu::ShowDevices(const std::vector<DeviceMenuItem>& items)
+{
+    if (m_isOpen)
+        return true;
+    m_menu.ResetMenu();
+    for (const DeviceMenuItem& item : items)
+        m_menu.AddItem(item.text, QString::number(item.identifier));
+    m_menu.SetUseLeftImage(false);
+    return Show({});
+}
+
+bool PopMenu::Show(const PictureReference& sidePicture)
+{
+    const QPointer<QWidget> window(&m_window);
+    m_isOpen = true;
+    m_menu.ShowMenu(ctlMenus::kAtPointer, ctlMenus::kAtPointer, sidePicture);
+    if (!window)
+        return false;
+    m_isOpen = false;
+    return true;
+}
+
+} // namespace lantern

@@ -1,0 +1,39 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "AudioDecisions.h"
+#include "ContextMenu.h"
+#include "ctlMenus.h"
+
+#include <functional>
+#include <vector>
+
+namespace lantern {
+
+// The main window's pop-up menu, which shows the commands or the devices for the sound. Everything
+// else in the program goes on while it is open.
+class PopMenu {
+public:
+    // The window is borrowed and outlives the menu.
+    explicit PopMenu(QWidget& window);
+
+    // The key of the item that the user chose; called within the calls below, with the menu closed.
+    std::function<void(const QString& key)> Click;
+
+    bool IsOpen() const { return m_isOpen; }
+
+    // Each opens a menu at the pointer and returns when it has closed. While one is open, another
+    // one doesn't open. False if the window, and the menu with it, was destroyed meanwhile.
+    [[nodiscard]] bool ShowCommands(const std::vector<ContextMenuItem>& items);
+    [[nodiscard]] bool ShowDevices(const std::vector<DeviceMenuItem>& items);
+
+private:
+    bool Show(const PictureReference& sidePicture);
+
+    QWidget& m_window;
+    ctlMenus m_menu;
+    PictureReference m_menuSidePic;
+    bool m_isOpen = false;
+};
+
+} // namespace lantern
