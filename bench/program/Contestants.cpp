@@ -62,10 +62,11 @@ Stage::Stage(int width, int height)
     Chord().WriteMp3(audio);
 }
 
-std::unique_ptr<Player> StartPlayer(Stage& stage)
+std::unique_ptr<Player> StartPlayer(Stage& stage, const std::string& program)
 {
-    auto player = std::make_unique<Player>(stage.screen, stage.sound.Environment(), stage.home,
-                                           PlayerStart{.arguments = {stage.track.string()}});
+    auto player = std::make_unique<Player>(
+        stage.screen, stage.sound.Environment(), stage.home,
+        PlayerStart{.arguments = {stage.track.string()}, .program = program});
     if (!player->AwaitWindow())
         throw std::runtime_error("the player did not start: " + player->Log());
     return player;

@@ -28,8 +28,9 @@ struct Stage {
     std::filesystem::path audio;
 };
 
-// Our player with a track, playing, with its window on the screen.
-std::unique_ptr<test::Player> StartPlayer(Stage& stage);
+// Our player with a track, playing, with its window on the screen. The program may be another
+// build of it.
+std::unique_ptr<test::Player> StartPlayer(Stage& stage, const std::string& program = {});
 
 // The yardstick: a well-known player of sound, as plain as it gets.
 std::unique_ptr<test::Process> StartYardstick(const Stage& stage,

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <cstdlib>
 #include <functional>
 #include <iostream>
 #include <stdexcept>
@@ -15,6 +16,8 @@
 // benchmarks print: a JSON object with one record a measurement.
 //   bench_program          three rounds of each, about seven minutes
 //   bench_program --quick  one short round of each, to see that it works
+// With the path of another build of the player in LANTERN_OTHER_PLAYER, what a change costs is
+// measured instead: this build beside that one.
 namespace lantern::bench {
 namespace {
 
@@ -69,9 +72,9 @@ double ProcessorPercent(const Process& process, const Effort& effort)
 
 // The player playing after some keys.
 double PlayerPercent(Stage& stage, const std::vector<std::pair<std::string, int>>& keys,
-                     const Effort& effort)
+                     const Effort& effort, const std::string& program = {})
 {
-    const std::unique_ptr<Player> player = StartPlayer(stage);
+    const std::unique_ptr<Player> player = StartPlayer(stage, program);
     Hand hand(stage.screen);
     for (const auto& [key, times] : keys) {
         for (int i = 0; i < times; ++i)
@@ -167,12 +170,12 @@ double PlayerStartToSound(Stage& stage)
 }
 
 // From exec to the first pixel that is not the empty screen's.
-double PlayerStartToPicture(Stage& stage)
+double PlayerStartToPicture(Stage& stage, const std::string& program = {})
 {
     Eyes eyes(stage.screen);
     eyes.Watch({{stage.screen.Width() / 2, stage.screen.Height() / 2}});
     std::this_thread::sleep_for(300ms);
-    const std::unique_ptr<Player> player = StartPlayer(stage);
+    const std::unique_ptr<Player> player = StartPlayer(stage, program);
     std::this_thread::sleep_for(500ms);
     const std::vector<Eyes::Change> changes = eyes.StopWatching();
     if (changes.size() < 2)
@@ -239,11 +242,17 @@ double YardstickOpenToSound(Stage& stage)
     return milliseconds;
 }
 
+// No window has this colour, so that the first painted frame is seen.
+void PaintTheEmptyScreen(const Stage& stage)
+{
+    OutputOf({.arguments = {"xsetroot", "-solid", "#ff00ff"},
+              .environment = stage.screen.Environment()});
+}
+
 std::vector<Measurement> MeasureStarts(Stage& stage, Effort effort)
 {
     effort.rounds = effort.rounds * 2 - 1; // short, and uneven
-    OutputOf({.arguments = {"xsetroot", "-solid", "#ff00ff"},
-              .environment = stage.screen.Environment()});
+    PaintTheEmptyScreen(stage);
     return {Compare(
                 "start to the first painted frame", "ms", "mpv from start to sound", effort,
                 [&] { return PlayerStartToPicture(stage); },
@@ -260,6 +269,81 @@ std::vector<Measurement> MeasureStarts(Stage& stage, Effort effort)
                 "a later start, to its end", "ms", "mpv telling its version", effort,
                 [&] { return LaterStartToExit(stage); },
                 [&] { return YardstickVersionToExit(stage); })};
+}
+
+// The longest that the player, asked again and again, takes to answer; an answer comes after what
+// it is painting.
+double LongestAnswer(const Player& player, int steps, const std::function<void(int step)>& each)
+{
+    Clock::duration longest = {};
+    for (int step = 1; step <= steps; ++step) {
+        each(step);
+        const std::optional<Clock::duration> answer = player.AnswerTime();
+        if (!answer)
+            throw std::runtime_error("the player does not answer");
+        longest = std::max(longest, *answer);
+        std::this_thread::sleep_for(10ms);
+    }
+    return Milliseconds(longest);
+}
+
+// By its lower right corner, from size 1 to size 5 while a track plays.
+double LongestFrameOfADrag(Stage& stage)
+{
+    constexpr int kSteps = 150;
+    constexpr Point kWay = {4 * 288, 4 * 192};
+    const std::unique_ptr<Player> player = StartPlayer(stage);
+    Hand hand(stage.screen);
+    hand.Key("1");
+    hand.MoveTo({10, 10});
+    if (!Eventually([&] { return player->WindowArea().width() < 2 * 288; }, 10s))
+        throw std::runtime_error("the window did not take size 1");
+    const QRect area = player->WindowArea();
+    const Point corner = {area.right() - 2, area.bottom() - 2};
+    hand.MoveTo(corner);
+    hand.Press();
+    const double longest = LongestAnswer(*player, kSteps, [&](int step) {
+        hand.MoveTo({corner.x + kWay.x * step / kSteps, corner.y + kWay.y * step / kSteps});
+    });
+    hand.Release();
+    const bool hasGrown = Eventually(
+        [&] { return player->WindowArea().width() >= area.width() + kWay.x * 9 / 10; }, 5s);
+    if (!hasGrown)
+        throw std::runtime_error("the window did not follow the drag");
+    return longest;
+}
+
+double LongestFrameAtRest(Stage& stage)
+{
+    const std::unique_ptr<Player> player = StartPlayer(stage);
+    Hand hand(stage.screen);
+    hand.Key("5");
+    std::this_thread::sleep_for(1s);
+    return LongestAnswer(*player, 150, [](int) {});
+}
+
+Measurement MeasureDrag(const Effort& effort)
+{
+    Stage stage(2800, 2000); // the window grows from the middle of the screen
+    return Compare(
+        "longest frame, dragging from size 1 to 5", "ms", "the longest while resting at size 5",
+        effort, [&] { return LongestFrameOfADrag(stage); },
+        [&] { return LongestFrameAtRest(stage); });
+}
+
+std::vector<Measurement> MeasureBeside(Stage& stage, const std::string& other, const Effort& effort)
+{
+    Effort starts = effort;
+    starts.rounds = effort.rounds * 2 - 1;
+    PaintTheEmptyScreen(stage);
+    return {Compare(
+                "start to the first painted frame", "ms", "the other build", starts,
+                [&] { return PlayerStartToPicture(stage); },
+                [&] { return PlayerStartToPicture(stage, other); }),
+            Compare(
+                "processor, playing at size 2", "% of a core", "the other build", effort,
+                [&] { return PlayerPercent(stage, {}, effort); },
+                [&] { return PlayerPercent(stage, {}, effort, other); })};
 }
 
 void Print(const std::vector<Measurement>& measurements)
@@ -280,10 +364,15 @@ void Print(const std::vector<Measurement>& measurements)
 void Run(const Effort& effort)
 {
     Stage stage;
+    if (const char* const other = std::getenv("LANTERN_OTHER_PLAYER")) {
+        Print(MeasureBeside(stage, other, effort));
+        return;
+    }
     std::vector<Measurement> all = MeasureStarts(stage, effort);
     for (Measurement& measurement : MeasureProcessor(stage, effort))
         all.push_back(std::move(measurement));
     all.push_back(MeasureFullScreen(effort));
+    all.push_back(MeasureDrag(effort));
     all.push_back(MeasureMemory(stage));
     Print(all);
 }

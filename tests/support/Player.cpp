@@ -21,10 +21,12 @@ EnvironmentChanges Joined(EnvironmentChanges first, const EnvironmentChanges& se
     return first;
 }
 
-std::vector<std::string> WithProgram(std::vector<std::string> arguments)
+std::vector<std::string> CommandOf(const PlayerStart& start)
 {
-    arguments.insert(arguments.begin(), Player::ProgramPath());
-    return arguments;
+    std::vector<std::string> command = {start.program.empty() ? Player::ProgramPath()
+                                                              : start.program};
+    command.insert(command.end(), start.arguments.begin(), start.arguments.end());
+    return command;
 }
 
 std::filesystem::path NewLogName(const PlayerHome& home)
@@ -70,7 +72,7 @@ std::string PlayerHome::Setting(const std::string& key) const
 Player::Player(const XServer& screen, const EnvironmentChanges& sound, const PlayerHome& home,
                const PlayerStart& start)
     : m_connection(screen.DisplayName()), m_log(NewLogName(home)),
-      m_process({.arguments = WithProgram(start.arguments),
+      m_process({.arguments = CommandOf(start),
                  .environment =
                      Joined(screen.Environment(), sound, home.Environment(), start.environment),
                  .log = m_log})

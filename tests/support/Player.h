@@ -28,6 +28,7 @@ private:
 struct PlayerStart {
     std::vector<std::string> arguments = {};
     EnvironmentChanges environment = {}; // beyond display, sound and home
+    std::string program = {};            // another build of the player; empty for the usual one
 };
 
 // The real program on a display, with a sound server and the folders of a user. Does not wait for
