@@ -4,8 +4,10 @@
 #include "ControlAccessibility.h"
 #include "ScreenMetrics.h"
 
+#include <QKeyEvent>
 #include <QMouseEvent>
 
+#include <tuple>
 #include <utility>
 
 namespace lantern {
@@ -69,6 +71,16 @@ QCursor PointerShape(int number)
 Control::Control(QWidget* parent, Ambient ambient) : QWidget(parent), m_ambient(std::move(ambient))
 {
     InstallControlAccessibility();
+}
+
+void Control::ForwardKey(const KeyHandler& handler, QKeyEvent& event)
+{
+    event.setAccepted(handler != nullptr);
+    const bool isHeld = event.type() == QEvent::KeyRelease && event.isAutoRepeat();
+    if (!handler || isHeld)
+        return;
+    KeyCode keyCode = KeyCodeOf(event);
+    std::ignore = Raise(handler, keyCode, ShiftBitsOf(event));
 }
 
 void Control::SetAmbient(Ambient ambient)

@@ -15,6 +15,7 @@
 #include <utility>
 
 class QAccessibleInterface;
+class QKeyEvent;
 class QMouseEvent;
 
 namespace lantern {
@@ -77,7 +78,10 @@ protected:
         handler(std::forward<Arguments>(arguments)...);
         return !control.isNull();
     }
-    // The same, for PropertyChanged.
+    // Tells the host a key. One that it has no handler for goes on to the window around the
+    // control; one that repeats while it is held has not been released.
+    void ForwardKey(const KeyHandler& handler, QKeyEvent& event);
+    // The same as Raise, for PropertyChanged.
     bool Report(const QString& key) { return Raise(PropertyChanged, key); }
 
 private:

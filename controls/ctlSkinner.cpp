@@ -262,16 +262,6 @@ void ctlSkinner::keyReleaseEvent(QKeyEvent* event)
     ForwardKey(KeyUp, *event);
 }
 
-void ctlSkinner::ForwardKey(const KeyHandler& handler, QKeyEvent& event)
-{
-    if (!handler) {
-        event.ignore(); // the host's own
-        return;
-    }
-    KeyCode code = KeyCodeOf(event);
-    std::ignore = Raise(handler, code, ShiftBitsOf(event));
-}
-
 QAccessibleInterface* ctlSkinner::MakeAccessible()
 {
     return new SkinAccessible(*this);

@@ -58,7 +58,6 @@ private:
     bool MayDrag(std::size_t element) const;
     void SetPointer(int number);
     void DragBy(const QMouseEvent& event, HitCode code, const InteractiveMove::Ended& ended);
-    void ForwardKey(const KeyHandler& handler, QKeyEvent& event);
 
     QPointer<QWidget> m_hostWindow;
     bool m_sizable = false;

@@ -188,25 +188,21 @@ void ctlSlide::mouseReleaseEvent(QMouseEvent*)
     m_dragging = false;
 }
 
-void ctlSlide::ForwardKey(const KeyHandler& handler, QKeyEvent& event)
+void ctlSlide::TellKey(const KeyHandler& handler, QKeyEvent& event)
 {
-    // What the host has no handler for goes on to the window around the slider.
-    event.setAccepted(m_enabled && handler);
-    if (!event.isAccepted())
-        return;
-    KeyCode keyCode = KeyCodeOf(event);
-    std::ignore = Raise(handler, keyCode, ShiftBitsOf(event));
+    event.ignore();
+    if (m_enabled)
+        ForwardKey(handler, event);
 }
 
 void ctlSlide::keyPressEvent(QKeyEvent* event)
 {
-    ForwardKey(KeyDown, *event);
+    TellKey(KeyDown, *event);
 }
 
 void ctlSlide::keyReleaseEvent(QKeyEvent* event)
 {
-    if (!event->isAutoRepeat())
-        ForwardKey(KeyUp, *event);
+    TellKey(KeyUp, *event);
 }
 
 void ctlSlide::ChangeFocus(bool hasFocus)

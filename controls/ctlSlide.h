@@ -85,7 +85,7 @@ private:
     void Redraw();
     void DrawMovable(const SlideScale& scale, int trackTop, int trackBottom);
     void FollowMouse(const MouseReport& report);
-    void ForwardKey(const KeyHandler& handler, QKeyEvent& event);
+    void TellKey(const KeyHandler& handler, QKeyEvent& event);
     void ChangeFocus(bool hasFocus);
 
     std::int32_t m_min = 0;

@@ -401,8 +401,19 @@ TEST_F(ctlSkinnerTest, KeysAreTold)
     QApplication::sendEvent(skinner, &down);
     QKeyEvent up(QEvent::KeyRelease, Qt::Key_Up, Qt::NoModifier);
     QApplication::sendEvent(skinner, &up);
+    QKeyEvent repeated(QEvent::KeyRelease, Qt::Key_Up, Qt::NoModifier, QString(), true);
+    QApplication::sendEvent(skinner, &repeated); // the key is still held
     EXPECT_EQ(keys, (std::vector<std::pair<KeyCode, ShiftBits>>{{KeyCode::Up, kShiftBit},
                                                                 {KeyCode::Up, 0}}));
+}
+
+TEST_F(ctlSkinnerTest, KeysThatNobodyHandlesGoOnToTheWindow)
+{
+    for (const QEvent::Type type : {QEvent::KeyPress, QEvent::KeyRelease}) {
+        QKeyEvent event(type, Qt::Key_Up, Qt::NoModifier);
+        static_cast<QObject*>(skinner)->event(&event);
+        EXPECT_FALSE(event.isAccepted());
+    }
 }
 
 TEST_F(ctlSkinnerTest, AHandlerMayDestroyIt)
