@@ -108,12 +108,16 @@ void ButtonControl::HandleMouseDown(const MouseReport& report)
 }
 
 // The second press of a double click acts like a press; the toolkit gives the mouse to the button
-// until the release, as with any press.
+// until the release, as with any press. It calls it one, too, where the first press was on another
+// button, in whose place this one has come: then it is the first press here.
 void ButtonControl::mouseDoubleClickEvent(QMouseEvent* event)
 {
-    m_pointer.SeenAt(event->position());
+    m_pointer.SeenAt(event->globalPosition());
+    const MouseReport report = PressReport(*event);
     if (m_lastButton == LeftButton)
-        HandleMouseDown({LeftButton, PressReport(*event).shift, 0, 0});
+        HandleMouseDown({LeftButton, report.shift, 0, 0});
+    else if (report.button == LeftButton)
+        HandleMouseDown(report);
 }
 
 void ButtonControl::mouseReleaseEvent(QMouseEvent* event)

@@ -201,6 +201,19 @@ TYPED_TEST(ButtonMouse, TheSecondPressOfARightDoubleClickIsNothing)
               (Log{"MouseDown 2 0 32,10", "MouseUp 2 0 32,10", "MouseUp 2 0 32,10"}));
 }
 
+TYPED_TEST(ButtonMouse, AQuickPressOnAButtonThatTookAnothersPlaceIsItsFirst)
+{
+    TypeParam other(&this->window, TestAmbient());
+    other.setGeometry(this->button->geometry());
+    other.Click = [&other] { other.hide(); };
+    other.show();
+    this->MoveTo(this->kInside);
+    this->Logged();
+    QTest::mouseDClick(this->window.windowHandle(), Qt::LeftButton, {}, this->kInside);
+    EXPECT_TRUE(other.isHidden());
+    EXPECT_EQ(this->Logged(), (Log{"MouseDown 1 0 32,10", "MouseUp 1 0 32,10", "Click"}));
+}
+
 TYPED_TEST(ButtonMouse, ADisabledButtonTakesTheMouseInSilence)
 {
     this->button->SetEnabled(false);
