@@ -104,27 +104,32 @@ void SpectrumTransform::Transform()
     }
 }
 
-// With the bins into which a tone at its edge spreads.
-double SpectrumTransform::PowerOf(const BandEdges& edges) const
+// Each band with the bins into which a tone at its edge spreads.
+void SpectrumTransform::SetBandCount(int count)
 {
+    m_bands.assign(static_cast<std::size_t>(count), {});
     const double binHz = static_cast<double>(m_sampleRate) / m_frames;
-    const double last = static_cast<double>(m_powerBelow.size()) - 2.0;
-    if (edges.lowHz / binHz > last)
-        return 0.0;
-    const double first = std::round(edges.lowHz / binHz) - kSpreadBins;
-    const double end = std::round(edges.highHz / binHz) + kSpreadBins + 1;
-    const auto at = [last](double bin) {
-        return static_cast<std::size_t>(std::clamp(bin, 0.0, last + 1.0));
+    const double binCount = static_cast<double>(m_powerBelow.size()) - 1.0;
+    const auto within = [binCount](double bin) {
+        return static_cast<std::size_t>(std::clamp(bin, 0.0, binCount));
     };
-    return m_powerBelow[at(end)] - m_powerBelow[at(first)];
+    for (int band = 0; band < count; ++band) {
+        const BandEdges edges = EdgesOf(band, count);
+        if (edges.lowHz / binHz < binCount)
+            m_bands[static_cast<std::size_t>(band)] = {
+                within(std::round(edges.lowHz / binHz) - kSpreadBins),
+                within(std::round(edges.highHz / binHz) + kSpreadBins + 1)};
+    }
 }
 
 void SpectrumTransform::Measure(std::span<float> strengths)
 {
+    if (m_bands.size() != strengths.size())
+        SetBandCount(static_cast<int>(strengths.size()));
     Transform();
-    const int count = static_cast<int>(strengths.size());
-    for (int band = 0; band < count; ++band)
-        strengths[static_cast<std::size_t>(band)] = StrengthOf(PowerOf(EdgesOf(band, count)));
+    for (std::size_t band = 0; band < strengths.size(); ++band)
+        strengths[band] =
+            StrengthOf(m_powerBelow[m_bands[band].end] - m_powerBelow[m_bands[band].first]);
 }
 
 } // namespace lantern

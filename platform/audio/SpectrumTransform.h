@@ -45,13 +45,18 @@ private:
         float real = 0.0F;
         float imaginary = 0.0F;
     };
+    // Bins from first up to end, which is none of them.
+    struct BinRange {
+        std::size_t first = 0;
+        std::size_t end = 0;
+    };
     struct Release {
         void operator()(AVTXContext* context) const;
     };
     using Function = void (*)(AVTXContext*, void* out, void* in, std::ptrdiff_t stride);
 
+    void SetBandCount(int count);
     void Transform();
-    double PowerOf(const BandEdges& edges) const;
 
     int m_sampleRate;
     int m_frames;
@@ -63,6 +68,7 @@ private:
     std::vector<Bin> m_bins;
     // The power of all bins below each, so that any run of bins is one difference.
     std::vector<double> m_powerBelow;
+    std::vector<BinRange> m_bands;
 };
 
 } // namespace lantern

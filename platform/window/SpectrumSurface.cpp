@@ -60,6 +60,8 @@ SpectrumSurface::SpectrumSurface(QWidget* parent) : QWidget(parent)
 {
     QAccessible::installFactory(AccessibleFor); // which takes a second time for none
     setAccessibleName(QStringLiteral("Spectrum"));
+    // It covers all of its area: nothing behind it need be drawn for each frame.
+    setAttribute(Qt::WA_OpaquePaintEvent);
     m_timer.setTimerType(Qt::PreciseTimer);
     QObject::connect(&m_timer, &QTimer::timeout, this, [this] { Advance(); });
 }
