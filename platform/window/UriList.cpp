@@ -83,8 +83,7 @@ QByteArrayView WithinLimit(QByteArrayView list)
 // Takes the first line off the list, and what ends it.
 QByteArrayView TakeLine(QByteArrayView& list)
 {
-    const auto end = std::find_if(list.begin(), list.end(), EndsLine);
-    const qsizetype size = end - list.begin();
+    const qsizetype size = std::find_if(list.begin(), list.end(), EndsLine) - list.begin();
     const QByteArrayView line = list.first(size);
     list = list.sliced(std::min(size + 1, list.size()));
     return line;

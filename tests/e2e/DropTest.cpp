@@ -121,16 +121,17 @@ TEST_F(Dropping, OfTenFilesTheFirstTrackIsOpened)
 TEST_F(Dropping, OnlyThePictureTakesFiles)
 {
     const QRect window = player->WindowArea();
-    const QRect picture = PictureArea();
+    const Point margin = {window.left() + 1, window.center().y()};
+    const Point border = {window.center().x(), PictureArea().bottom() + 10};
+    const Point toolbar = {window.center().x(), window.bottom() - 40};
+    const Point button = {window.left() + 75, window.bottom() - 40};
     FileDrag drag = Files({WriteDroppedTrack("dropped")});
-    drag.CarryTo(OnPicture());
-    EXPECT_TRUE(drag.AwaitAnswer("copy"));
-    drag.CarryTo({window.center().x(), (picture.bottom() + window.bottom()) / 2 + 2});
-    EXPECT_TRUE(drag.AwaitAnswer("none")) << "below the picture";
-    drag.CarryTo(OnPicture());
-    EXPECT_TRUE(drag.AwaitAnswer("copy"));
-    drag.CarryTo({window.left() + 1, window.center().y()});
-    EXPECT_TRUE(drag.AwaitAnswer("none")) << "on the margin";
+    for (const Point& point : {margin, border, toolbar, button}) {
+        drag.CarryTo(OnPicture());
+        EXPECT_TRUE(drag.AwaitAnswer("copy"));
+        drag.CarryTo(point);
+        EXPECT_TRUE(drag.AwaitAnswer("none")) << point.x << ", " << point.y;
+    }
     EXPECT_EQ(drag.Drop(), "none");
     ExpectStillPlaying();
 }

@@ -138,6 +138,22 @@ TEST_F(SecondStart, WhileTheFirstIsLoadingItWaitsItsTurn)
     EXPECT_TRUE(AwaitPicture(kSecond, 10s));
 }
 
+TEST_F(SecondStart, WhileTheMenuIsOpenItReplacesTheTrackBehindIt)
+{
+    OpenTrack(m_first);
+    // Its lower right part lies under the menu.
+    const QRect picture = PictureArea();
+    const Point corner = {picture.right() - 40, picture.bottom() - 20};
+    const Point underMenu = {corner.x + 20, corner.y + 5};
+    hand.Click(corner, 3);
+    ASSERT_TRUE(Eventually([&] { return eyes.At(underMenu) != kPicture; }));
+    HandOver({m_second.string()});
+    EXPECT_TRUE(AwaitPicture(kSecond));
+    EXPECT_NE(eyes.At(underMenu), kSecond) << "the menu stays";
+    hand.Key("Escape");
+    EXPECT_TRUE(Eventually([&] { return eyes.At(underMenu) == kSecond; }));
+}
+
 // The holder of the lock has no link yet, or no more.
 TEST_F(SecondStart, BeforeTheFirstHasALinkItEndsWithoutAWord)
 {
