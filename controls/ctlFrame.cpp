@@ -170,7 +170,7 @@ void ctlFrame::mousePressEvent(QMouseEvent* event)
         m_grip = event->position().toPoint();
         return;
     }
-    m_isPressed = report.button == LeftButton;
+    m_isPressed = true;
     std::ignore = Raise(MouseDown, InTwips(report));
 }
 
@@ -187,12 +187,13 @@ void ctlFrame::mouseMoveEvent(QMouseEvent* event)
 void ctlFrame::mouseReleaseEvent(QMouseEvent* event)
 {
     const MouseReport report = PressReport(*event);
-    const bool isLeft = report.button == LeftButton;
     // As the end of a move, the release belongs to the move.
-    if (isLeft && std::exchange(m_isMoving, false))
+    if (report.button == LeftButton && std::exchange(m_isMoving, false))
         return;
+    // Any button clicks, once none is held any more.
+    const bool isOver = rect().contains(event->position().toPoint());
     const bool isClick =
-        isLeft && std::exchange(m_isPressed, false) && rect().contains(event->position().toPoint());
+        event->buttons() == Qt::NoButton && std::exchange(m_isPressed, false) && isOver;
     if (Raise(MouseUp, InTwips(report)) && isClick)
         std::ignore = Raise(Click);
 }
