@@ -11,6 +11,9 @@
 
 namespace lantern {
 
+// Where the pointer stands in a menu that opens at it, in pixels from its corner.
+inline constexpr int kInsideMenu = 5;
+
 // How a menu is laid out. It is reckoned in twips; pixels come out at the end.
 struct MenuGeometry {
     TwipsPerPixel twips;

@@ -16,7 +16,6 @@ namespace lantern {
 namespace {
 
 constexpr std::int32_t kSideTwips = 480;
-constexpr int kInsideMenu = 5; // where the pointer stands in a menu that opens at it
 
 MenuState& SharedMenuState()
 {

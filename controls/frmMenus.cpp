@@ -33,9 +33,13 @@ Box Measure(const QString& text, const QFont& font)
     return RetainedSurface::MeasureText(text, {0, 0, kAnyLength, kAnyLength}, kCaptionFlags, font);
 }
 
-QRect ScreenAt(QPoint point)
+// The screen that a menu which opens at a place is for. A pointer near the edge of a screen stands
+// in a menu whose corner lies on the screen beside it.
+QRect ScreenFor(QPoint place)
 {
-    const QScreen* screen = QGuiApplication::screenAt(point);
+    const QScreen* screen = QGuiApplication::screenAt(place + QPoint(kInsideMenu, kInsideMenu));
+    if (!screen)
+        screen = QGuiApplication::screenAt(place);
     return screen ? screen->geometry() : DesktopRect();
 }
 
@@ -104,7 +108,7 @@ void frmMenus::FitToItems()
     const QSize size(PixelsOf(geometry.Width(widest), geometry.twips.x),
                      PixelsOf(geometry.Height(m_state.items.size()), geometry.twips.y));
     const QRect menu(pos(), size.expandedTo(QSize(1, 1)));
-    setGeometry(KeptOnScreen(menu, ScreenAt(pos())));
+    setGeometry(KeptOnScreen(menu, ScreenFor(pos())));
     ClearGround(); // the surface is a new one
 }
 
