@@ -114,10 +114,14 @@ void ctlSlide::SetValue(std::int32_t value)
     const std::int32_t taken = Scale().Clamp(value);
     if (taken == m_value)
         return;
+    const int knobBefore = DrawnKnob();
     m_value = taken;
     if (!Report(QStringLiteral("VALUE")))
         return;
-    Redraw();
+    // A track moves on a hundred times a second, its knob by a pixel once in a while: what would
+    // be drawn again is the same to the pixel.
+    if (DrawnKnob() != knobBefore)
+        Redraw();
     TellValueChanged(*this);
     std::ignore = Raise(Change);
 }
@@ -142,6 +146,11 @@ void ctlSlide::ScrollTo(std::int32_t value)
 SlideScale ctlSlide::Scale() const
 {
     return {m_min, m_max, width()};
+}
+
+int ctlSlide::DrawnKnob() const
+{
+    return m_enabled && Scale().Range() > 0 ? Scale().KnobLeft(m_value) : -kKnobWidth;
 }
 
 void ctlSlide::Redraw()

@@ -81,6 +81,7 @@ private:
     static void Visit(Self& self, const Each& each);
 
     SlideScale Scale() const;
+    int DrawnKnob() const; // its left edge; outside the slider if there is none
     QRgb Colour(Part part) const { return ResolveColour(m_colours[part]); }
     void Redraw();
     void DrawMovable(const SlideScale& scale, int trackTop, int trackBottom);

@@ -93,6 +93,21 @@ TEST_F(ctlSlideTest, AtMaxTheKnobStandsAtTheLastPixels)
     ExpectPicture(kWidth - 4);
 }
 
+TEST_F(ctlSlideTest, AValueThatLeavesTheKnobWhereItIsDrawsNothing)
+{
+    slide->SetValues(0, 240000, 0);
+    slide->grab();
+    const qint64 drawn = slide->SurfaceImage().cacheKey();
+    Told();
+    for (std::int32_t value = 1; value <= 600; ++value)
+        slide->SetValue(value);
+    EXPECT_EQ(slide->SurfaceImage().cacheKey(), drawn);
+    EXPECT_EQ(Told().size(), 600U * 2); // the report and Change come all the same
+    slide->SetValue(601);
+    EXPECT_NE(slide->SurfaceImage().cacheKey(), drawn);
+    ExpectPicture(1);
+}
+
 TEST_F(ctlSlideTest, TheTrackIsFilledUpToTheKnob)
 {
     slide->SetValue(33);
