@@ -112,7 +112,7 @@ void ButtonControl::HandleMouseDown(const MouseReport& report)
 // button, in whose place this one has come: then it is the first press here.
 void ButtonControl::mouseDoubleClickEvent(QMouseEvent* event)
 {
-    m_pointer.SeenAt(event->globalPosition());
+    m_pointer.SeenAt(event->position());
     const MouseReport report = PressReport(*event);
     if (m_lastButton == LeftButton)
         HandleMouseDown({LeftButton, report.shift, 0, 0});

@@ -192,6 +192,15 @@ TYPED_TEST(ButtonMouse, TheSecondPressOfADoubleClickIsAPress)
     EXPECT_EQ(this->button->look, ButtonLook::Hot);
 }
 
+TYPED_TEST(ButtonMouse, ADoubleClickLeavesItHot)
+{
+    this->MoveTo(this->kInside);
+    QTest::mouseDClick(this->window.windowHandle(), Qt::LeftButton, {}, this->kInside);
+    this->WaitForTicks();
+    EXPECT_EQ(this->button->look, ButtonLook::Hot);
+    EXPECT_EQ(this->CountOf("MouseOut"), 0);
+}
+
 TYPED_TEST(ButtonMouse, TheSecondPressOfARightDoubleClickIsNothing)
 {
     this->MoveTo(this->kInside);
