@@ -143,6 +143,21 @@ TEST_F(Dropping, AFileThatCouldOnlyBeMovedAwayIsRefused)
     ExpectRefused(drag);
 }
 
+TEST_F(Dropping, AProgramThatDiesDuringTheDragChangesNothing)
+{
+    const std::filesystem::path track = WriteDroppedTrack("dropped");
+    {
+        FileDrag drag = Files({track});
+        drag.CarryTo(OnPicture());
+        EXPECT_TRUE(drag.AwaitAnswer("copy"));
+        drag.Kill();
+        EXPECT_TRUE(player->AnswerTime(5s));
+    }
+    EXPECT_TRUE(AwaitPicture(kPicture));
+    FileDrag next = Files({track});
+    ExpectOpened(next);
+}
+
 TEST_F(Dropping, HostileListsChangeNothing)
 {
     const std::string megabytes = "file:///" + std::string(std::size_t{4} * 1024 * 1024, 'x');

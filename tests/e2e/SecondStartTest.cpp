@@ -154,6 +154,19 @@ TEST_F(SecondStart, WhileTheMenuIsOpenItReplacesTheTrackBehindIt)
     EXPECT_TRUE(Eventually([&] { return eyes.At(underMenu) == kSecond; }));
 }
 
+TEST_F(SecondStart, WhileTheFileDialogIsOpenItReplacesTheTrackBehindIt)
+{
+    OpenTrack(m_first);
+    hand.Key("5"); // larger than the dialog
+    hand.Key("o");
+    ASSERT_TRUE(Eventually([&] { return player->Windows().size() == 2; }));
+    HandOver({m_second.string()});
+    EXPECT_TRUE(Eventually([&] { return !PictureArea(kSecond).isEmpty(); })) << "around the dialog";
+    hand.Key("Escape");
+    EXPECT_TRUE(Eventually([&] { return player->Windows().size() == 1; }));
+    EXPECT_TRUE(AwaitPicture(kSecond));
+}
+
 // The holder of the lock has no link yet, or no more.
 TEST_F(SecondStart, BeforeTheFirstHasALinkItEndsWithoutAWord)
 {

@@ -2,6 +2,7 @@
 #include "FileDrag.h"
 
 #include <cctype>
+#include <csignal>
 #include <sstream>
 #include <stdexcept>
 
@@ -64,6 +65,12 @@ bool FileDrag::AwaitAnswer(std::string_view action) const
 bool FileDrag::AwaitQuestion() const
 {
     return AwaitWord("asked");
+}
+
+void FileDrag::Kill()
+{
+    m_program.Signal(SIGKILL);
+    m_program.WaitForExit(5s);
 }
 
 std::string FileDrag::Drop()

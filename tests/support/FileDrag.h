@@ -25,6 +25,8 @@ public:
     bool AwaitAnswer(std::string_view action) const;
     // Whether its list is fetched, now or soon.
     bool AwaitQuestion() const;
+    // The program dies in the middle of the drag.
+    void Kill();
     // Lets go: what the program is told was done in the end.
     std::string Drop();
 
