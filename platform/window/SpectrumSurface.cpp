@@ -8,7 +8,6 @@
 #include <QScreen>
 #include <QWindow>
 
-#include <algorithm>
 #include <cmath>
 #include <utility>
 
@@ -17,29 +16,6 @@ namespace {
 
 constexpr QRgb kBackColour = 0xFF000000;
 constexpr qreal kUsualFramesPerSecond = 60.0;
-
-QRgb Mixed(QRgb from, QRgb to, float part)
-{
-    const auto mixed = [part](int a, int b) {
-        return static_cast<int>(
-            std::lround(static_cast<float>(a) + part * static_cast<float>(b - a)));
-    };
-    return qRgb(mixed(qRed(from), qRed(to)), mixed(qGreen(from), qGreen(to)),
-                mixed(qBlue(from), qBlue(to)));
-}
-
-// From the colour of the foot to that of the body, which it reaches half-way up.
-QImage TallestBar(const SpectrumLayout& layout, QRgb foot, QRgb body)
-{
-    QImage bar(layout.barWidth, layout.height, QImage::Format_RGB32);
-    for (int y = 0; y < bar.height(); ++y) {
-        const float up = static_cast<float>(bar.height() - y) / static_cast<float>(bar.height());
-        const QRgb colour = Mixed(foot, body, std::min(up * 2.0F, 1.0F));
-        for (int x = 0; x < bar.width(); ++x)
-            bar.setPixel(x, y, colour);
-    }
-    return bar;
-}
 
 QAccessibleInterface* AccessibleFor(const QString&, QObject* object)
 {
@@ -95,14 +71,14 @@ void SpectrumSurface::SetOn(bool on)
 void SpectrumSurface::SetFirstColour(ColourValue colour)
 {
     m_firstColour = colour;
-    m_tallestBar = {};
+    m_hasNewColours = true;
     update();
 }
 
 void SpectrumSurface::SetSecondColour(ColourValue colour)
 {
     m_secondColour = colour;
-    m_tallestBar = {};
+    m_hasNewColours = true;
     update();
 }
 
@@ -167,26 +143,12 @@ void SpectrumSurface::FitBars()
 {
     const qreal ratio = devicePixelRatioF();
     const SpectrumLayout layout = LayOutSpectrum(DeviceSize(size(), ratio), ratio);
-    if (std::exchange(m_layout, layout) != layout)
-        m_tallestBar = {};
+    const bool isOther = std::exchange(m_layout, layout) != layout;
+    if (isOther || std::exchange(m_hasNewColours, false))
+        m_paint =
+            SpectrumPaint(layout, ResolveColour(m_firstColour), ResolveColour(m_secondColour));
     m_motion.SetBarCount(layout.count);
     m_strengths.resize(static_cast<std::size_t>(layout.count));
-    if (m_tallestBar.isNull() && layout.count > 0)
-        m_tallestBar =
-            TallestBar(layout, ResolveColour(m_secondColour), ResolveColour(m_firstColour));
-}
-
-void SpectrumSurface::DrawBars(QPainter& painter) const
-{
-    const QRgb capColour = ResolveColour(m_secondColour);
-    int index = 0;
-    for (const SpectrumBar& bar : m_motion.Bars()) {
-        const QRect body = m_layout.Bar(index, bar.height);
-        painter.drawImage(body.topLeft(), m_tallestBar,
-                          QRect(0, body.top(), body.width(), body.height()));
-        painter.fillRect(m_layout.Cap(index, bar.cap), capColour);
-        ++index;
-    }
 }
 
 // It may have come to be seen just now.
@@ -197,7 +159,7 @@ void SpectrumSurface::paintEvent(QPaintEvent*)
     QPainter painter(this);
     painter.fillRect(rect(), kBackColour);
     UseDevicePixels(painter, devicePixelRatioF());
-    DrawBars(painter);
+    m_paint.DrawBars(painter, m_motion.Bars());
 }
 
 } // namespace lantern

@@ -4,10 +4,10 @@
 #include "SpectrumAnalyser.h"
 #include "SpectrumLayout.h"
 #include "SpectrumMotion.h"
+#include "SpectrumPaint.h"
 #include "SystemColours.h"
 
 #include <QElapsedTimer>
-#include <QImage>
 #include <QTimer>
 #include <QWidget>
 
@@ -47,17 +47,18 @@ private:
     void Rest();
     void Advance();
     void FitBars();
-    void DrawBars(QPainter& painter) const;
 
     SpectrumAnalyser* m_analyser = nullptr;
     bool m_isOn = false;
     ColourValue m_firstColour = DirectColour(0xFF, 0xFF, 0xFF);
     ColourValue m_secondColour = DirectColour(0x80, 0x80, 0x80);
 
+    bool m_hasNewColours = true;
+
     SpectrumLayout m_layout;
+    SpectrumPaint m_paint;
     SpectrumMotion m_motion;
     std::vector<float> m_strengths;
-    QImage m_tallestBar; // in device pixels; a bar shows the lower part of it
     QTimer m_timer;
     QElapsedTimer m_sinceAdvance;
 };
