@@ -56,7 +56,7 @@ public:
 
     QString text(QAccessible::Text kind) const override
     {
-        const QString given = QAccessibleWidget::text(kind);
+        QString given = QAccessibleWidget::text(kind);
         if (kind == QAccessible::Name && given.isEmpty())
             return SpokenName(m_skinner.Caption(), m_skinner.toolTip());
         return given;
@@ -131,9 +131,10 @@ void ctlSkinner::paintEvent(QPaintEvent* event)
     for (const QRect& rect : event->region())
         painter.fillRect(rect, QColor::fromRgb(ResolveColour(m_backColor)));
     // From back to front, as they overlap where the control is small.
-    for (auto element = kSkinFrontToBack.rbegin(); element != kSkinFrontToBack.rend(); ++element) {
-        if (*element != kSkinCentre)
-            PaintElement(painter, *element);
+    for (std::size_t i = kSkinElements; i-- > 0;) {
+        const std::size_t element = kSkinFrontToBack[i];
+        if (element != kSkinCentre)
+            PaintElement(painter, element);
     }
     if (!m_captionIsVisible)
         return;
