@@ -315,6 +315,8 @@ void frmOptions::BringToFront(OptionsPanel panel)
 // another one than last time: a window that was closed is made anew.
 void frmOptions::StandBeforePlayer()
 {
+    // A window manager minimises it along with the player, and would do so again.
+    setWindowState(windowState() & ~Qt::WindowMinimized);
     SetTopMost(*this, true);
     windowHandle()->setTransientParent(m_mainWindow.windowHandle());
 }

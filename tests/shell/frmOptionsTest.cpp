@@ -103,7 +103,7 @@ protected:
 
     std::vector<std::string> Done()
     {
-        const std::vector<std::string> actions = engine.Actions();
+        std::vector<std::string> actions = engine.Actions();
         engine.Log.clear();
         return actions;
     }
@@ -596,6 +596,16 @@ TEST_F(frmOptionsTest, HidingItLeavesAMinimisedPlayerAlone)
     mainWindow.setWindowState(Qt::WindowMinimized);
     Show("NONE");
     EXPECT_TRUE(mainWindow.isMinimized());
+}
+
+TEST_F(frmOptionsTest, MinimisedAlongWithThePlayerItDoesNotComeUpMinimised)
+{
+    ShowOptions();
+    options.setWindowState(Qt::WindowMinimized);
+    Show("NONE");
+    ShowOptions();
+    EXPECT_TRUE(options.isVisible());
+    EXPECT_FALSE(options.isMinimized());
 }
 
 TEST_F(frmOptionsTest, ItKeepsThePlaceThatTheUserGaveIt)
