@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <functional>
+#include <future>
 #include <iostream>
 #include <stdexcept>
 #include <string_view>
@@ -271,44 +272,38 @@ std::vector<Measurement> MeasureStarts(Stage& stage, Effort effort)
                 [&] { return YardstickVersionToExit(stage); })};
 }
 
-// The longest that the player, asked again and again, takes to answer; an answer comes after what
-// it is painting.
-double LongestAnswer(const Player& player, int steps, const std::function<void(int step)>& each)
+// The longest that the player, asked again and again, takes to answer while something is done to
+// it: an answer comes after what it is painting.
+double LongestAnswerDuring(const Player& player, const std::function<void()>& action)
 {
+    const std::future<void> done = std::async(std::launch::async, action);
     Clock::duration longest = {};
-    for (int step = 1; step <= steps; ++step) {
-        each(step);
-        const std::optional<Clock::duration> answer = player.AnswerTime();
-        if (!answer)
-            throw std::runtime_error("the player does not answer");
-        longest = std::max(longest, *answer);
-        std::this_thread::sleep_for(10ms);
-    }
+    while (done.wait_for(0s) != std::future_status::ready)
+        longest = std::max(longest, player.AnswerTime(5s).value_or(Clock::duration::max()));
     return Milliseconds(longest);
 }
 
 // By its lower right corner, from size 1 to size 5 while a track plays.
 double LongestFrameOfADrag(Stage& stage)
 {
-    constexpr int kSteps = 150;
+    constexpr int kSteps = 120;
     constexpr Point kWay = {4 * 288, 4 * 192};
     const std::unique_ptr<Player> player = StartPlayer(stage);
     Hand hand(stage.screen);
     hand.Key("1");
-    hand.MoveTo({10, 10});
     if (!Eventually([&] { return player->WindowArea().width() < 2 * 288; }, 10s))
         throw std::runtime_error("the window did not take size 1");
     const QRect area = player->WindowArea();
     const Point corner = {area.right() - 2, area.bottom() - 2};
     hand.MoveTo(corner);
     hand.Press();
-    const double longest = LongestAnswer(*player, kSteps, [&](int step) {
-        hand.MoveTo({corner.x + kWay.x * step / kSteps, corner.y + kWay.y * step / kSteps});
+    const double longest = LongestAnswerDuring(*player, [&] {
+        for (int step = 1; step <= kSteps; ++step)
+            hand.MoveTo({corner.x + kWay.x * step / kSteps, corner.y + kWay.y * step / kSteps});
     });
     hand.Release();
-    const bool hasGrown = Eventually(
-        [&] { return player->WindowArea().width() >= area.width() + kWay.x * 9 / 10; }, 5s);
-    if (!hasGrown)
+    const int wanted = area.width() + kWay.x * 9 / 10;
+    if (!Eventually([&] { return player->WindowArea().width() >= wanted; }, 5s))
         throw std::runtime_error("the window did not follow the drag");
     return longest;
 }
@@ -316,10 +311,9 @@ double LongestFrameOfADrag(Stage& stage)
 double LongestFrameAtRest(Stage& stage)
 {
     const std::unique_ptr<Player> player = StartPlayer(stage);
-    Hand hand(stage.screen);
-    hand.Key("5");
+    Hand(stage.screen).Key("5");
     std::this_thread::sleep_for(1s);
-    return LongestAnswer(*player, 150, [](int) {});
+    return LongestAnswerDuring(*player, [] { std::this_thread::sleep_for(4s); });
 }
 
 Measurement MeasureDrag(const Effort& effort)
