@@ -19,10 +19,10 @@ struct SpectrumLayout {
 
     bool operator==(const SpectrumLayout&) const = default;
 
-    // A bar from the bottom up, and its cap. Heights are parts of the full height; a part too
+    // A bar from the bottom up, and its cap. The part is of the full height, 0 to 1; one too
     // small to fill a pixel is an empty rectangle.
-    QRect Bar(int index, float height) const;
-    QRect Cap(int index, float height) const;
+    QRect Bar(int index, float part) const;
+    QRect Cap(int index, float part) const;
 };
 
 SpectrumLayout LayOutSpectrum(QSize deviceSize, qreal ratio);
