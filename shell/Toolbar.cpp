@@ -32,6 +32,7 @@ Toolbar::Toolbar(QWidget& window, QWidget& pic, TwipsPerPixel twips)
     MakeFrame(m_tBar2, kTBar2, QStringLiteral("TBar2"));
     MakeFrame(m_tBarZoom, kTBarZoom, QStringLiteral("TBarZoom"));
     m_tBar.setAccessibleName(QStringLiteral("Toolbar"));
+    m_tBar2.setAccessibleName(QStringLiteral("Time and volume"));
     m_tBarZoom.setAccessibleName(QStringLiteral("Display size"));
     MakeSlider(m_ctlSlider, kSliderRect, QStringLiteral("ctlSlider"));
     MakeSlider(m_ctlVolume, kVolumeRect, QStringLiteral("ctlVolume"));

@@ -52,6 +52,7 @@ bool WindowMouse::eventFilter(QObject* watched, QEvent* event)
 void WindowMouse::Press(const QMouseEvent& event)
 {
     m_mayMove = event.button() == Qt::LeftButton && !m_parts.IsMaximised();
+    m_pressPlace = event.globalPosition().toPoint();
 }
 
 // It stands in the place of the second press.
@@ -79,7 +80,7 @@ void WindowMouse::Move(const QObject& watched, const QMouseEvent& event)
 {
     if (m_mayMove && event.buttons() == Qt::LeftButton) {
         m_mayMove = false;
-        m_move.Start(m_window, HitCode::Caption, event.globalPosition().toPoint());
+        m_move.Start(m_window, HitCode::Caption, m_pressPlace);
     } else if (m_parts.IsMaximised()) {
         ShowBarFor(watched, event.position().toPoint());
     }

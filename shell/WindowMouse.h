@@ -39,6 +39,7 @@ private:
     WindowParts& m_parts;
     InteractiveMove m_move;
     bool m_mayMove = false; // the left button went down, and the pointer has not moved since
+    QPoint m_pressPlace;    // on the desktop
 };
 
 } // namespace lantern

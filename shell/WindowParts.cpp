@@ -66,7 +66,8 @@ void WindowParts::PaintBackground(const QRegion& exposed)
         painter.fillRect(rect, QColor::fromRgb(ResolveColour(m_backColor)));
 }
 
-// The skin covers the window, which the toolkit then leaves out. What stands on the skin follows it.
+// The skin covers the window, which the toolkit then leaves out. What stands on the skin follows
+// it.
 void WindowParts::Refresh()
 {
     m_window.update();
