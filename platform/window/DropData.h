@@ -33,7 +33,7 @@ public:
     bool HasFileList() const;
 
     // The full names of the files, as native bytes, in the order of the list. It asks the program
-    // that they come from, and waits for the answer: the toolkit gives up after some seconds.
+    // that they come from, and waits for the answer: the toolkit gives up after five seconds.
     // Nothing if there is no such list or it did not come.
     std::optional<QList<QByteArray>> FetchFileNames() const;
 
