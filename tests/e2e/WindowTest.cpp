@@ -13,6 +13,25 @@ protected:
     {
         return Eventually([&] { return PictureArea().size() == size; }, kPatience, 50ms);
     }
+    // As a mouse moves: the first movement, from which on the window follows, is a small one.
+    void DragGently(Point from, Point distance)
+    {
+        hand.MoveTo(from);
+        hand.Press();
+        hand.MoveTo({from.x + 1, from.y + 1});
+        for (int step = 1; step <= 10; ++step)
+            hand.MoveTo({from.x + distance.x * step / 10, from.y + distance.y * step / 10});
+        hand.Release();
+    }
+    bool AwaitArea(const QRect& area)
+    {
+        return Eventually([&] {
+            const QRect now = player->WindowArea();
+            return std::abs(now.x() - area.x()) <= 1 && std::abs(now.y() - area.y()) <= 1 &&
+                   std::abs(now.width() - area.width()) <= 1 &&
+                   std::abs(now.height() - area.height()) <= 1;
+        });
+    }
     // The largest area of three to two within the given one, by the rules of the layout.
     static QSize LargestPicture(const QSize& within)
     {
@@ -83,6 +102,70 @@ TEST_F(PlayerWindow, FullScreenFillsTheScreenAndComesBack)
     EXPECT_TRUE(Eventually([&] { return player->WindowArea() == whole; }));
     hand.DoubleClick({screen.Width() / 2, screen.Height() / 2});
     EXPECT_TRUE(Eventually([&] { return player->WindowArea() == before; }));
+}
+
+TEST_F(PlayerWindow, TheBarComesUpInFullScreenAsThePointerLeavesThePicture)
+{
+    OpenSilently();
+    hand.Key("f");
+    const QRect whole(0, 0, screen.Width(), screen.Height());
+    ASSERT_TRUE(Eventually([&] { return player->WindowArea() == whole; }));
+    const Point centre = {whole.center().x(), whole.center().y()};
+    const QRect strip(0, whole.bottom() - 52, whole.width(), 48);
+    const auto isBare = [&] {
+        return BoundsOfColour(eyes.Area(strip), kBorder).size() == strip.size();
+    };
+    hand.MoveTo(centre);
+    ASSERT_TRUE(Eventually(isBare, 3s, 50ms));
+    hand.MoveTo({centre.x, whole.bottom() - 2});
+    // The bar is black; the strip around it keeps the border's colour.
+    EXPECT_TRUE(Eventually(
+        [&] { return BoundsOfColour(eyes.Area(strip), 0xFF000000).width() > whole.width() - 20; },
+        3s, 50ms));
+    KeepPicture(eyes.Screen(), "full-screen-bar");
+    hand.MoveTo(centre);
+    EXPECT_TRUE(Eventually(
+        [&] { return BoundsOfColour(eyes.Area(strip), 0xFF000000).isEmpty() && isBare(); }, 3s,
+        50ms));
+}
+
+TEST_F(PlayerWindow, ItMovesWithTheMouse)
+{
+    OpenSilently();
+    const QRect before = player->WindowArea();
+    DragGently(PicturePoint(), {120, 60});
+    EXPECT_TRUE(AwaitArea(before.translated(120, 60)))
+        << player->WindowArea().x() - before.x() << ", " << player->WindowArea().y() - before.y();
+}
+
+TEST_F(PlayerWindow, ItIsSizedByItsFrameButNotBelowItsMinimum)
+{
+    OpenSilently();
+    const QRect before = player->WindowArea();
+    DragGently({before.right() - 1, before.bottom() - 1}, {-600, -450});
+    const QRect smallest(before.topLeft(), QSize(338, 295));
+    EXPECT_TRUE(AwaitArea(smallest)) << player->WindowArea().width();
+    EXPECT_TRUE(AwaitPictureSize({288, 192}));
+    DragGently({smallest.right() - 1, smallest.bottom() - 1}, {289, 193});
+    EXPECT_TRUE(AwaitPictureSize({576, 384}))
+        << PictureArea().width() << " x " << PictureArea().height();
+}
+
+TEST_F(PlayerWindow, TheMenuRunsCommandsWhileTheMusicGoesOn)
+{
+    OpenSilently();
+    const Point at = PicturePoint();
+    hand.Click(at, 3);
+    ASSERT_TRUE(Eventually([&] { return BoundsOfColour(eyes.Screen(), 0xFF323232).isValid(); }));
+    KeepPicture(eyes.Screen(), "menu");
+    EXPECT_TRUE(AwaitSound());
+    hand.Key("Escape");
+    EXPECT_TRUE(Eventually([&] { return !BoundsOfColour(eyes.Screen(), 0xFF323232).isValid(); }));
+    EXPECT_TRUE(AwaitSound());
+    hand.Click(at, 3);
+    ASSERT_TRUE(Eventually([&] { return BoundsOfColour(eyes.Screen(), 0xFF323232).isValid(); }));
+    hand.Click({at.x + 40, at.y - 5 + 4 + 13 + 6}); // the second row: Pause
+    EXPECT_TRUE(AwaitSilence(3s));
 }
 
 TEST_F(PlayerWindow, AMessageStandsForThreeSeconds)
