@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ScreenMetrics.h"
 #include "WindowFixture.h"
+#include "frmOptions.h"
 
+#include <QApplication>
 #include <QCloseEvent>
 #include <QElapsedTimer>
 #include <QEventLoop>
@@ -410,9 +412,17 @@ private:
 TEST_F(WatchedTest, TheCloseReleasesTheLockStopsTheSoundAndThenKeepsTheSettings)
 {
     Load(MakeBlueTrack());
+    window.MainPopup(14);
+    const auto areOptionsVisible = [] {
+        return std::ranges::any_of(QApplication::topLevelWidgets(), [](QWidget* widget) {
+            return dynamic_cast<frmOptions*>(widget) != nullptr && widget->isVisible();
+        });
+    };
+    EXPECT_TRUE(areOptionsVisible());
     bool wasStopped = false;
     watched.WhileStopping = [&] {
         wasStopped = true;
+        EXPECT_FALSE(areOptionsVisible());
         EXPECT_FALSE(state.InstanceMutex.IsHeld());
         EXPECT_FALSE(QFile::exists(folder.filePath(QStringLiteral("data_player.ini"))));
     };
@@ -467,7 +477,7 @@ private:
     }
 };
 
-TEST_F(LoadingTest, KeysTheWheelAndTicksDoNothingWhileATrackIsOpened)
+TEST_F(LoadingTest, InputAndTicksDoNothingWhileATrackIsOpened)
 {
     Load();
     QFile sound(folder.filePath(QStringLiteral("sound.wav")));
@@ -479,7 +489,11 @@ TEST_F(LoadingTest, KeysTheWheelAndTicksDoNothingWhileATrackIsOpened)
         wasAsked = true;
         window.DoKeyDown(KeyCode::M, 0);
         window.MouseWheel(0, 120, 0, 0);
+        window.ShowPopMenu(); // would return when the menu is closed
+        PartNamed<ctlSlide>("ctlVolume").ScrollTo(10);
+        PartNamed<ctlSlide>("ctlSlider").ScrollTo(1);
         window.UpdatePlayer();
+        EXPECT_EQ(PartNamed<ctlTicker>("PlayTicker").ShownText(), QStringLiteral("LOADING"));
     };
     window.OpenMedia(sound.fileName());
     EXPECT_TRUE(wasAsked);
