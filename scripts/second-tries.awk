@@ -20,10 +20,11 @@ END {
         before = line
     }
     if (count > 0) {
-        print "\nTests that failed and were run again:"
+        print "Tests that failed and were run again:"
         for (i = 1; i <= count; i++)
             print "    " names[i] ": then \"" last[names[i]] "\""
     }
-    if (summary != "")
-        printf "\n%s", summary
+    if (count > 0)
+        print ""
+    printf "%s", summary
 }

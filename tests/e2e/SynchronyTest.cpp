@@ -128,7 +128,9 @@ void Synchrony::Measure(const std::string& phase, double trackSeconds, const Pla
 
 void Synchrony::Conclude()
 {
-    EXPECT_LE(hiccups, kMostHiccups) << "phases failed too often, though each held once";
+    if (!HasFailure()) {
+        EXPECT_LE(hiccups, kMostHiccups) << "each phase held in the end, but too few at once";
+    }
     std::cout << "Marks of the ears agree within " << Milliseconds(ears.Heard().Unsteadiness())
               << " ms\n";
     if (HasFailure() || unmeasured.empty())
