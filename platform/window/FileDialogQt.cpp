@@ -8,9 +8,12 @@
 
 #include <QDir>
 #include <QFileDialog>
+#include <QHeaderView>
+#include <QLineEdit>
 #include <QMessageBox>
 #include <QPointer>
 #include <QStandardPaths>
+#include <QTreeView>
 #include <QUrl>
 
 #include <algorithm>
@@ -58,7 +61,7 @@ protected:
         std::vector<QString> paths;
         for (const QUrl& url : selectedUrls()) {
             const QString path = PathOf(url);
-            const ShownFile file = FileShownAs(path);
+            const ShownFile file = WithExtension(FileShownAs(path));
             if (const QString reason = ReasonAgainst(file); !reason.isEmpty()) {
                 Refuse(path, reason);
                 return;
@@ -66,12 +69,28 @@ protected:
             paths.push_back(file.path);
         }
         if (paths.size() == 1 && IsFolder(paths.front()))
-            setDirectory(ShownPath(ResolveName(paths.front())));
+            Enter(ResolveName(paths.front()));
         else
             Take(std::move(paths));
     }
 
 private:
+    void Enter(const QString& folder)
+    {
+        setDirectory(ShownPath(folder));
+        if (auto* name = findChild<QLineEdit*>()) // a desktop's dialog has none of ours
+            name->clear();
+    }
+
+    // The toolkit would add it to the name of a folder, too.
+    ShownFile WithExtension(ShownFile file) const
+    {
+        const bool hasOne = file.path.lastIndexOf(u'.') > file.path.lastIndexOf(kSeparator);
+        if (!m_request.defaultExtension.isEmpty() && !hasOne && FileCheck(file.path).isEmpty())
+            file.path += u'.' + m_request.defaultExtension;
+        return file;
+    }
+
     QString ReasonAgainst(const ShownFile& file) const
     {
         if (file.match == ShownFile::Match::Several) {
@@ -160,7 +179,9 @@ void SetUp(PathDialog& dialog, const FileDialogRequest& request)
     dialog.setSupportedSchemes({QStringLiteral("file")});
     dialog.setOption(QFileDialog::DontConfirmOverwrite, !request.overwritePrompt);
     dialog.setOption(QFileDialog::HideNameFilterDetails);
-    dialog.setDefaultSuffix(request.defaultExtension);
+    dialog.setOption(QFileDialog::ReadOnly, !request.isSave);
+    if (request.isSave)
+        dialog.setDefaultSuffix(request.defaultExtension); // it asks about the full name
     dialog.setSidebarUrls(Places());
     dialog.setHistory({});
     GoTo(dialog, request);
@@ -174,6 +195,15 @@ void SetFilters(PathDialog& dialog, const FileDialogRequest& request)
     dialog.setNameFilters(filters);
     const qsizetype chosen = request.filterIndex - 1;
     dialog.selectNameFilter(filters.value(chosen, filters.front()));
+}
+
+// A desktop's dialog has no such columns.
+void GiveNamesTheRoom(const PathDialog& dialog)
+{
+    if (const auto* table = dialog.findChild<QTreeView*>()) {
+        table->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
+        table->header()->setSectionResizeMode(0, QHeaderView::Stretch);
+    }
 }
 
 // The toolkit names the filter by its line without the patterns, a desktop's dialog by all of it.
@@ -195,6 +225,7 @@ FileDialogAnswer RunFileDialog(const FileDialogRequest& request)
     SetUp(*dialog, request);
     SetFilters(*dialog, request);
     dialog->resize(kDialogSize);
+    GiveNamesTheRoom(*dialog);
     const int result = dialog->exec();
     if (!dialog)
         return {}; // its owner went, and took it along

@@ -174,10 +174,16 @@ TEST_F(FileDialogTest, ATypedNameWithoutAnExtensionGetsTheDefault)
                   hands.Open();
               }).paths,
               One(In("a.cdg")));
+    EXPECT_EQ(Show([](Hands& hands) {
+                  hands.Type(QStringLiteral("plain")); // which is there as it is
+                  hands.Open();
+              }).paths,
+              One(In("plain")));
 }
 
 TEST_F(FileDialogTest, ATypedFolderIsEntered)
 {
+    request.defaultExtension = QStringLiteral("cdg");
     const FileDialogAnswer answer = Show([](Hands& hands) {
         hands.Type(QStringLiteral("Inner"));
         hands.Open();
