@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "CommandLink.h"
 
+#include "HexDigit.h"
 #include "InstanceLock.h"
 #include "fDDE.h"
 
@@ -11,20 +12,6 @@
 #include <algorithm>
 
 namespace lantern {
-namespace {
-
-int DigitValue(char digit)
-{
-    if (digit >= '0' && digit <= '9')
-        return digit - '0';
-    if (digit >= 'A' && digit <= 'F')
-        return digit - 'A' + 10;
-    if (digit >= 'a' && digit <= 'f')
-        return digit - 'a' + 10;
-    return -1;
-}
-
-} // namespace
 
 QString DecodeCommand(QByteArrayView digits)
 {
@@ -34,7 +21,7 @@ QString DecodeCommand(QByteArrayView digits)
         int unit = 0;
         for (const char digit :
              digits.sliced(position).first(std::min<qsizetype>(4, digits.size() - position)))
-            unit = unit * 16 + std::max(DigitValue(digit), 0);
+            unit = unit * 16 + std::max(HexDigitValue(digit), 0);
         text += QChar(static_cast<char16_t>(unit));
     }
     return text;
@@ -42,7 +29,7 @@ QString DecodeCommand(QByteArrayView digits)
 
 std::optional<QString> ReceivedCommand(QByteArrayView bytes)
 {
-    const auto isDigit = [](char byte) { return DigitValue(byte) >= 0; };
+    const auto isDigit = [](char byte) { return HexDigitValue(byte) >= 0; };
     if (bytes.size() > kLongestCommand || !std::all_of(bytes.begin(), bytes.end(), isDigit))
         return std::nullopt;
     return DecodeCommand(bytes);

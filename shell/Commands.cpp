@@ -31,7 +31,7 @@ void Commands::DoKeyDown(KeyCode keyCode, ShiftBits shift)
         return;
     if (!m_keyHeld)
         RunKey(keyCode, shift);
-    if (std::ranges::find(kRepeatingKeys, keyCode) == kRepeatingKeys.end())
+    if (!RepeatsWhileHeld(keyCode))
         m_keyHeld = true;
 }
 

@@ -8,6 +8,7 @@
 #include "PlaybackClock.h"
 #include "WheelControl.h"
 
+#include <algorithm>
 #include <array>
 
 namespace lantern {
@@ -93,5 +94,10 @@ inline constexpr std::array kKeyMap = {
 inline constexpr std::array kRepeatingKeys = {KeyCode::Left,  KeyCode::Right, KeyCode::Up,
                                               KeyCode::Down,  KeyCode::O,     KeyCode::Control,
                                               KeyCode::Shift, KeyCode::Alt};
+
+constexpr bool RepeatsWhileHeld(KeyCode key)
+{
+    return std::ranges::find(kRepeatingKeys, key) != kRepeatingKeys.end();
+}
 
 } // namespace lantern

@@ -13,8 +13,6 @@
 #include <QCoreApplication>
 #include <QKeyEvent>
 
-#include <algorithm>
-
 namespace lantern {
 namespace {
 
@@ -221,8 +219,7 @@ void f101::keyPressEvent(QKeyEvent* event)
 {
     const KeyCode key = KeyCodeOf(*event);
     // The release before an unmarked repeat has already counted as one.
-    if (m_keyRepeats.IsRepeat(*event) &&
-        std::ranges::find(kRepeatingKeys, key) == kRepeatingKeys.end())
+    if (m_keyRepeats.IsRepeat(*event) && !RepeatsWhileHeld(key))
         return;
     DoKeyDown(key, ShiftBitsOf(*event));
 }

@@ -6,13 +6,10 @@
 #include "AudioControl.h"
 #include "KeyMap.h"
 #include "OptionsHost.h"
-#include "ProgramFonts.h"
 #include "modAPI.h"
 
 #include <QCloseEvent>
 #include <QKeyEvent>
-#include <QMouseEvent>
-#include <QPainter>
 #include <QWheelEvent>
 #include <QWindow>
 
@@ -22,17 +19,7 @@
 namespace lantern {
 namespace {
 
-constexpr int kTextPixels = 11; // 8.25 points
 constexpr std::size_t kFirstValueLabel = 4;
-
-const Ambient& WindowAmbient()
-{
-    static const Ambient ambient = {.font = ProgramFont(QStringLiteral("Arial"), kTextPixels),
-                                    .backColor = kOptionsBlack,
-                                    .foreColor = kOptionsAccent,
-                                    .displayName = {}};
-    return ambient;
-}
 
 QString AboutText()
 {
@@ -47,72 +34,6 @@ QString AboutText()
                        "karaoke tracks."),
     }
         .join(QStringLiteral("\r\n"));
-}
-
-// A picture at its own size, crisp on every screen.
-class PictureBox : public QWidget {
-public:
-    PictureBox(QWidget* parent, PictureReference picture)
-        : QWidget(parent), m_picture(std::move(picture))
-    {
-    }
-
-protected:
-    void paintEvent(QPaintEvent*) override
-    {
-        QPainter(this).drawImage(0, 0, m_picture->ImageAt(devicePixelRatioF()));
-    }
-
-private:
-    PictureReference m_picture;
-};
-
-class WhiteLabel : public QLabel {
-public:
-    explicit WhiteLabel(QWidget* parent) : QLabel(parent)
-    {
-        QPalette colours;
-        colours.setColor(QPalette::Window, QColor::fromRgb(ResolveColour(kOptionsBlack)));
-        colours.setColor(QPalette::WindowText, QColor::fromRgb(ResolveColour(kOptionsWhite)));
-        setPalette(colours);
-        setAutoFillBackground(true);
-        setFont(WindowAmbient().font);
-        setTextFormat(Qt::PlainText);
-    }
-};
-
-// The maker's address: a click opens it. What a mouse does besides is left to the panel behind.
-class WebAddress : public WhiteLabel {
-public:
-    WebAddress(QWidget* parent, OptionsHost& player) : WhiteLabel(parent), m_player(player)
-    {
-        setAlignment(Qt::AlignCenter);
-        QFont underlined = font();
-        underlined.setUnderline(true);
-        setFont(underlined);
-        setCursor(Qt::PointingHandCursor);
-    }
-
-protected:
-    void mouseReleaseEvent(QMouseEvent* event) override
-    {
-        if (event->button() == Qt::LeftButton)
-            m_player.OpenWebSite();
-        else
-            m_player.ShowPopMenu();
-    }
-
-private:
-    OptionsHost& m_player;
-};
-
-// A text that is wider than its place in this font spreads away from the sliders.
-void FitToText(QLabel& label)
-{
-    const QRect place = label.geometry();
-    const int missing = std::max(0, label.sizeHint().width() - place.width());
-    const bool isRight = label.alignment().testFlag(Qt::AlignRight);
-    label.setGeometry(place.adjusted(isRight ? -missing : 0, 0, isRight ? 0 : missing, 0));
 }
 
 QString WithTitle(QStringView text)
@@ -140,8 +61,8 @@ void GiveFace(ctlPicBtn& button, ButtonFace face)
 frmOptions::frmOptions(QWidget& mainWindow, OptionsHost& player, AudioControl& audio,
                        SpectrumAnalyser* analyser, TwipsPerPixel twips)
     : QWidget(nullptr, Qt::Tool | Qt::FramelessWindowHint), m_mainWindow(mainWindow),
-      m_player(player), m_audio(audio), m_twips(twips), m_skinner(this, WindowAmbient()),
-      m_skinAbout(this, WindowAmbient())
+      m_player(player), m_audio(audio), m_twips(twips), m_skinner(this, OptionsAmbient()),
+      m_skinAbout(this, OptionsAmbient())
 {
     // The program runs on when no other window is to be seen.
     setAttribute(Qt::WA_QuitOnClose, false);
@@ -189,7 +110,7 @@ void frmOptions::MakeControls()
         m_controls[i] = MakeControl(place);
         m_controls[i]->setGeometry(PixelsOf(place.rect));
         if (place.control == OptionsControl::lab)
-            FitToText(*m_lab.at(place.index));
+            m_lab.at(place.index)->FitToText();
     }
 }
 
@@ -219,7 +140,7 @@ QWidget* frmOptions::MakeControl(const OptionsPlace& place)
     return nullptr; // the switch is complete
 }
 
-QLabel* frmOptions::MakeLabel(const OptionsPlace& place)
+WhiteLabel* frmOptions::MakeLabel(const OptionsPlace& place)
 {
     auto* label = new WhiteLabel(&Panel(place.panel));
     label->setText(place.caption.toString());
@@ -236,7 +157,7 @@ QLabel* frmOptions::MakeLabel(const OptionsPlace& place)
 ctlPicBtn* frmOptions::MakeButton(const OptionsPlace& place)
 {
     const OptionsButton& design = DesignOf(place);
-    auto* button = new ctlPicBtn(&Panel(place.panel), WindowAmbient());
+    auto* button = new ctlPicBtn(&Panel(place.panel), OptionsAmbient());
     button->SetCaption(place.caption.toString());
     button->SetForeColor(kOptionsWhite);
     button->SetIsCheckBox(design.isCheckBox);
@@ -253,7 +174,7 @@ ctlPicBtn* frmOptions::MakeButton(const OptionsPlace& place)
 ctlSlide* frmOptions::MakeSlider(const OptionsPlace& place)
 {
     const OptionsSlider& design = kOptionsSliderTable.at(place.index);
-    auto* slider = new ctlSlide(&Panel(place.panel), WindowAmbient());
+    auto* slider = new ctlSlide(&Panel(place.panel), OptionsAmbient());
     slider->SetValues(design.min, design.max, design.value);
     slider->SetSliderColor(kOptionsAccent);
     slider->SetSliderBack(design.sliderBack);
@@ -397,8 +318,7 @@ void frmOptions::keyPressEvent(QKeyEvent* event)
 {
     const KeyCode key = KeyCodeOf(*event);
     // The release before an unmarked repeat has already counted as one.
-    if (m_keyRepeats.IsRepeat(*event) &&
-        std::ranges::find(kRepeatingKeys, key) == kRepeatingKeys.end())
+    if (m_keyRepeats.IsRepeat(*event) && !RepeatsWhileHeld(key))
         return;
     m_player.DoKeyDown(key, ShiftBitsOf(*event));
 }

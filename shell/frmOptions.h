@@ -2,6 +2,7 @@
 #pragma once
 
 #include "KeyRepeats.h"
+#include "OptionsParts.h"
 #include "OptionsTable.h"
 #include "ScreenMetrics.h"
 #include "SpectrumSurface.h"
@@ -66,7 +67,7 @@ private:
 
     void MakeControls();
     QWidget* MakeControl(const OptionsPlace& place);
-    QLabel* MakeLabel(const OptionsPlace& place);
+    WhiteLabel* MakeLabel(const OptionsPlace& place);
     ctlPicBtn* MakeButton(const OptionsPlace& place);
     ctlSlide* MakeSlider(const OptionsPlace& place);
     void SetupSpectrum(SpectrumAnalyser* analyser);
@@ -92,7 +93,7 @@ private:
     OptionsPanel m_front = OptionsPanel::Skinner;
     // The panels own all that stands on them.
     std::array<QWidget*, kOptionsPlaces.size()> m_controls{};
-    std::array<QLabel*, kOptionsLabels> m_lab{};
+    std::array<WhiteLabel*, kOptionsLabels> m_lab{};
     std::array<ctlPicBtn*, kOptionsCommands> m_cmd{};
     std::array<ctlPicBtn*, kOptionsDevices> m_dev{};
     std::array<ctlSlide*, kOptionsSliders> m_sliders{};

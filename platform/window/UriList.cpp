@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "UriList.h"
 
+#include "HexDigit.h"
+
 #include <algorithm>
 #include <climits>
 
@@ -12,17 +14,6 @@ constexpr QByteArrayView kFileScheme = "file:";
 bool IsSameWord(QByteArrayView a, QByteArrayView b)
 {
     return a.compare(b, Qt::CaseInsensitive) == 0;
-}
-
-int HexDigitValue(char digit)
-{
-    if (digit >= '0' && digit <= '9')
-        return digit - '0';
-    if (digit >= 'A' && digit <= 'F')
-        return digit - 'A' + 10;
-    if (digit >= 'a' && digit <= 'f')
-        return digit - 'a' + 10;
-    return -1;
 }
 
 // The byte of an escape that the text begins with.

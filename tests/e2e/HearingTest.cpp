@@ -29,26 +29,6 @@ protected:
             sheet.Add({.start = 0.5 + 0.5 * i, .length = 0.06, .frequency = 1000.0});
         OpenTrack(WritePlainTrack("clicks", 120.0, sheet));
     }
-    static double SecondsBetweenClicks(const std::vector<float>& heard)
-    {
-        const std::vector<Burst> bursts = FindBursts(heard, Recording::kRate);
-        if (bursts.size() < 5)
-            return 0.0;
-        // The first and the last may be cut.
-        return (bursts[bursts.size() - 2].startFrame - bursts[1].startFrame) /
-               static_cast<double>(bursts.size() - 3) / Recording::kRate;
-    }
-    ::testing::AssertionResult AwaitPace(double seconds)
-    {
-        double heard = 0.0;
-        const auto isHeard = [&] {
-            heard = SecondsBetweenClicks(ears.HeardLately(4s));
-            return std::abs(heard - seconds) < 0.005;
-        };
-        if (Eventually(isHeard, kPatience, 100ms))
-            return ::testing::AssertionSuccess();
-        return ::testing::AssertionFailure() << "clicks every " << heard << " s, not " << seconds;
-    }
     ::testing::AssertionResult AwaitBothLevels(double partOfFull)
     {
         const auto left = AwaitLevel(Side::Left, kFull * partOfFull, kFull * 0.03);

@@ -26,6 +26,17 @@ template <typename Measure>
     return ::testing::AssertionFailure() << "heard " << heard << " instead of " << wanted;
 }
 
+// 0 if too few are heard to tell.
+double SecondsBetweenBursts(const std::vector<float>& heard)
+{
+    const std::vector<Burst> bursts = FindBursts(heard, Recording::kRate);
+    if (bursts.size() < 5)
+        return 0.0;
+    // The first and the last may be cut.
+    return (bursts[bursts.size() - 2].startFrame - bursts[1].startFrame) /
+           static_cast<double>(bursts.size() - 3) / Recording::kRate;
+}
+
 } // namespace
 
 void Journey::TearDown()
@@ -152,6 +163,18 @@ bool Journey::AwaitSound(Clock::duration atMost) const
 {
     return AwaitHeard(ears, level, within, kPatience,
                       [&](const std::vector<float>& heard) { return Level(heard, side); });
+}
+
+::testing::AssertionResult Journey::AwaitPace(double seconds) const
+{
+    double heard = 0.0;
+    const auto isHeard = [&] {
+        heard = SecondsBetweenBursts(ears.HeardLately(4s));
+        return std::abs(heard - seconds) < 0.005;
+    };
+    if (Eventually(isHeard, kPatience, 100ms))
+        return ::testing::AssertionSuccess();
+    return ::testing::AssertionFailure() << "bursts every " << heard << " s, not " << seconds;
 }
 
 } // namespace lantern::test

@@ -54,6 +54,8 @@ protected:
     // Until the sound is that tone, or a side of it that loud.
     ::testing::AssertionResult AwaitTone(double frequency, double within = 3.0) const;
     ::testing::AssertionResult AwaitLevel(Side side, double level, double within) const;
+    // Until the sound is short bursts that begin so far apart.
+    ::testing::AssertionResult AwaitPace(double seconds) const;
 
     const XServer screen{1600, 1200};
     PulseServer sound;

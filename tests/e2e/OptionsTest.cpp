@@ -74,26 +74,6 @@ protected:
         const auto left = AwaitSide(Side::Left, partOfFull);
         return left ? AwaitSide(Side::Right, partOfFull) : left;
     }
-    ::testing::AssertionResult AwaitPace(double seconds)
-    {
-        double heard = 0.0;
-        const auto isHeard = [&] {
-            heard = SecondsBetweenClicks(ears.HeardLately(4s));
-            return std::abs(heard - seconds) < 0.005;
-        };
-        if (Eventually(isHeard, kPatience, 100ms))
-            return ::testing::AssertionSuccess();
-        return ::testing::AssertionFailure() << "clicks every " << heard << " s, not " << seconds;
-    }
-    static double SecondsBetweenClicks(const std::vector<float>& heard)
-    {
-        const std::vector<Burst> bursts = FindBursts(heard, Recording::kRate);
-        if (bursts.size() < 5)
-            return 0.0;
-        // The first and the last may be cut.
-        return (bursts[bursts.size() - 2].startFrame - bursts[1].startFrame) /
-               static_cast<double>(bursts.size() - 3) / Recording::kRate;
-    }
     // Opens a menu over the window, of at least so many pixels.
     void OpenMenu(Point point, unsigned button, int pixels)
     {

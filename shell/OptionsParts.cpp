@@ -1,0 +1,75 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "OptionsParts.h"
+
+#include "OptionsHost.h"
+#include "OptionsTable.h"
+#include "ProgramFonts.h"
+
+#include <QMouseEvent>
+#include <QPainter>
+
+#include <algorithm>
+#include <utility>
+
+namespace lantern {
+namespace {
+
+constexpr int kTextPixels = 11; // 8.25 points
+
+} // namespace
+
+const Ambient& OptionsAmbient()
+{
+    static const Ambient ambient = {.font = ProgramFont(QStringLiteral("Arial"), kTextPixels),
+                                    .backColor = kOptionsBlack,
+                                    .foreColor = kOptionsAccent,
+                                    .displayName = {}};
+    return ambient;
+}
+
+PictureBox::PictureBox(QWidget* parent, PictureReference picture)
+    : QWidget(parent), m_picture(std::move(picture))
+{
+}
+
+void PictureBox::paintEvent(QPaintEvent*)
+{
+    QPainter(this).drawImage(0, 0, m_picture->ImageAt(devicePixelRatioF()));
+}
+
+WhiteLabel::WhiteLabel(QWidget* parent) : QLabel(parent)
+{
+    QPalette colours;
+    colours.setColor(QPalette::Window, QColor::fromRgb(ResolveColour(kOptionsBlack)));
+    colours.setColor(QPalette::WindowText, QColor::fromRgb(ResolveColour(kOptionsWhite)));
+    setPalette(colours);
+    setAutoFillBackground(true);
+    setFont(OptionsAmbient().font);
+    setTextFormat(Qt::PlainText);
+}
+
+void WhiteLabel::FitToText()
+{
+    const int missing = std::max(0, sizeHint().width() - width());
+    const bool isRight = alignment().testFlag(Qt::AlignRight);
+    setGeometry(geometry().adjusted(isRight ? -missing : 0, 0, isRight ? 0 : missing, 0));
+}
+
+WebAddress::WebAddress(QWidget* parent, OptionsHost& player) : WhiteLabel(parent), m_player(player)
+{
+    setAlignment(Qt::AlignCenter);
+    QFont underlined = font();
+    underlined.setUnderline(true);
+    setFont(underlined);
+    setCursor(Qt::PointingHandCursor);
+}
+
+void WebAddress::mouseReleaseEvent(QMouseEvent* event)
+{
+    if (event->button() == Qt::LeftButton)
+        m_player.OpenWebSite();
+    else
+        m_player.ShowPopMenu();
+}
+
+} // namespace lantern
