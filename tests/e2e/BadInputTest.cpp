@@ -4,6 +4,7 @@
 #include <fcntl.h>
 #include <random>
 #include <sys/stat.h>
+#include <thread>
 #include <unistd.h>
 
 namespace lantern::test {
@@ -197,6 +198,16 @@ TEST_F(BadSound, AServerWithoutDevicesIsToldInAMessage)
 {
     const PulseServer silent{std::vector<PulseSink>{}};
     ExpectMessageAndEnd(silent.Environment());
+}
+
+TEST_F(BadSound, AServerThatAnswersLateIsWaitedFor)
+{
+    sound.Freeze();
+    std::jthread thaw([this] {
+        std::this_thread::sleep_for(1500ms);
+        sound.Thaw();
+    });
+    ASSERT_NO_FATAL_FAILURE(OpenTrack(WriteToneTrack("song", 60.0)));
 }
 
 TEST_F(BadSound, AServerThatDiesWhilePlayingMayComeBack)

@@ -85,7 +85,7 @@ void Journey::StartPlayer(const std::vector<std::string>& arguments,
     player =
         std::make_unique<Player>(screen, sound.Environment(), home,
                                  PlayerStart{.arguments = arguments, .environment = environment});
-    ASSERT_TRUE(player->AwaitWindow()) << "no window came";
+    ASSERT_TRUE(player->AwaitWindow()) << "no window came\n" << player->Account();
 }
 
 void Journey::OpenTrack(const std::filesystem::path& track, QRgb picture)

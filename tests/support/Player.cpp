@@ -122,6 +122,21 @@ bool Player::AwaitWindowTitled(const std::string& title, Clock::duration atMost)
         atMost);
 }
 
+std::string Player::Account()
+{
+    std::ostringstream account;
+    account << "The player " << (m_process.IsRunning() ? "runs" : "has ended") << ". Its windows:";
+    for (const Window& window : Windows())
+        account << ' ' << window.id << " \"" << window.title << '"';
+    account << ". The keyboard:";
+    for (const unsigned long id : m_connection.Property(m_connection.Root(), "_NET_ACTIVE_WINDOW"))
+        account << ' ' << id;
+    account << ". All that are managed:";
+    for (const unsigned long id : m_connection.Property(m_connection.Root(), "_NET_CLIENT_LIST"))
+        account << ' ' << id;
+    return account.str();
+}
+
 unsigned long Player::MainWindow() const
 {
     for (const Window& window : Windows()) {

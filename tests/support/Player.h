@@ -48,6 +48,9 @@ public:
 
     Process& Program() { return m_process; }
     std::string Log() const { return ReadFile(m_log); }
+    // Whether it runs, its windows and which of all windows has the keyboard, for a failure that
+    // no log explains.
+    std::string Account();
 
     // The windows of the program on the screen: the main window, message boxes, options.
     std::vector<Window> Windows() const;

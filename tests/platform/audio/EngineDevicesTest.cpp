@@ -5,6 +5,8 @@
 #include "Listening.h"
 #include "MakeAudioEngine.h"
 
+#include <thread>
+
 namespace lantern::test {
 namespace {
 
@@ -223,17 +225,26 @@ TEST_F(EngineDevices, WithoutAServerThereIsNoDeviceAndNoStart)
     EXPECT_EQ(engine->GetDeviceName(0), QString());
 }
 
-TEST_F(EngineDevices, AServerThatDoesNotAnswerAtTheStartCostsNoCallMoreThanASecond)
+TEST_F(EngineDevices, AServerThatNeverAnswersAtTheStartIsGivenUp)
 {
     m_server.Freeze();
     const auto engine = MakeAudioEngine();
     const Moment start = Clock::now();
     EXPECT_EQ(engine->GetDeviceCount(), 0);
-    const Moment counted = Clock::now();
-    EXPECT_FALSE(engine->EngineInit());
-    EXPECT_LT(Milliseconds(counted - start), 1000.0);
-    EXPECT_LT(Milliseconds(Clock::now() - counted), 1000.0);
+    EXPECT_LT(Milliseconds(Clock::now() - start), 7000.0);
     m_server.Thaw();
+}
+
+TEST_F(EngineDevices, AServerThatAnswersLateAtTheStartIsWaitedFor)
+{
+    m_server.Freeze();
+    const auto engine = MakeAudioEngine();
+    std::jthread thaw([this] {
+        std::this_thread::sleep_for(1500ms);
+        m_server.Thaw();
+    });
+    EXPECT_EQ(engine->GetDeviceCount(), 2);
+    EXPECT_TRUE(engine->EngineInit());
 }
 
 class EngineWithoutDevices : public EngineRoom {
