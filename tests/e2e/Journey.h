@@ -25,6 +25,12 @@ protected:
     // What should come comes at once; the machine may be busy with something else.
     static constexpr Clock::duration kPatience = 20s;
 
+    static constexpr QSize kScreenSize = {1600, 1200};
+
+    explicit Journey(const QSize& screenSize = kScreenSize)
+        : screen(screenSize.width(), screenSize.height())
+    {
+    }
     void TearDown() override;
 
     // A track of one picture, and a sound beside it.
@@ -57,7 +63,7 @@ protected:
     // Until the sound is short bursts that begin so far apart.
     ::testing::AssertionResult AwaitPace(double seconds) const;
 
-    const XServer screen{1600, 1200};
+    const XServer screen;
     PulseServer sound;
     Ears ears{sound, "studio"};
     const PlayerHome home;

@@ -25,19 +25,34 @@ QImage DifferenceOf(const QImage& golden, const QImage& drawn)
     return difference;
 }
 
+QString PathOf(const QString& name)
+{
+    return QStringLiteral(LANTERN_GOLDEN_FOLDER "/%1.png").arg(name);
+}
+
 } // namespace
+
+QImage GoldenImage(const QString& name)
+{
+    return QImage(PathOf(name)).convertToFormat(QImage::Format_RGB32);
+}
+
+bool AreGoldenImagesRenewed()
+{
+    return qEnvironmentVariableIntValue("LANTERN_RENEW_GOLDEN") == 1;
+}
 
 ::testing::AssertionResult MatchesGolden(const QImage& image, const QString& name)
 {
-    const QString path = QStringLiteral(LANTERN_GOLDEN_FOLDER "/%1.png").arg(name);
     QImage drawn = image.convertToFormat(QImage::Format_RGB32);
     drawn.setDevicePixelRatio(1);
-    if (qEnvironmentVariableIntValue("LANTERN_RENEW_GOLDEN") == 1) {
+    if (AreGoldenImagesRenewed()) {
+        const QString path = PathOf(name);
         if (!drawn.save(path))
             return ::testing::AssertionFailure() << "cannot write " << path.toStdString();
         return ::testing::AssertionSuccess();
     }
-    const QImage golden = QImage(path).convertToFormat(QImage::Format_RGB32);
+    const QImage golden = GoldenImage(name);
     if (golden == drawn)
         return ::testing::AssertionSuccess();
 

@@ -13,4 +13,8 @@ namespace lantern {
 // With LANTERN_RENEW_GOLDEN=1 in the environment the golden image is written instead.
 ::testing::AssertionResult MatchesGolden(const QImage& image, const QString& name);
 
+// For tests that wait until something looks as it should. Null if there is none.
+QImage GoldenImage(const QString& name);
+bool AreGoldenImagesRenewed();
+
 } // namespace lantern
