@@ -54,7 +54,7 @@ Toolbar::Toolbar(QWidget& window, QWidget& pic, TwipsPerPixel twips)
         if (VolumeChange)
             VolumeChange();
     };
-    ForwardMouse();
+    LetButtonsTakeFocus();
 }
 
 void Toolbar::MakeFrame(ctlFrame& frame, const TwipRect& rect, const QString& name)
@@ -105,22 +105,8 @@ void Toolbar::MakeButton(const ToolbarButton& row, QWidget& pic)
     button->show();
 }
 
-void Toolbar::ForwardMouse()
+void Toolbar::LetButtonsTakeFocus()
 {
-    const MouseHandler down = [this](const MouseReport& report) {
-        if (MouseDown)
-            MouseDown(report);
-    };
-    const MouseHandler up = [this](const MouseReport& report) {
-        if (MouseUp)
-            MouseUp(report);
-    };
-    m_tBar.MouseDown = down;
-    m_tBar.MouseUp = up;
-    m_tBar2.MouseDown = down;
-    m_tBar2.MouseUp = up;
-    m_playTicker.MouseDown = down;
-    m_playTicker.MouseUp = up;
     for (const std::int16_t index : kFocusingButtons) {
         ctlPicBtn& button = tBtn(index);
         button.MouseUp = [&button](const MouseReport&) { button.setFocus(); };

@@ -33,9 +33,6 @@ public:
     std::function<void(std::int16_t index)> Click; // of a button: the number of its command
     std::function<void()> SliderChange;            // the user moved ctlSlider; it has the position
     std::function<void()> VolumeChange;            // the user moved ctlVolume
-    // The mouse on a bare place of TBar or TBar2, or on PlayTicker.
-    MouseHandler MouseDown;
-    MouseHandler MouseUp;
 
     // Puts the buttons that share a place onto each other, and tells what each button is for.
     void SetupToolbar();
@@ -46,7 +43,7 @@ public:
     // Of TBar, in twips.
     static constexpr std::int32_t Height() { return kTBar.height; }
 
-    // The bare surfaces that MouseDown and MouseUp tell of.
+    // Where the bar shows none of its controls, and the time: the mouse there is the window's.
     std::array<QWidget*, 3> BareSurfaces() { return {&m_tBar, &m_tBar2, &m_playTicker}; }
 
     ctlFrame& TBar() { return m_tBar; }
@@ -64,7 +61,7 @@ private:
     void MakeFrame(ctlFrame& frame, const TwipRect& rect, const QString& name);
     void MakeSlider(ctlSlide& slider, const TwipRect& rect, const QString& name);
     void MakeButton(const ToolbarButton& row, QWidget& pic);
-    void ForwardMouse();
+    void LetButtonsTakeFocus();
 
     static constexpr std::int16_t kHighestIndex =
         std::ranges::max(kToolbarButtons, {}, &ToolbarButton::index).index;

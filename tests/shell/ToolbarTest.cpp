@@ -146,28 +146,6 @@ TEST_F(ToolbarTest, TheTabKeyFindsNothingOnTheBar)
     }
 }
 
-TEST_F(ToolbarTest, TheMouseOnBareSurfacesIsToldAndOnControlsIsNot)
-{
-    toolbar.MouseDown = [this](const MouseReport& report) {
-        log.push_back("down " + std::to_string(report.button));
-    };
-    toolbar.MouseUp = [this](const MouseReport& report) {
-        log.push_back("up " + std::to_string(report.button));
-    };
-    Show();
-    ClickAt(toolbar.TBar().mapTo(&window, QPoint(230, 2)));
-    EXPECT_EQ(log, (std::vector<std::string>{"down 1", "up 1"}));
-    log.clear();
-    ClickAt(toolbar.TBar2().mapTo(&window, QPoint(205, 40)), Qt::RightButton);
-    ClickAt(CentreOf(toolbar.PlayTicker()), Qt::RightButton);
-    EXPECT_EQ(log, (std::vector<std::string>{"down 2", "up 2", "down 2", "up 2"}));
-    log.clear();
-    ClickAt(FreePlaceOf(3), Qt::RightButton);
-    ClickAt(toolbar.TBarZoom().mapTo(&window, QPoint(30, 1)));
-    EXPECT_TRUE(log.empty());
-    EXPECT_TRUE(clicks.empty());
-}
-
 TEST_F(ToolbarTest, ABareSurfaceIsNoneOfTheControls)
 {
     for (QWidget* const surface : toolbar.BareSurfaces())
