@@ -21,14 +21,6 @@ protected:
 
     void OpenTone() { OpenTrack(WriteToneTrack("tone", 120.0, kTone)); }
 
-    // Clicks every half second.
-    void OpenClicks()
-    {
-        SoundSheet sheet(120.0);
-        for (int i = 0; i < 238; ++i)
-            sheet.Add({.start = 0.5 + 0.5 * i, .length = 0.06, .frequency = 1000.0});
-        OpenTrack(WritePlainTrack("clicks", 120.0, sheet));
-    }
     ::testing::AssertionResult AwaitBothLevels(double partOfFull)
     {
         const auto left = AwaitLevel(Side::Left, kFull * partOfFull, kFull * 0.03);

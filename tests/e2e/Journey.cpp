@@ -165,6 +165,14 @@ bool Journey::AwaitSound(Clock::duration atMost) const
                       [&](const std::vector<float>& heard) { return Level(heard, side); });
 }
 
+void Journey::OpenClicks()
+{
+    SoundSheet sheet(120.0);
+    for (int i = 0; i < 238; ++i)
+        sheet.Add({.start = 0.5 + 0.5 * i, .length = 0.06, .frequency = 1000.0});
+    OpenTrack(WritePlainTrack("clicks", 120.0, sheet));
+}
+
 ::testing::AssertionResult Journey::AwaitPace(double seconds) const
 {
     double heard = 0.0;

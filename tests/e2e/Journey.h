@@ -46,6 +46,8 @@ protected:
                      const EnvironmentChanges& environment = {});
     // The same with a track of ours, and waits for its picture and its sound.
     void OpenTrack(const std::filesystem::path& track, QRgb picture = kPicture);
+    // The same with two minutes of clicks, one every half second.
+    void OpenClicks();
     // Settings that the next start of the player finds.
     void WriteSettings(const std::string& lines);
     void Leave(); // by Ctrl+Q, with exit code 0

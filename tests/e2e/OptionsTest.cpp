@@ -48,13 +48,6 @@ protected:
     const ScreenWindow options{screen, "Lyric Lantern CDG Player Options"};
 
     void OpenTone() { OpenTrack(WriteToneTrack("tone", 120.0, kTone)); }
-    void OpenClicks()
-    {
-        SoundSheet sheet(120.0);
-        for (int i = 0; i < 238; ++i)
-            sheet.Add({.start = 0.5 + 0.5 * i, .length = 0.06, .frequency = 1000.0});
-        OpenTrack(WritePlainTrack("clicks", 120.0, sheet));
-    }
     void ShowOptions()
     {
         hand.Key("Escape");
