@@ -2,8 +2,7 @@
 #include "OptionsParts.h"
 
 #include "OptionsHost.h"
-#include "OptionsTable.h"
-#include "ProgramFonts.h"
+#include "PlayerLook.h"
 
 #include <QMouseEvent>
 #include <QPainter>
@@ -12,18 +11,11 @@
 #include <utility>
 
 namespace lantern {
-namespace {
-
-constexpr int kTextPixels = 11; // 8.25 points
-
-} // namespace
 
 const Ambient& OptionsAmbient()
 {
-    static const Ambient ambient = {.font = ProgramFont(QStringLiteral("Arial"), kTextPixels),
-                                    .backColor = kOptionsBlack,
-                                    .foreColor = kOptionsAccent,
-                                    .displayName = {}};
+    static const Ambient ambient = {
+        .font = PlayerFont(), .backColor = kBlack, .foreColor = kAccentColour, .displayName = {}};
     return ambient;
 }
 
@@ -40,8 +32,8 @@ void PictureBox::paintEvent(QPaintEvent*)
 WhiteLabel::WhiteLabel(QWidget* parent) : QLabel(parent)
 {
     QPalette colours;
-    colours.setColor(QPalette::Window, QColor::fromRgb(ResolveColour(kOptionsBlack)));
-    colours.setColor(QPalette::WindowText, QColor::fromRgb(ResolveColour(kOptionsWhite)));
+    colours.setColor(QPalette::Window, QColor::fromRgb(ResolveColour(kBlack)));
+    colours.setColor(QPalette::WindowText, QColor::fromRgb(ResolveColour(kWhite)));
     setPalette(colours);
     setAutoFillBackground(true);
     setFont(OptionsAmbient().font);

@@ -3,7 +3,7 @@
 
 #include "AudioControl.h"
 #include "ButtonArt.h"
-#include "SystemColours.h"
+#include "PlayerLook.h"
 #include "Zoom.h"
 
 #include <QStringView>
@@ -113,26 +113,22 @@ struct OptionsSlider {
     void (*set)(AudioControl& audio, std::int32_t value);
 };
 
-inline constexpr ColourValue kOptionsBlack = DirectColour(0, 0, 0);
-inline constexpr ColourValue kOptionsWhite = DirectColour(255, 255, 255);
-inline constexpr ColourValue kOptionsAccent = 568319;
-inline constexpr ColourValue kOptionsDarkGrey = 4210752;
 inline constexpr ColourValue kOptionsCentreLine = 0x808080;
 inline constexpr ColourValue kOptionsSecondBars = 3303039;
 
 // A slider that stands in its middle has no empty side.
 inline constexpr std::array<OptionsSlider, kOptionsSliders> kOptionsSliderTable = {{
-    {-50, 50, 0, kOptionsAccent, true, WheelMode::Balance,
+    {-50, 50, 0, kAccentColour, true, WheelMode::Balance,
      [](AudioControl& audio, std::int32_t value) {
          audio.SetBalance(static_cast<float>(value), true);
      }},
-    {-10, 10, 0, kOptionsAccent, true, WheelMode::KeyPitch,
+    {-10, 10, 0, kAccentColour, true, WheelMode::KeyPitch,
      [](AudioControl& audio, std::int32_t value) { audio.SetPitch(value, true); }},
-    {-90, 90, 0, kOptionsAccent, true, WheelMode::Speed,
+    {-90, 90, 0, kAccentColour, true, WheelMode::Speed,
      [](AudioControl& audio, std::int32_t value) {
          audio.SetSpeed(static_cast<float>(value), true);
      }},
-    {0, 100, 100, kOptionsDarkGrey, false, WheelMode::Volume,
+    {0, 100, 100, kDarkGrey, false, WheelMode::Volume,
      [](AudioControl& audio, std::int32_t value) {
          audio.SetVolume(static_cast<float>(value), true);
      }},

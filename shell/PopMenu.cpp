@@ -2,25 +2,17 @@
 #include "PopMenu.h"
 
 #include "ArtPictures.h"
-#include "ProgramFonts.h"
-#include "ToolbarTable.h"
+#include "PlayerLook.h"
 
 #include <QPointer>
 
 namespace lantern {
-namespace {
-
-constexpr ColourValue kBlack = DirectColour(0, 0, 0);
-constexpr ColourValue kWhite = DirectColour(255, 255, 255);
-constexpr int kFontPixels = 11; // 8.25 points
-
-} // namespace
 
 PopMenu::PopMenu(QWidget& window)
     : m_window(window), m_menu(&window), m_menuSidePic(MenuSidePicture())
 {
     m_menu.setObjectName(QStringLiteral("PopMenu"));
-    m_menu.SetFont(ProgramFont(QStringLiteral("Arial"), kFontPixels));
+    m_menu.SetFont(PlayerFont());
     m_menu.SetItemForeColor(kWhite);
     m_menu.SetItemHotForeColor(kBlack);
     m_menu.SetBackColor(kBlack);

@@ -62,7 +62,7 @@ void Toolbar::MakeFrame(ctlFrame& frame, const TwipRect& rect, const QString& na
     frame.setObjectName(name);
     frame.SetFrameBorder(kNoBorder);
     frame.SetCaption(QString());
-    frame.SetBackColor(kBarColour);
+    frame.SetBackColor(kBlack);
     frame.setGeometry(PixelsOf(rect));
     frame.show();
 }
@@ -71,8 +71,8 @@ void Toolbar::MakeSlider(ctlSlide& slider, const TwipRect& rect, const QString& 
 {
     slider.setObjectName(name);
     slider.SetSliderColor(kAccentColour);
-    slider.SetSliderBack(kSliderBackColour);
-    slider.SetBackColor(kBarColour);
+    slider.SetSliderBack(kDarkGrey);
+    slider.SetBackColor(kBlack);
     slider.setGeometry(PixelsOf(rect));
 }
 
@@ -81,12 +81,12 @@ void Toolbar::MakeSlider(ctlSlide& slider, const TwipRect& rect, const QString& 
 void Toolbar::MakeButton(const ToolbarButton& row, QWidget& pic)
 {
     Ambient ambient;
-    ambient.backColor = kBarColour;
+    ambient.backColor = kBlack;
     auto* const button = new ctlPicBtn(&FrameOf(row.parent), ambient);
     m_tBtn[static_cast<std::size_t>(row.index)] = button;
     button->setObjectName(QStringLiteral("tBtn(%1)").arg(row.index));
     button->DisableRefresh();
-    button->SetBackColor(kBarColour);
+    button->SetBackColor(kBlack);
     button->SetForeColor(row.style.foreColor);
     button->SetOverColor(row.style.overColor);
     button->SetIsCheckBox(row.style.isCheckBox);

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "ButtonArt.h"
+#include "PlayerLook.h"
 #include "SystemColours.h"
 #include "Zoom.h"
 
@@ -23,10 +24,6 @@ inline constexpr TwipRect kSliderRect = {480, 465, 2070, 180};
 inline constexpr TwipRect kVolumeRect = {1500, 405, 1500, 180};
 inline constexpr TwipRect kTickerRect = {1650, 0, 1035, 360};
 
-inline constexpr ColourValue kBarColour = DirectColour(0, 0, 0);
-inline constexpr ColourValue kAccentColour = 568319;      // the filled part of the sliders
-inline constexpr ColourValue kSliderBackColour = 4210752; // dark grey
-
 // What a button has besides its place and its face. The colours are those of a caption.
 struct ButtonStyle {
     bool isCheckBox;
@@ -36,15 +33,14 @@ struct ButtonStyle {
 };
 
 inline constexpr ColourValue kButtonText = SystemReference(SystemColour::ButtonText);
-inline constexpr ColourValue kCaptionWhite = DirectColour(255, 255, 255);
 inline constexpr ColourValue kCaptionRed = DirectColour(255, 0, 0);
 
 inline constexpr ButtonStyle kPush{false, 0, kButtonText, kButtonText};
 inline constexpr ButtonStyle kPushArrow{false, 1, kButtonText, kButtonText};
 inline constexpr ButtonStyle kCheck{true, 0, kButtonText, kButtonText};
 inline constexpr ButtonStyle kCheckArrow{true, 1, kButtonText, kButtonText};
-inline constexpr ButtonStyle kMuteCheck{true, 0, kCaptionWhite, kButtonText};
-inline constexpr ButtonStyle kWheelCheck{true, 0, kCaptionWhite, kCaptionRed};
+inline constexpr ButtonStyle kMuteCheck{true, 0, kWhite, kButtonText};
+inline constexpr ButtonStyle kWheelCheck{true, 0, kWhite, kCaptionRed};
 
 // The index is the number of the command that a click runs.
 struct ToolbarButton {

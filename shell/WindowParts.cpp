@@ -2,6 +2,7 @@
 #include "WindowParts.h"
 
 #include "ArtPictures.h"
+#include "PlayerLook.h"
 
 #include <QPainter>
 #include <QPixmap>
@@ -9,7 +10,6 @@
 namespace lantern {
 namespace {
 
-constexpr ColourValue kMessageText = DirectColour(255, 255, 255);
 constexpr ColourValue kMessageGround = 16576; // orange
 constexpr std::int32_t kNoBorder = 0;
 
@@ -27,7 +27,7 @@ WindowParts::WindowParts(QWidget& window, TwipsPerPixel twips)
     m_systemText.setObjectName(QStringLiteral("SystemText"));
     m_systemText.SetFrameBorder(kNoBorder);
     m_systemText.SetFrameAlign(AlignCaptionCentre);
-    m_systemText.SetForeColor(kMessageText);
+    m_systemText.SetForeColor(kWhite);
     m_systemText.SetBackColor(kMessageGround);
     m_systemText.SetCaption(QString());
     m_systemText.hide();

@@ -159,7 +159,7 @@ ctlPicBtn* frmOptions::MakeButton(const OptionsPlace& place)
     const OptionsButton& design = DesignOf(place);
     auto* button = new ctlPicBtn(&Panel(place.panel), OptionsAmbient());
     button->SetCaption(place.caption.toString());
-    button->SetForeColor(kOptionsWhite);
+    button->SetForeColor(kWhite);
     button->SetIsCheckBox(design.isCheckBox);
     button->SetMousePointer(design.mousePointer);
     if (design.face)
@@ -176,7 +176,7 @@ ctlSlide* frmOptions::MakeSlider(const OptionsPlace& place)
     const OptionsSlider& design = kOptionsSliderTable.at(place.index);
     auto* slider = new ctlSlide(&Panel(place.panel), OptionsAmbient());
     slider->SetValues(design.min, design.max, design.value);
-    slider->SetSliderColor(kOptionsAccent);
+    slider->SetSliderColor(kAccentColour);
     slider->SetSliderBack(design.sliderBack);
     slider->SetCenterLine(design.centerLine);
     slider->SetCenterLineColor(kOptionsCentreLine);
@@ -188,7 +188,7 @@ void frmOptions::SetupSpectrum(SpectrumAnalyser* analyser)
 {
     m_specPic->Attach(analyser);
     m_specPic->SetOn(true);
-    m_specPic->SetFirstColour(kOptionsAccent);
+    m_specPic->SetFirstColour(kAccentColour);
     m_specPic->SetSecondColour(kOptionsSecondBars);
 }
 
