@@ -3,7 +3,7 @@
 
 #include "ControlAccessibility.h"
 #include "FrameAccessible.h"
-#include "ProgramFonts.h"
+#include "ProgramFont.h"
 
 #include <QMouseEvent>
 

@@ -2,7 +2,7 @@
 #include "ctlSkinner.h"
 
 #include "ControlAccessibility.h"
-#include "ProgramFonts.h"
+#include "ProgramFont.h"
 
 #include <QAccessibleWidget>
 #include <QFontMetrics>

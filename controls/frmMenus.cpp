@@ -2,7 +2,7 @@
 #include "frmMenus.h"
 
 #include "MenuAccessible.h"
-#include "ProgramFonts.h"
+#include "ProgramFont.h"
 
 #include <QGuiApplication>
 #include <QKeyEvent>

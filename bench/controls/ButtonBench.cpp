@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "ProgramFonts.h"
+#include "ProgramFont.h"
 #include "ctlBtn.h"
 #include "ctlPicBtn.h"
 

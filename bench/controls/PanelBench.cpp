@@ -1,5 +1,4 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "ProgramFonts.h"
 #include "ctlFrame.h"
 #include "ctlSlide.h"
 #include "ctlTicker.h"

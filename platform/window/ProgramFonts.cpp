@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ProgramFonts.h"
 
+#include "ProgramFont.h"
+
 #include <QApplication>
 #include <QFile>
 #include <QFontDatabase>
@@ -41,18 +43,6 @@ void LoadProgramFonts()
     for (const char* family : kStandsFor)
         QFont::insertSubstitution(QLatin1String(family), QLatin1String(kFamily));
     QApplication::setFont(ProgramFont(QLatin1String(kFamily), 12));
-}
-
-QFont ProgramFont(const QString& family, int pixelSize, bool bold)
-{
-    // The substitution is applied here, since a desktop may know the name under another font.
-    const QString substitute = QFont::substitute(family);
-    QFont font(substitute);
-    font.setPixelSize(pixelSize);
-    font.setBold(bold);
-    font.setHintingPreference(QFont::PreferNoHinting);
-    font.setStyleStrategy(QFont::NoSubpixelAntialias);
-    return font;
 }
 
 } // namespace lantern

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // A window with a skin, a green button and a menu, for a hand to try. The key M, or the right
 // button on the skin, opens the menu at the pointer. It writes what happens, one line each.
+#include "ProgramFont.h"
 #include "ProgramFonts.h"
 #include "ctlMenus.h"
 #include "ctlPicBtn.h"

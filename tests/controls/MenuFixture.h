@@ -2,7 +2,7 @@
 #pragma once
 
 #include "ControlHand.h"
-#include "ProgramFonts.h"
+#include "ProgramFont.h"
 #include "ctlMenus.h"
 #include "frmMenus.h"
 

@@ -3,7 +3,7 @@
 
 #include "ControlHand.h"
 #include "GoldenImage.h"
-#include "ProgramFonts.h"
+#include "ProgramFont.h"
 
 #include <QAccessible>
 #include <QFontMetrics>

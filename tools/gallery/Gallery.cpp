@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "Gallery.h"
 
-#include "ProgramFonts.h"
+#include "ProgramFont.h"
 
 #include <QLabel>
 

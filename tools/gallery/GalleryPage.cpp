@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "GalleryPage.h"
 
-#include "ProgramFonts.h"
+#include "ProgramFont.h"
 
 #include <QCoreApplication>
 #include <QLabel>

@@ -3,7 +3,7 @@
 
 #include "ArtPictures.h"
 #include "ButtonArt.h"
-#include "ProgramFonts.h"
+#include "ProgramFont.h"
 #include "ctlMenus.h"
 #include "frmMenus.h"
 

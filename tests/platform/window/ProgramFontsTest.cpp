@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ProgramFonts.h"
 
+#include "ProgramFont.h"
+
 #include <QFontInfo>
 
 #include <gtest/gtest.h>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "ProgramFonts.h"
+#include "ProgramFont.h"
 #include "SystemColours.h"
 
 namespace lantern {
