@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "DiscSector.h"
 #include "Track.h"
 #include "ZipHandler.h"
 
@@ -43,7 +44,7 @@ struct ZipAccess {
 
 // What bounds the memory of a track, whatever its files say.
 struct MediaLimits {
-    std::int64_t fileBytes = std::int64_t{1} << 30;          // a larger file counts as unreadable
+    std::int64_t fileBytes = kLongestDiscBytes;              // a larger file counts as unreadable
     std::int32_t packets = 24 * 60 * 60 * kPacketsPerSecond; // those of a day
     // Twice as long as any disc (99 minutes and 59 seconds), and about as long as the header of a
     // sound image can tell. It costs no memory.

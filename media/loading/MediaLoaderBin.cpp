@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "MediaLoader.h"
 
+#include "DiscSector.h"
 #include "Rounding.h"
-#include "WavHeader.h"
 
 #include <algorithm>
 #include <cstring>
@@ -10,14 +10,6 @@
 
 namespace lantern {
 namespace {
-
-// A raw sector by the disc standard: a 75th of a second of audio, then its packets.
-constexpr std::size_t kSectorsPerSecond = 75;
-constexpr std::size_t kSectorAudioBytes = kDiscBytesPerSecond / kSectorsPerSecond;
-constexpr std::size_t kSectorPackets = kPacketsPerSecond / kSectorsPerSecond;
-constexpr std::size_t kSectorPacketBytes = kSectorPackets * kPacketSize;
-constexpr std::size_t kSectorBytes = kSectorAudioBytes + kSectorPacketBytes;
-static_assert(kSectorAudioBytes == 2352 && kSectorPacketBytes == 96 && kSectorBytes == 2448);
 
 // The bytes of a stretch that are there, fewer or none beyond the end.
 template <typename Byte>
@@ -39,11 +31,11 @@ void SplitSectors(std::span<const std::uint8_t> sectors, std::size_t count,
                   std::span<std::uint8_t> audio, std::span<std::uint8_t> packets)
 {
     for (std::size_t i = 0; i < count; ++i) {
-        const auto sector = Stretch(sectors, i * kSectorBytes, kSectorBytes);
-        Copy(Stretch(sector, 0, kSectorAudioBytes),
-             Stretch(audio, i * kSectorAudioBytes, kSectorAudioBytes));
-        Copy(Stretch(sector, kSectorAudioBytes, kSectorPacketBytes),
-             Stretch(packets, i * kSectorPacketBytes, kSectorPacketBytes));
+        const auto sector = Stretch(sectors, i * DiscSector::kBytes, DiscSector::kBytes);
+        Copy(Stretch(sector, 0, DiscSector::kAudioBytes),
+             Stretch(audio, i * DiscSector::kAudioBytes, DiscSector::kAudioBytes));
+        Copy(Stretch(sector, DiscSector::kAudioBytes, DiscSector::kPacketBytes),
+             Stretch(packets, i * DiscSector::kPacketBytes, DiscSector::kPacketBytes));
     }
 }
 
@@ -61,17 +53,17 @@ void MediaLoader::AddBINFile(const QString& path)
     const std::size_t size = ReadBinaryFile(path);
     if (size == 0)
         return;
-    const double sectors = static_cast<double>(size) / kSectorBytes;
+    const double sectors = static_cast<double>(size) / DiscSector::kBytes;
     AudioClip clip;
     clip.Kind = ClipKind::Data;
-    clip.LengthMs = RoundToEven(sectors / kSectorsPerSecond * 1000);
+    clip.LengthMs = RoundToEven(sectors / DiscSector::kPerSecond * 1000);
     m_track.ClipList.Add(std::move(clip));
     const std::size_t headerSize =
-        WriteWavHeader(m_track.ClipCount(), RoundToEven(sectors * kSectorAudioBytes));
+        WriteWavHeader(m_track.ClipCount(), RoundToEven(sectors * DiscSector::kAudioBytes));
 
     const std::int32_t lastSector = RoundToEven(sectors - 1); // -1 for none
     const std::size_t count = lastSector < 0 ? 0 : static_cast<std::size_t>(lastSector) + 1;
-    const std::span<CdgPacket> packets = ExtendPackets(count * kSectorPackets);
+    const std::span<CdgPacket> packets = ExtendPackets(count * DiscSector::kPackets);
     SplitSectors(FileBuffer().first(size), count,
                  m_track.ClipList[m_track.ClipCount()].Data.Bytes().subspan(headerSize),
                  BytesOf(packets));

@@ -4,6 +4,8 @@
 #include "Rounding.h"
 #include "SoundDecoder.h"
 
+#include <filesystem>
+#include <fstream>
 #include <gmock/gmock.h>
 #include <sys/stat.h>
 
@@ -185,6 +187,21 @@ TEST_F(MediaLoaderBinTest, AnEmptyOrUnreadableFileAddsNothing)
     m_loader.AddBINFile(In(""));
     EXPECT_EQ(m_track.ClipCount(), 0);
     EXPECT_EQ(m_track.PacketCount(), 0);
+}
+
+// The last sector that a disc's clock can name is the 75th of 99:59, at 99:59:74.
+TEST_F(MediaLoaderBinTest, TheLongestDiscLoadsWhole)
+{
+    constexpr std::size_t kSectors = (99 * 60 + 59) * 75 + 75;
+    const QString path = Make("a.bin");
+    std::filesystem::resize_file(m_folder / "a.bin", kSectors * kSectorBytes - 1);
+    std::ofstream(m_folder / "a.bin", std::ios::app) << '\x7F';
+    EXPECT_EQ(m_loader.AddMedia(path), QString());
+    ASSERT_EQ(m_track.ClipCount(), 1);
+    EXPECT_EQ(Clip().LengthMs, 100 * 60 * 1000);
+    EXPECT_EQ(Clip().Data.Bytes().size(), kWavHeaderSize + kSectors * kAudioBytes);
+    ASSERT_EQ(m_track.PacketCount(), kSectors * 4);
+    EXPECT_EQ(PacketByte(kSectors * 4 * kPacketSize - 1), 0x7F);
 }
 
 TEST_F(MediaLoaderBinTest, AFileIsAppendedToWhatIsThere)
