@@ -10,8 +10,26 @@
 #include <QTimer>
 
 #include <algorithm>
+#include <cerrno>
+#include <cstdio>
+#include <cstdlib>
+#include <unistd.h>
 
 namespace lantern {
+namespace {
+
+// A holder that was killed leaves its socket behind. Under the lock it is nobody's, as is whatever
+// else stands in its place, but for what a folder there may hold.
+void ClearPlace(const QByteArray& path)
+{
+    if (unlink(path.constData()) == 0 || errno == ENOENT || rmdir(path.constData()) == 0)
+        return;
+    QByteArray aside = path + ".XXXXXX";
+    if (mkdtemp(aside.data()))
+        rename(path.constData(), aside.constData());
+}
+
+} // namespace
 
 QString DecodeCommand(QByteArrayView digits)
 {
@@ -53,11 +71,11 @@ CommandLink::~CommandLink()
 
 void CommandLink::Listen(const QByteArray& linkPath)
 {
-    // A holder that was killed leaves its socket behind. Under the lock it is nobody's.
-    const QString name = QString::fromUtf8(linkPath);
-    QLocalServer::removeServer(name);
+    ClearPlace(linkPath);
     m_server.setSocketOptions(QLocalServer::UserAccessOption);
-    m_server.listen(name);
+    // A holder that nobody can reach would swallow the tracks of all later starts.
+    if (!m_server.listen(QString::fromUtf8(linkPath)))
+        m_lock.Release();
 }
 
 void CommandLink::Close()

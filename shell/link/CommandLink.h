@@ -35,6 +35,7 @@ std::optional<QString> ReceivedCommand(QByteArrayView bytes);
 // The receiving end of the link between instances. The main window owns it for as long as it
 // lives; it must have been made while the lock was held, otherwise it stays deaf. It closes
 // itself before the lock is released, so that it can't take away the link of the next holder.
+// Where it can't listen it releases the lock: each start is then a first one, and keeps its track.
 //
 // Everything runs on the thread that made it, from its event loop. Commands reach the host one at
 // a time, in the order in which they were complete, and never from inside another command.

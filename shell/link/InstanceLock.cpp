@@ -10,6 +10,19 @@
 #include <utility>
 
 namespace lantern {
+namespace {
+
+// Where something else stands in the file's place, the folder itself is locked: every start finds
+// the same one.
+int OpenToLock(const QByteArray& folder)
+{
+    const QByteArray path = folder + '/' + kApplicationTitle.toUtf8();
+    const int file = open(path.constData(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK,
+                          S_IRUSR | S_IWUSR);
+    return file >= 0 ? file : open(folder.constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+}
+
+} // namespace
 
 InstanceLock::InstanceLock(QByteArray folder) : m_folder(std::move(folder))
 {
@@ -26,10 +39,7 @@ LockResult InstanceLock::Take()
         return LockResult::Taken;
     if (m_folder.isEmpty())
         return LockResult::Unavailable;
-    const QByteArray path = m_folder + '/' + kApplicationTitle.toUtf8();
-    const int descriptor =
-        open(path.constData(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK,
-             S_IRUSR | S_IWUSR);
+    const int descriptor = OpenToLock(m_folder);
     if (descriptor < 0)
         return LockResult::Unavailable;
     if (flock(descriptor, LOCK_EX | LOCK_NB) == 0) {

@@ -31,8 +31,12 @@ bool CanHoldTheLink(const QByteArray& folder)
 
 QByteArray RuntimeFolder(const QByteArray& userRuntimeFolder, const QByteArray& temporaryRoot)
 {
-    if (CanHoldTheLink(userRuntimeFolder) && IsOurs(userRuntimeFolder))
-        return userRuntimeFolder;
+    if (CanHoldTheLink(userRuntimeFolder)) {
+        // The toolkit makes a missing one as soon as it runs, and the next start would find it.
+        mkdir(userRuntimeFolder.constData(), S_IRWXU);
+        if (IsOurs(userRuntimeFolder))
+            return userRuntimeFolder;
+    }
     const QByteArray own = temporaryRoot + "/lyric-lantern-" + QByteArray::number(geteuid());
     // That it may exist already is no fault; whose it is then decides.
     mkdir(own.constData(), S_IRWXU);

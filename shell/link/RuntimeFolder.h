@@ -5,8 +5,9 @@
 
 namespace lantern {
 
-// The folder for the lock and the link between instances: the user's runtime folder if it is one
-// that no other user can write to, otherwise a folder of our own below the temporary root.
+// The folder for the lock and the link between instances: the user's runtime folder, made if it is
+// missing, if it is one that no other user can write to; otherwise a folder of our own below the
+// temporary root.
 // Native bytes without a slash at the end; empty if there is no safe folder.
 QByteArray RuntimeFolder(const QByteArray& userRuntimeFolder, const QByteArray& temporaryRoot);
 

@@ -6,10 +6,14 @@
 
 #include <QCoreApplication>
 #include <QDeadlineTimer>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
 #include <QTemporaryDir>
 #include <QThread>
 
 #include <cstring>
+#include <fcntl.h>
 #include <functional>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -134,6 +138,14 @@ protected:
         std::ignore = send(descriptor, bytes.constData(), static_cast<std::size_t>(bytes.size()),
                            MSG_NOSIGNAL);
         close(descriptor);
+    }
+
+    // What stands in the runtime folder besides the lock and what has this path.
+    QStringList EntriesBeside(const QByteArray& path) const
+    {
+        QStringList names = QDir(m_folder.path()).entryList(QDir::Dirs | QDir::NoDotAndDotDot);
+        names.removeAll(QFileInfo(QString::fromUtf8(path)).fileName());
+        return names;
     }
 
     void Send(const QString& text) const { fDDE(m_lock.LinkPath()).ExecuteDDE(text); }
@@ -338,6 +350,59 @@ TEST_F(CommandLinkTest, ASocketLeftBehindIsReplaced)
     EXPECT_TRUE(link.IsListening());
     Send(QStringLiteral("a.cdg"));
     EXPECT_TRUE(WaitUntil([&] { return m_host.opened.size() == 1; }));
+}
+
+TEST_F(CommandLinkTest, AFolderInTheSocketsPlaceMakesRoom)
+{
+    const QByteArray place = m_lock.LinkPath();
+    ASSERT_EQ(mkdir(place.constData(), 0700), 0);
+    {
+        CommandLink link(m_lock, m_host);
+        EXPECT_TRUE(link.IsListening()) << "an empty one goes";
+    }
+    EXPECT_TRUE(EntriesBeside(place).isEmpty());
+    ASSERT_EQ(mkdir(place.constData(), 0700), 0);
+    ASSERT_EQ(mkdir((place + "/kept").constData(), 0700), 0);
+
+    CommandLink link(m_lock, m_host);
+    EXPECT_TRUE(link.IsListening());
+    Send(QStringLiteral("a.cdg"));
+    EXPECT_TRUE(WaitUntil([&] { return m_host.opened.size() == 1; }));
+    const QStringList aside = EntriesBeside(place);
+    ASSERT_EQ(aside.size(), 1) << "one that holds something is moved aside";
+    EXPECT_TRUE(QFile::exists(m_folder.filePath(aside.first() + QStringLiteral("/kept"))));
+}
+
+TEST_F(CommandLinkTest, AnyOtherFileInTheSocketsPlaceIsReplaced)
+{
+    const QByteArray place = m_lock.LinkPath();
+    const auto plant = [&](int kind) {
+        if (kind == 0)
+            return close(open(place.constData(), O_CREAT | O_WRONLY | O_CLOEXEC, 0400));
+        return kind == 1 ? symlink("/no/where", place.constData())
+                         : mkfifo(place.constData(), 0600);
+    };
+    for (const int kind : {0, 1, 2}) {
+        ASSERT_EQ(plant(kind), 0);
+        CommandLink link(m_lock, m_host);
+        EXPECT_TRUE(link.IsListening());
+        Send(QStringLiteral("a.cdg"));
+        EXPECT_TRUE(WaitUntil([&] { return m_host.opened.size() == kind + 1; }));
+    }
+}
+
+// Later starts would hand their tracks to nobody.
+TEST_F(CommandLinkTest, WhereThereCanBeNoLinkTheLockIsLetGo)
+{
+    QByteArray folder = m_folder.path().toUtf8() + '/';
+    folder += QByteArray(100 - folder.size(), 'r');
+    ASSERT_EQ(mkdir(folder.constData(), 0700), 0);
+    InstanceLock lock(folder);
+    ASSERT_EQ(lock.Take(), LockResult::Taken);
+    const CommandLink link(lock, m_host);
+    EXPECT_FALSE(link.IsListening());
+    EXPECT_FALSE(lock.IsHeld());
+    EXPECT_EQ(InstanceLock(folder).Take(), LockResult::Taken);
 }
 
 TEST_F(CommandLinkTest, TheLinkGoesBeforeTheLockDoesAndLeavesTheNextHoldersLinkAlone)

@@ -3,10 +3,16 @@
 
 #include <QTemporaryDir>
 
+#include <cstdio>
+#include <cstring>
+#include <functional>
 #include <gtest/gtest.h>
+#include <sys/socket.h>
 #include <sys/stat.h>
+#include <sys/un.h>
 #include <sys/wait.h>
 #include <unistd.h>
+#include <vector>
 
 namespace lantern {
 namespace {
@@ -70,8 +76,38 @@ TEST_F(InstanceLockTest, WithoutAUsableFileThereIsNoLock)
 {
     EXPECT_EQ(InstanceLock(QByteArray()).Take(), LockResult::Unavailable);
     EXPECT_EQ(InstanceLock(Folder() + "/none").Take(), LockResult::Unavailable);
-    mkdir((Folder() + "/Lyric Lantern CDG Player").constData(), 0700);
-    EXPECT_EQ(InstanceLock(Folder()).Take(), LockResult::Unavailable);
+}
+
+// A folder, a link that leads nowhere, a socket and a pipe.
+TEST_F(InstanceLockTest, WhateverStandsInTheFilesPlaceOneStartIsTheFirst)
+{
+    const QByteArray place = Folder() + "/Lyric Lantern CDG Player";
+    const auto plantSocket = [&] {
+        sockaddr_un address = {};
+        address.sun_family = AF_UNIX;
+        std::memcpy(address.sun_path, place.constData(), static_cast<std::size_t>(place.size()));
+        const int descriptor = socket(AF_UNIX, SOCK_STREAM, 0);
+        const int result =
+            bind(descriptor, reinterpret_cast<const sockaddr*>(&address), sizeof address);
+        close(descriptor);
+        return result;
+    };
+    const std::vector<std::function<int()>> plants = {
+        [&] { return mkdir(place.constData(), 0700); },
+        [&] { return symlink("/no/where", place.constData()); },
+        plantSocket,
+        [&] { return mkfifo(place.constData(), 0600); },
+    };
+    for (const auto& plant : plants) {
+        ASSERT_EQ(plant(), 0);
+        InstanceLock first(Folder());
+        InstanceLock later(Folder());
+        EXPECT_EQ(first.Take(), LockResult::Taken);
+        EXPECT_EQ(later.Take(), LockResult::HeldByAnother);
+        first.Release();
+        EXPECT_EQ(later.Take(), LockResult::Taken);
+        ASSERT_EQ(remove(place.constData()), 0) << "it is left where it was";
+    }
 }
 
 TEST_F(InstanceLockTest, TheLinkIsNamedAfterTheProgramAndItsTopic)

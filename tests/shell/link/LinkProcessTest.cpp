@@ -20,7 +20,7 @@ protected:
     {
         auto process = std::make_unique<QProcess>();
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-        environment.insert(QStringLiteral("XDG_RUNTIME_DIR"), m_folder.path());
+        environment.insert(QStringLiteral("XDG_RUNTIME_DIR"), m_runtimeFolder);
         process->setProcessEnvironment(environment);
         // A test that fails must not leave an instance behind.
         process->setChildProcessModifier([] { prctl(PR_SET_PDEATHSIG, SIGKILL); });
@@ -59,6 +59,7 @@ protected:
     }
 
     QTemporaryDir m_folder;
+    QString m_runtimeFolder = m_folder.path();
 };
 
 TEST_F(LinkProcessTest, ALaterStartHandsItsArgumentOverAndEnds)
@@ -119,6 +120,29 @@ TEST_F(LinkProcessTest, AfterTheFirstWasKilledTheNextStartIsTheFirst)
     EXPECT_EQ(Line(*next), "focus");
     EXPECT_EQ(Line(*next), "open /a.cdg");
     End(*next);
+}
+
+TEST_F(LinkProcessTest, ARuntimeFolderThatComesWithTheFirstStartServesTheNextOnesToo)
+{
+    m_runtimeFolder += QStringLiteral("/later");
+    const auto first = StartFirst();
+    QDir().mkdir(m_runtimeFolder); // as a toolkit does
+    Start({QStringLiteral("/a.cdg")})->waitForFinished();
+    EXPECT_EQ(Line(*first), "focus");
+    EXPECT_EQ(Line(*first), "open /a.cdg");
+    End(*first);
+}
+
+TEST_F(LinkProcessTest, FoldersInThePlacesOfLockAndLinkDoNotKeepStartsApart)
+{
+    for (const char* name :
+         {"Lyric Lantern CDG Player", "Lyric Lantern CDG Player|SendCommand/somebody's"})
+        ASSERT_TRUE(QDir(m_runtimeFolder).mkpath(QLatin1String(name)));
+    const auto first = StartFirst();
+    Start({QStringLiteral("/a.cdg")})->waitForFinished();
+    EXPECT_EQ(Line(*first), "focus");
+    EXPECT_EQ(Line(*first), "open /a.cdg");
+    End(*first);
 }
 
 TEST_F(LinkProcessTest, AStoppedFirstInstanceDoesNotHoldUpTheSenderAndGetsTheCommandLater)

@@ -35,10 +35,20 @@ TEST_F(RuntimeFolderTest, AFolderThatOthersMayWriteToIsNot)
     EXPECT_EQ(Chosen(Path("run")), Own());
 }
 
+TEST_F(RuntimeFolderTest, AMissingOneIsMadeForTheUserAlone)
+{
+    EXPECT_EQ(Chosen(Path("run")), Path("run"));
+    struct stat status = {};
+    ASSERT_EQ(stat(Path("run").constData(), &status), 0);
+    EXPECT_EQ(status.st_mode & 0777, 0700u);
+    EXPECT_NE(access(Own().constData(), F_OK), 0) << "no other one is made";
+    EXPECT_EQ(Chosen(Path("run")), Path("run")) << "the next start finds the same";
+}
+
 TEST_F(RuntimeFolderTest, WithoutOneAPrivateFolderIsMade)
 {
     for (const QByteArray& unusable :
-         {QByteArray(), QByteArray("run"), Path("none"), Path("") + QByteArray(80, 'x')})
+         {QByteArray(), QByteArray("run"), Path("no/ne"), Path("") + QByteArray(80, 'x')})
         EXPECT_EQ(Chosen(unusable), Own());
     struct stat status = {};
     ASSERT_EQ(stat(Own().constData(), &status), 0);
