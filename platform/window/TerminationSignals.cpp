@@ -27,13 +27,22 @@ int OpenPipe()
     return g_pipe[0];
 }
 
+// What the program was started to ignore, as by nohup, it goes on ignoring.
+bool IsIgnored(int number)
+{
+    struct sigaction present = {};
+    return sigaction(number, nullptr, &present) == 0 && present.sa_handler == SIG_IGN;
+}
+
 void HandleSignals(void (*handler)(int))
 {
     struct sigaction action = {};
     action.sa_handler = handler;
     action.sa_flags = SA_RESTART;
-    for (const int number : kSignals)
-        sigaction(number, &action, nullptr);
+    for (const int number : kSignals) {
+        if (!IsIgnored(number))
+            sigaction(number, &action, nullptr);
+    }
 }
 
 } // namespace

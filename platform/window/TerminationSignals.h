@@ -8,7 +8,8 @@
 namespace lantern {
 
 // Turns the system's requests to end the process (SIGTERM, SIGINT, SIGHUP) into a call from the
-// event loop, so that the program ends as if its window had been closed. One object at a time.
+// event loop, so that the program ends as if its window had been closed. A signal that was ignored
+// before stays so. One object at a time.
 class TerminationSignals {
 public:
     explicit TerminationSignals(std::function<void()> terminate);

@@ -124,10 +124,11 @@ public:
 private:
     void EndOnRequest()
     {
-        if (m_mainWindow)
-            m_mainWindow->close();
-        else
+        if (!m_mainWindow)
             std::_Exit(1); // a message stands before there is a window: nothing is to be saved
+        m_mainWindow->close();
+        // If it was closing already, a message keeps it: that is read, and the close goes on.
+        QApplication::exit();
     }
 
     int& m_argc;

@@ -25,6 +25,54 @@ TEST(TerminationSignals, EachSignalArrivesAsOneCallFromTheEventLoop)
     }
 }
 
+class IgnoredSignal : public ::testing::TestWithParam<int> {
+protected:
+    IgnoredSignal() : m_before(std::signal(GetParam(), SIG_IGN)) {}
+    ~IgnoredSignal() override { std::signal(GetParam(), m_before); }
+
+    static bool IsIgnored()
+    {
+        struct sigaction present = {};
+        return sigaction(GetParam(), nullptr, &present) == 0 && present.sa_handler == SIG_IGN;
+    }
+
+private:
+    void (*m_before)(int);
+};
+
+INSTANTIATE_TEST_SUITE_P(EachOfThem, IgnoredSignal, ::testing::Values(SIGTERM, SIGINT, SIGHUP));
+
+TEST_P(IgnoredSignal, StaysIgnored)
+{
+    {
+        int calls = 0;
+        const TerminationSignals signals([&] { ++calls; });
+        EXPECT_TRUE(IsIgnored());
+        ASSERT_EQ(std::raise(GetParam()), 0);
+        QCoreApplication::processEvents(QEventLoop::AllEvents, 50);
+        EXPECT_EQ(calls, 0);
+        const int other = GetParam() == SIGTERM ? SIGINT : SIGTERM;
+        ASSERT_EQ(std::raise(other), 0);
+        for (int i = 0; i < 100 && calls == 0; ++i)
+            QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
+        EXPECT_EQ(calls, 1) << "the others are still heard";
+        EXPECT_TRUE(IsIgnored());
+    }
+    EXPECT_TRUE(IsIgnored());
+}
+
+TEST(TerminationSignalsDeathTest, AfterItsEndASignalEndsTheProcess)
+{
+    EXPECT_EXIT(
+        {
+            {
+                const TerminationSignals signals([] {});
+            }
+            std::raise(SIGHUP);
+        },
+        ::testing::KilledBySignal(SIGHUP), "");
+}
+
 TEST(TerminationSignalsDeathTest, ASecondSignalEndsTheProcess)
 {
     EXPECT_EXIT(

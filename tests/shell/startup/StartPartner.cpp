@@ -1,13 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The start of the player around an empty main window, which tells what it finds and, told to
-// "quit", closes itself.
+// The start of the player around an empty main window, which tells what it finds and when a message
+// stands before it and, told to "quit", closes itself.
 #include "CommandLink.h"
 #include "PathText.h"
 #include "RunPlayer.h"
 
 #include <QApplication>
 #include <QSocketNotifier>
+#include <QTimer>
 
 #include <cstdio>
 #include <filesystem>
@@ -28,7 +29,17 @@ public:
         : m_state(state), m_link(state.InstanceMutex, *this),
           m_input(STDIN_FILENO, QSocketNotifier::Read)
     {
-        connect(&m_input, &QSocketNotifier::activated, this, [this] { close(); });
+        connect(&m_input, &QSocketNotifier::activated, this, [this] {
+            m_input.setEnabled(false);
+            close();
+        });
+        m_watch.callOnTimeout(this, [this] {
+            if (QApplication::activeModalWidget() == nullptr)
+                return;
+            m_watch.stop();
+            Print("Message", {});
+        });
+        m_watch.start(10);
         Print("AppPath", state.AppPath);
         Print("UserDataPath", state.UserDataPath);
         Print("TwipsX", QString::number(state.TwipsX));
@@ -53,6 +64,7 @@ private:
     ProgramState& m_state;
     CommandLink m_link;
     QSocketNotifier m_input;
+    QTimer m_watch; // for a message box
 };
 
 } // namespace

@@ -33,7 +33,11 @@ protected:
         auto process = std::make_unique<QProcess>();
         process->setProcessEnvironment(m_environment);
         process->setWorkingDirectory(m_folder.path());
-        process->setChildProcessModifier([] { prctl(PR_SET_PDEATHSIG, SIGKILL); });
+        process->setChildProcessModifier([ignored = m_ignoredSignal] {
+            prctl(PR_SET_PDEATHSIG, SIGKILL);
+            if (ignored != 0)
+                signal(ignored, SIG_IGN);
+        });
         process->start(program, arguments);
         EXPECT_TRUE(process->waitForStarted());
         return process;
@@ -61,6 +65,19 @@ protected:
         return "none";
     }
 
+    // Whether it has set up what it does at a request to end.
+    static bool CatchesRequests(const QProcess& process)
+    {
+        QFile status(QStringLiteral("/proc/%1/status").arg(process.processId()));
+        if (!status.open(QFile::ReadOnly))
+            return false;
+        for (const QByteArray& line : status.readAll().split('\n')) {
+            if (line.startsWith("SigCgt:"))
+                return (line.mid(7).trimmed().toULongLong(nullptr, 16) >> (SIGTERM - 1) & 1) != 0;
+        }
+        return false;
+    }
+
     static int Quit(QProcess& process)
     {
         process.write("quit\n");
@@ -75,6 +92,7 @@ protected:
     }
 
     QTemporaryDir m_folder;
+    int m_ignoredSignal = 0; // of those to start; 0 for none
     QProcessEnvironment m_environment = QProcessEnvironment::systemEnvironment();
 };
 
@@ -137,6 +155,47 @@ TEST_F(StartProcessTest, ARequestToEndClosesTheWindow)
     EXPECT_TRUE(player->waitForFinished(10000));
     EXPECT_EQ(Line(*player), "Closed");
     EXPECT_EQ(player->exitCode(), 0);
+}
+
+// Settings that can't be written are told while the window closes.
+TEST_F(StartProcessTest, ARequestToEndEndsACloseThatWaitsForTheUser)
+{
+    const auto player = Start();
+    ArgsOf(*player);
+    const QString settings = In("roaming/Lyric Lantern/data_player.ini");
+    ASSERT_TRUE(QFile::remove(settings));
+    ASSERT_TRUE(QDir().mkdir(settings));
+    player->write("quit\n");
+    ASSERT_EQ(Line(*player), "Message");
+    player->terminate();
+    EXPECT_TRUE(player->waitForFinished(10000));
+    EXPECT_EQ(Line(*player), "Closed");
+    EXPECT_EQ(player->exitStatus(), QProcess::NormalExit);
+    EXPECT_EQ(player->exitCode(), 0);
+}
+
+TEST_F(StartProcessTest, ARequestToEndEndsAStartThatWaitsForTheUser)
+{
+    ASSERT_TRUE(QDir().mkpath(In("roaming/Lyric Lantern/data_player.ini")));
+    const auto player = Start();
+    while (player->state() == QProcess::Running && !CatchesRequests(*player))
+        player->waitForReadyRead(10);
+    player->terminate();
+    EXPECT_TRUE(player->waitForFinished(10000));
+    EXPECT_EQ(player->exitStatus(), QProcess::NormalExit) << "by its own";
+    EXPECT_EQ(player->exitCode(), 1);
+    EXPECT_EQ(Line(*player), "") << "without a window";
+}
+
+TEST_F(StartProcessTest, AHangUpThatTheStarterHasIgnoredEndsNothing)
+{
+    m_ignoredSignal = SIGHUP;
+    const auto player = Start();
+    ArgsOf(*player);
+    kill(static_cast<pid_t>(player->processId()), SIGHUP);
+    EXPECT_FALSE(player->waitForFinished(300));
+    EXPECT_FALSE(player->canReadLine());
+    EXPECT_EQ(Quit(*player), 0);
 }
 
 } // namespace
