@@ -6,6 +6,7 @@
 #include "ProgramFonts.h"
 #include "RuntimeFolder.h"
 #include "ScreenMetrics.h"
+#include "StartNotice.h"
 #include "TerminationSignals.h"
 #include "ZipService.h"
 #include "fDDE.h"
@@ -71,6 +72,7 @@ public:
     void ExecuteDDE(const QString& commandArgs) override
     {
         fDDE(m_state.InstanceMutex.LinkPath()).ExecuteDDE(commandArgs);
+        EndStartNotice();
     }
 
     void StartToolkit() override
@@ -78,7 +80,7 @@ public:
         m_application.emplace(m_argc, m_argv);
         QApplication::setApplicationName(kApplicationTitle);
         QApplication::setApplicationVersion(QStringLiteral(LANTERN_VERSION));
-        QApplication::setDesktopFileName(QStringLiteral("lyric-lantern"));
+        QApplication::setDesktopFileName(kApplicationId);
         LoadProgramFonts();
         m_signals.emplace([this] { EndOnRequest(); });
     }

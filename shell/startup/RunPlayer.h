@@ -18,7 +18,8 @@ namespace lantern {
 using MainWindowFactory = std::function<std::unique_ptr<QWidget>(ProgramState& state)>;
 
 // The whole life of the process: all that main does. A later instance returns within the time of
-// its hand-over and never touches the window system. The result is the process's exit code.
+// its hand-over, and all that it tells the window system is that its start is complete. The result
+// is the process's exit code.
 int RunPlayer(int argc, char** argv, const MainWindowFactory& makeMainWindow);
 
 } // namespace lantern
