@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "FullScreen.h"
 
+#include <QEvent>
 #include <QGuiApplication>
 #include <QScreen>
 #include <QWidget>
@@ -16,11 +17,15 @@ constexpr int kSettleMs = 250;
 
 } // namespace
 
-FullScreen::FullScreen(QWidget& window) : m_window(window)
+FullScreen::FullScreen(QWidget& window) : m_window(window), m_normalGeometry(window.geometry())
 {
-    m_settleTimer.setSingleShot(true);
-    m_settleTimer.setInterval(kSettleMs);
-    QObject::connect(&m_settleTimer, &QTimer::timeout, &m_window, [this] { Settle(); });
+    for (QTimer* timer : {&m_settleTimer, &m_doubtTimer}) {
+        timer->setSingleShot(true);
+        timer->setInterval(kSettleMs);
+    }
+    m_settleTimer.callOnTimeout(this, [this] { Settle(); });
+    m_doubtTimer.callOnTimeout(this, [this] { KeepGeometry(); });
+    window.installEventFilter(this);
 }
 
 bool FullScreen::IsOn() const
@@ -32,10 +37,7 @@ void FullScreen::Enter()
 {
     if (IsOn())
         return;
-    // Read while it still is the normal one: on the way back it is too late. While the window
-    // system has yet to answer, it may be that of the last full screen.
-    if (!m_settleTimer.isActive())
-        m_normalGeometry = m_window.geometry();
+    KeepGeometry();
     m_window.setWindowState(m_window.windowState() | Qt::WindowFullScreen);
     m_settleTimer.start();
 }
@@ -43,12 +45,13 @@ void FullScreen::Enter()
 void FullScreen::Leave()
 {
     const bool wasOn = IsOn();
+    const QRect normal = m_normalGeometry;
     m_window.setWindowState(m_window.windowState() & ~(Qt::WindowFullScreen | Qt::WindowMaximized));
     if (!wasOn)
         return;
     // The window system answers later; the layout needs the geometry now.
-    if (m_normalGeometry.isValid())
-        Place(OnSomeScreen(m_normalGeometry));
+    if (normal.isValid())
+        Place(OnSomeScreen(normal));
     m_settleTimer.start();
 }
 
@@ -69,6 +72,47 @@ void FullScreen::Place(const QRect& geometry)
     m_window.setGeometry(geometry);
 }
 
+bool FullScreen::eventFilter(QObject* watched, QEvent* event)
+{
+    const QEvent::Type type = event->type();
+    if (type == QEvent::Move || type == QEvent::Resize || type == QEvent::WindowStateChange)
+        FollowGeometry();
+    return QObject::eventFilter(watched, event);
+}
+
+// The size of a full screen or of a maximised window may come before the state that it belongs to.
+void FullScreen::FollowGeometry()
+{
+    m_doubtTimer.stop();
+    if (FillsAScreen(Geometry()))
+        m_doubtTimer.start();
+    else
+        KeepGeometry();
+}
+
+// While the window system has yet to answer, the geometry may be that of the last full screen.
+void FullScreen::KeepGeometry()
+{
+    constexpr Qt::WindowStates kLarge = Qt::WindowFullScreen | Qt::WindowMaximized;
+    if (!m_settleTimer.isActive() && (m_window.windowState() & kLarge) == 0)
+        m_normalGeometry = Geometry();
+}
+
+// A widget takes the two halves of a new geometry one after the other, its window at once.
+QRect FullScreen::Geometry() const
+{
+    const QWindow* handle = m_window.windowHandle();
+    return handle ? handle->geometry() : m_window.geometry();
+}
+
+bool FullScreen::FillsAScreen(const QRect& geometry)
+{
+    return std::ranges::any_of(QGuiApplication::screens(), [&](const QScreen* screen) {
+        const QSize room = screen->availableSize();
+        return geometry.width() >= room.width() && geometry.height() >= room.height();
+    });
+}
+
 void FullScreen::Settle()
 {
     const QScreen* screen = m_window.screen();
@@ -80,6 +124,8 @@ void FullScreen::Settle()
         handle->setGeometry(screen->geometry());
     else if (!IsOn() && m_window.size() != m_normalGeometry.size())
         m_window.setGeometry(m_normalGeometry);
+    else
+        KeepGeometry();
 }
 
 } // namespace lantern

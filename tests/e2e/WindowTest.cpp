@@ -104,6 +104,36 @@ TEST_F(PlayerWindow, FullScreenFillsTheScreenAndComesBack)
     EXPECT_TRUE(Eventually([&] { return player->WindowArea() == before; }));
 }
 
+TEST_F(PlayerWindow, AFullScreenByTheWindowManagerComesBackAsItWasByAKey)
+{
+    OpenSilently();
+    const QRect before = player->WindowArea();
+    const QRect wanted(30, 40, 800, 600);
+    const QPoint move = wanted.topLeft() - before.topLeft();
+    DragGently(PicturePoint(), {move.x(), move.y()});
+    ASSERT_TRUE(AwaitArea(before.translated(move)));
+    DragGently({wanted.x() + before.width() - 2, wanted.y() + before.height() - 2},
+               {wanted.width() - before.width(), wanted.height() - before.height()});
+    ASSERT_TRUE(AwaitArea(wanted)) << player->WindowArea().width();
+    const QRect normal = player->WindowArea();
+
+    const QRect whole(0, 0, screen.Width(), screen.Height());
+    player->AskForFullScreen(true);
+    ASSERT_TRUE(Eventually([&] { return player->WindowArea() == whole; }));
+    ASSERT_TRUE(player->IsFullScreen());
+    hand.Key("f");
+    EXPECT_TRUE(Eventually([&] { return player->WindowArea() == normal; }))
+        << player->WindowArea().width() << " x " << player->WindowArea().height() << " at "
+        << player->WindowArea().x() << ", " << player->WindowArea().y();
+    EXPECT_FALSE(player->IsFullScreen());
+
+    hand.Key("f");
+    ASSERT_TRUE(Eventually([&] { return player->WindowArea() == whole; }));
+    player->AskForFullScreen(false);
+    EXPECT_TRUE(Eventually([&] { return player->WindowArea() == normal; }));
+    EXPECT_FALSE(player->IsFullScreen());
+}
+
 TEST_F(PlayerWindow, TheBarComesUpInFullScreenAsThePointerLeavesThePicture)
 {
     OpenSilently();

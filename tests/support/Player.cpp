@@ -205,4 +205,20 @@ void Player::AskToClose() const
     SendToMainWindow("WM_DELETE_WINDOW", CurrentTime);
 }
 
+void Player::AskForFullScreen(bool isWanted) const
+{
+    constexpr long kByUser = 2;
+    XEvent event = {};
+    event.xclient.type = ClientMessage;
+    event.xclient.window = MainWindow();
+    event.xclient.message_type = m_connection.Atom("_NET_WM_STATE");
+    event.xclient.format = 32;
+    event.xclient.data.l[0] = isWanted ? 1 : 0;
+    event.xclient.data.l[1] = static_cast<long>(m_connection.Atom("_NET_WM_STATE_FULLSCREEN"));
+    event.xclient.data.l[3] = kByUser;
+    XSendEvent(m_connection.Display(), m_connection.Root(), False,
+               SubstructureRedirectMask | SubstructureNotifyMask, &event);
+    XFlush(m_connection.Display());
+}
+
 } // namespace lantern::test

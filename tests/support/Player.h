@@ -65,6 +65,8 @@ public:
     std::optional<Clock::duration> AnswerTime(Clock::duration atMost = 5s) const;
     // Asks the window to close, as a window manager's button would.
     void AskToClose() const;
+    // Asks the window manager for a full screen or its end, as a panel or a key of its own would.
+    void AskForFullScreen(bool isWanted) const;
 
 private:
     unsigned long MainWindow() const;

@@ -14,7 +14,36 @@ namespace {
 
 class FullScreenTest : public ::testing::Test {
 protected:
-    FullScreenTest() : fullScreen(window) { window.setGeometry(40, 50, 320, 240); }
+    FullScreenTest() : fullScreen(window)
+    {
+        window.setWindowFlag(Qt::FramelessWindowHint);
+        window.setGeometry(40, 50, 320, 240);
+    }
+
+    // As a user sizes the window, long after it has come up.
+    QRect ShowAt(const QRect& geometry)
+    {
+        window.show();
+        QCoreApplication::processEvents();
+        window.windowHandle()->setGeometry(geometry);
+        QCoreApplication::processEvents();
+        return window.geometry();
+    }
+
+    // Past the window itself, as its manager does.
+    void ManagerSets(Qt::WindowState state)
+    {
+        window.windowHandle()->setWindowState(state);
+        QCoreApplication::processEvents();
+    }
+
+    static void Wait(int milliseconds)
+    {
+        QElapsedTimer waited;
+        waited.start();
+        while (waited.elapsed() < milliseconds)
+            QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
+    }
 
     QWidget window;
     FullScreen fullScreen;
@@ -107,6 +136,82 @@ TEST_F(FullScreenTest, AWindowWhoseScreenIsGoneComesBackOnOneThatIsThere)
     fullScreen.Leave();
     EXPECT_TRUE(window.screen()->geometry().contains(window.geometry()));
     EXPECT_EQ(window.size(), QSize(320, 240));
+}
+
+TEST_F(FullScreenTest, AFullScreenByTheWindowManagerIsLeftToTheGeometryOfBefore)
+{
+    fullScreen.Place({0, 0, 320, 240});
+    const QRect normal = ShowAt({30, 40, 500, 400});
+    ManagerSets(Qt::WindowFullScreen);
+    ASSERT_TRUE(fullScreen.IsOn());
+    ASSERT_EQ(window.geometry(), window.screen()->geometry());
+    fullScreen.Leave();
+    EXPECT_FALSE(fullScreen.IsOn());
+    EXPECT_EQ(window.geometry(), normal);
+    Wait(400);
+    EXPECT_EQ(window.geometry(), normal);
+}
+
+TEST_F(FullScreenTest, ASizeThatComesBeforeTheStateIsNotTakenForTheNormalOne)
+{
+    const QRect normal = ShowAt({30, 40, 500, 400});
+    window.windowHandle()->setGeometry(window.screen()->geometry());
+    QCoreApplication::processEvents();
+    ManagerSets(Qt::WindowFullScreen);
+    fullScreen.Leave();
+    EXPECT_EQ(window.geometry(), normal);
+}
+
+TEST_F(FullScreenTest, AStateThatEndsBeforeItsSizeKeepsTheNormalGeometry)
+{
+    const QRect normal = ShowAt({30, 40, 500, 400});
+    const QRect whole = window.screen()->geometry();
+    ManagerSets(Qt::WindowFullScreen);
+    window.windowHandle()->setWindowState(Qt::WindowNoState);
+    window.windowHandle()->setGeometry(whole);
+    QCoreApplication::processEvents();
+    ASSERT_EQ(window.size(), whole.size());
+    ManagerSets(Qt::WindowFullScreen);
+    fullScreen.Leave();
+    EXPECT_EQ(window.geometry(), normal);
+}
+
+TEST_F(FullScreenTest, AWindowAsLargeAsTheScreenIsANormalOneOnceItStaysSo)
+{
+    ShowAt({30, 40, 500, 400});
+    const QRect larger = window.screen()->geometry().translated(7, 9);
+    window.windowHandle()->setGeometry(larger);
+    Wait(400);
+    ManagerSets(Qt::WindowFullScreen);
+    fullScreen.Leave();
+    EXPECT_EQ(window.geometry(), larger);
+}
+
+TEST_F(FullScreenTest, AMaximisedWindowComesBackToTheGeometryBeforeItWasMaximised)
+{
+    const QRect normal = ShowAt({30, 40, 500, 400});
+    ManagerSets(Qt::WindowMaximized);
+    ASSERT_NE(window.geometry(), normal);
+    fullScreen.Enter();
+    QCoreApplication::processEvents();
+    fullScreen.Leave();
+    EXPECT_EQ(window.geometry(), normal);
+    EXPECT_FALSE(window.isMaximized());
+}
+
+TEST_F(FullScreenTest, AMoveJustAfterTheWayBackIsKept)
+{
+    const QRect normal = ShowAt({30, 40, 500, 400});
+    fullScreen.Enter();
+    QCoreApplication::processEvents();
+    fullScreen.Leave();
+    const QRect moved = normal.translated(20, 10);
+    window.windowHandle()->setGeometry(moved);
+    Wait(400);
+    ASSERT_EQ(window.geometry(), moved);
+    ManagerSets(Qt::WindowFullScreen);
+    fullScreen.Leave();
+    EXPECT_EQ(window.geometry(), moved);
 }
 
 TEST_F(FullScreenTest, LeavingANormalWindowMovesNothing)
