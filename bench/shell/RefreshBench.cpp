@@ -67,17 +67,17 @@ public:
         options.ctlVolume().SetValue(100);
         toolbar.ctlVolume().SetValue(100);
         for (const CheckRule& rule : kCheckRules) {
-            if (rule.toolbarIndex != kNoButton) {
-                ctlPicBtn& button = toolbar.tBtn(rule.toolbarIndex);
+            if (rule.toolbarButton) {
+                ctlPicBtn& button = toolbar.tBtn(*rule.toolbarButton);
                 button.SetValue(button.Value());
             }
-            if (rule.optionIndex != kNoButton) {
-                ctlPicBtn& button = options.cmd(static_cast<std::size_t>(rule.optionIndex));
+            if (rule.optionIndex) {
+                ctlPicBtn& button = options.cmd(*rule.optionIndex);
                 button.SetValue(button.Value());
             }
         }
         for (const ButtonRule& rule : kButtonRules) {
-            ctlPicBtn& button = toolbar.tBtn(rule.index);
+            ctlPicBtn& button = toolbar.tBtn(rule.button);
             button.SetEnabled(button.Enabled());
             button.setVisible(!button.isHidden());
         }

@@ -128,7 +128,7 @@ ToggleStep AudioControl::Toggle(AudioValue value, double custom, bool toDefault)
 void AudioControl::EndToggle(AudioValue value, const ToggleStep& step)
 {
     Set(value, static_cast<float>(step.value), true);
-    SetWheelType(static_cast<std::int16_t>(WheelModeOf(value)));
+    SetWheelType(WheelModeOf(value));
 }
 
 void AudioControl::SetAudioDevice(const QString& name)
@@ -155,12 +155,12 @@ void AudioControl::ShowDeviceMenu()
     m_host.SetOptionsOnTop(true);
 }
 
-void AudioControl::SetWheelType(std::int16_t number)
+void AudioControl::SetWheelType(WheelMode mode)
 {
-    WheelType = number;
-    if (const std::optional<AudioValue> value = WheelValue(number))
+    WheelType = mode;
+    if (const std::optional<AudioValue> value = WheelValue(mode))
         TurnWheel(*value, 0);
-    else if (number == static_cast<std::int16_t>(WheelMode::TrackPosition))
+    else if (mode == WheelMode::TrackPosition)
         m_host.ShowStatus(QStringLiteral("Track Position"));
 }
 

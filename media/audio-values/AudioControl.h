@@ -65,8 +65,8 @@ public:
     void ShowDeviceMenu();
 
     // What the wheel changes from now on; shows its present value on the status line. Any number
-    // is stored, but only those of WheelMode do anything.
-    void SetWheelType(std::int16_t number);
+    // is stored, but only those with a name do anything.
+    void SetWheelType(WheelMode mode);
 
     // Moves the value by one turn of the wheel: direction is -1, 0 or 1.
     void TurnWheel(AudioValue value, int direction);
@@ -77,7 +77,7 @@ public:
     float CustomBalance = -50;
     QString AudioDevice; // the chosen device's name, as the engine reports it
     bool AudioSave = false;
-    std::int16_t WheelType = static_cast<std::int16_t>(WheelMode::Volume);
+    WheelMode WheelType = WheelMode::Volume;
 
 private:
     float Present(AudioValue value);

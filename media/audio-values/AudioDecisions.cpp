@@ -92,10 +92,10 @@ WheelMode WheelModeOf(AudioValue value)
     return TraitsOf(value).wheelMode;
 }
 
-std::optional<AudioValue> WheelValue(std::int16_t wheelType)
+std::optional<AudioValue> WheelValue(WheelMode mode)
 {
     for (std::size_t i = 0; i < kTraits.size(); ++i) {
-        if (static_cast<std::int16_t>(kTraits.at(i).wheelMode) == wheelType)
+        if (kTraits.at(i).wheelMode == mode)
             return static_cast<AudioValue>(i);
     }
     return std::nullopt;

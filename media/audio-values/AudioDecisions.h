@@ -14,7 +14,7 @@ namespace lantern {
 // The four values that the user adjusts while a track plays.
 enum class AudioValue { Balance, KeyPitch, Speed, Volume };
 
-// What the mouse wheel changes, by the numbers of its commands.
+// What the mouse wheel changes. A number without a name here changes nothing.
 enum class WheelMode : std::int16_t {
     Balance = 1,
     KeyPitch = 2,
@@ -35,7 +35,7 @@ QString AudioStatusText(AudioValue value, float number);
 
 WheelMode WheelModeOf(AudioValue value);
 // The value that the wheel changes; nothing for the track position and for unknown numbers.
-std::optional<AudioValue> WheelValue(std::int16_t wheelType);
+std::optional<AudioValue> WheelValue(WheelMode mode);
 
 // Where a toggle goes, and what it remembers as the custom value.
 struct ToggleStep {

@@ -31,7 +31,7 @@ void WheelControl::MouseWheel(std::int32_t, std::int32_t Delta, std::int32_t, st
     const int direction = SignOf(Delta);
     if (const std::optional<AudioValue> value = WheelValue(m_audio.WheelType)) {
         m_audio.TurnWheel(*value, direction);
-    } else if (m_audio.WheelType == static_cast<std::int16_t>(WheelMode::TrackPosition)) {
+    } else if (m_audio.WheelType == WheelMode::TrackPosition) {
         if (m_track.ClipCount() > 0)
             m_skipBy(kTurnMs * direction);
     }

@@ -14,15 +14,15 @@ Commands::Commands(const CommandTargets& targets) : m_targets(targets)
 {
 }
 
-void Commands::MainPopup(std::int16_t index)
+void Commands::MainPopup(CommandId command)
 {
-    if (index >= kFirstDeviceItem) {
-        m_targets.audio.SetAudioDevice(m_targets.engine.GetDeviceName(index - kFirstDeviceItem));
+    if (const int device = NumberOf(command) - kFirstDeviceItem; device >= 0) {
+        m_targets.audio.SetAudioDevice(m_targets.engine.GetDeviceName(device));
         return;
     }
-    const auto* command = std::ranges::find(kCommandTable, index, &Command::number);
-    if (command != kCommandTable.end())
-        command->run(m_targets);
+    const auto* row = std::ranges::find(kCommandTable, command, &Command::id);
+    if (row != kCommandTable.end())
+        row->run(m_targets);
 }
 
 void Commands::DoKeyDown(KeyCode keyCode, ShiftBits shift)
@@ -48,7 +48,7 @@ void Commands::RunKey(KeyCode keyCode, ShiftBits shift)
         if (binding.run)
             binding.run(m_targets);
         else
-            MainPopup(binding.command);
+            MainPopup(*binding.command);
         return;
     }
 }

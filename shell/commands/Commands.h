@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "CommandId.h"
 #include "KeyCodes.h"
 
 #include <cstdint>
@@ -37,14 +38,14 @@ struct CommandTargets {
     WheelControl& wheel;
 };
 
-// The way from a command number or a key to what it does. The tables are in CommandTable.h and
+// The way from a command or a key to what it does. The tables are in CommandTable.h and
 // KeyMap.h.
 class Commands {
 public:
     explicit Commands(const CommandTargets& targets);
 
-    // Runs a command by its number; an unknown number does nothing.
-    void MainPopup(std::int16_t index);
+    // Runs a command; a number without one does nothing.
+    void MainPopup(CommandId command);
 
     // Most keys act once per press; a few repeat for as long as they are held. While a track is
     // being opened no key does anything.

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "AudioControl.h"
+#include "CommandId.h"
 #include "Commands.h"
 #include "Display.h"
 #include "KeyCodes.h"
@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <array>
+#include <optional>
 
 namespace lantern {
 
@@ -30,64 +31,78 @@ inline constexpr ShiftRule kWithAlt = {kAltBit, kAltBit};
 struct KeyBinding {
     KeyCode key;
     ShiftRule shift;
-    std::int16_t command = -1;
+    std::optional<CommandId> command;
     void (*run)(const CommandTargets& to) = nullptr;
 };
 
 // The first row that matches counts.
 inline constexpr std::array kKeyMap = {
-    KeyBinding{KeyCode::Escape, kAnyShift, 14},
-    KeyBinding{KeyCode::O, kAnyShift, 0},
-    KeyBinding{KeyCode::P, kAnyShift, 1},
-    KeyBinding{KeyCode::Blank, kAnyShift, 1},
-    KeyBinding{KeyCode::Pause, kAnyShift, 1},
-    KeyBinding{KeyCode::FullStop, kAnyShift, 3},
-    KeyBinding{KeyCode::NumericPoint, kAnyShift, 3},
-    KeyBinding{KeyCode::Right, kNoShift, 4},
-    KeyBinding{KeyCode::PageDown, kNoShift, 5},
-    KeyBinding{KeyCode::Left, kNoShift, 24},
-    KeyBinding{KeyCode::PageUp, kNoShift, 25},
-    KeyBinding{KeyCode::Up, kAnyShift, -1,
+    KeyBinding{KeyCode::Escape, kAnyShift, CommandId::Options},
+    KeyBinding{KeyCode::O, kAnyShift, CommandId::Open},
+    KeyBinding{KeyCode::P, kAnyShift, CommandId::Play},
+    KeyBinding{KeyCode::Blank, kAnyShift, CommandId::Play},
+    KeyBinding{KeyCode::Pause, kAnyShift, CommandId::Play},
+    KeyBinding{KeyCode::FullStop, kAnyShift, CommandId::Stop},
+    KeyBinding{KeyCode::NumericPoint, kAnyShift, CommandId::Stop},
+    KeyBinding{KeyCode::Right, kNoShift, CommandId::Forward10Seconds},
+    KeyBinding{KeyCode::PageDown, kNoShift, CommandId::Forward60Seconds},
+    KeyBinding{KeyCode::Left, kNoShift, CommandId::Back10Seconds},
+    KeyBinding{KeyCode::PageUp, kNoShift, CommandId::Back60Seconds},
+    KeyBinding{KeyCode::Up,
+               kAnyShift,
+               {},
                [](const CommandTargets& to) { to.wheel.MouseWheel(0, 1, 0, 0); }},
-    KeyBinding{KeyCode::Down, kAnyShift, -1,
+    KeyBinding{KeyCode::Down,
+               kAnyShift,
+               {},
                [](const CommandTargets& to) { to.wheel.MouseWheel(0, -1, 0, 0); }},
-    KeyBinding{KeyCode::C, kAnyShift, 12},
-    KeyBinding{KeyCode::Digit1, kWithoutControl, 7},
-    KeyBinding{KeyCode::Digit2, kWithoutControl, 8},
-    KeyBinding{KeyCode::Digit3, kWithoutControl, 9},
-    KeyBinding{KeyCode::Digit4, kWithoutControl, 21},
-    KeyBinding{KeyCode::Digit5, kWithoutControl, 22},
+    KeyBinding{KeyCode::C, kAnyShift, CommandId::CopyPicture},
+    KeyBinding{KeyCode::Digit1, kWithoutControl, CommandId::Size1},
+    KeyBinding{KeyCode::Digit2, kWithoutControl, CommandId::Size2},
+    KeyBinding{KeyCode::Digit3, kWithoutControl, CommandId::Size3},
+    KeyBinding{KeyCode::Digit4, kWithoutControl, CommandId::Size4},
+    KeyBinding{KeyCode::Digit5, kWithoutControl, CommandId::Size5},
     // The sizes in between.
-    KeyBinding{KeyCode::Digit1, kWithControl, -1,
+    KeyBinding{KeyCode::Digit1,
+               kWithControl,
+               {},
                [](const CommandTargets& to) { to.display.SetZoom(1, 1.5F); }},
-    KeyBinding{KeyCode::Digit2, kWithControl, -1,
+    KeyBinding{KeyCode::Digit2,
+               kWithControl,
+               {},
                [](const CommandTargets& to) { to.display.SetZoom(2, 1.25F); }},
-    KeyBinding{KeyCode::Digit3, kWithControl, -1,
+    KeyBinding{KeyCode::Digit3,
+               kWithControl,
+               {},
                [](const CommandTargets& to) { to.display.SetZoom(3, 1.2F); }},
-    KeyBinding{KeyCode::Digit4, kWithControl, -1,
+    KeyBinding{KeyCode::Digit4,
+               kWithControl,
+               {},
                [](const CommandTargets& to) { to.display.SetZoom(4, 1.125F); }},
-    KeyBinding{KeyCode::Digit5, kWithControl, -1,
+    KeyBinding{KeyCode::Digit5,
+               kWithControl,
+               {},
                [](const CommandTargets& to) { to.display.SetZoom(5, 1.1F); }},
-    KeyBinding{KeyCode::F, kAnyShift, 10},
-    KeyBinding{KeyCode::R, kAnyShift, 10},
-    KeyBinding{KeyCode::Digit0, kAnyShift, 10},
-    KeyBinding{KeyCode::Digit6, kAnyShift, 10},
-    KeyBinding{KeyCode::NumericPlus, kAnyShift, 41},
-    KeyBinding{KeyCode::Equals, kAnyShift, 41},
-    KeyBinding{KeyCode::NumericMinus, kAnyShift, 42},
-    KeyBinding{KeyCode::Minus, kAnyShift, 42},
-    KeyBinding{KeyCode::Q, kWithControl, 16},
-    KeyBinding{KeyCode::Q, kWithoutControl, 6},
-    KeyBinding{KeyCode::F4, kWithAlt, 16},
-    KeyBinding{KeyCode::I, kAnyShift, 15},
-    KeyBinding{KeyCode::A, kAnyShift, 15},
-    KeyBinding{KeyCode::F1, kAnyShift, 15},
-    KeyBinding{KeyCode::M, kAnyShift, 26},
-    KeyBinding{KeyCode::B, kAnyShift, 31},
-    KeyBinding{KeyCode::K, kAnyShift, 32},
-    KeyBinding{KeyCode::T, kAnyShift, 33},
-    KeyBinding{KeyCode::V, kAnyShift, 34},
-    KeyBinding{KeyCode::S, kAnyShift, 35},
+    KeyBinding{KeyCode::F, kAnyShift, CommandId::FullScreen},
+    KeyBinding{KeyCode::R, kAnyShift, CommandId::FullScreen},
+    KeyBinding{KeyCode::Digit0, kAnyShift, CommandId::FullScreen},
+    KeyBinding{KeyCode::Digit6, kAnyShift, CommandId::FullScreen},
+    KeyBinding{KeyCode::NumericPlus, kAnyShift, CommandId::Larger},
+    KeyBinding{KeyCode::Equals, kAnyShift, CommandId::Larger},
+    KeyBinding{KeyCode::NumericMinus, kAnyShift, CommandId::Smaller},
+    KeyBinding{KeyCode::Minus, kAnyShift, CommandId::Smaller},
+    KeyBinding{KeyCode::Q, kWithControl, CommandId::Exit},
+    KeyBinding{KeyCode::Q, kWithoutControl, CommandId::QuickPlay},
+    KeyBinding{KeyCode::F4, kWithAlt, CommandId::Exit},
+    KeyBinding{KeyCode::I, kAnyShift, CommandId::About},
+    KeyBinding{KeyCode::A, kAnyShift, CommandId::About},
+    KeyBinding{KeyCode::F1, kAnyShift, CommandId::About},
+    KeyBinding{KeyCode::M, kAnyShift, CommandId::Mute},
+    KeyBinding{KeyCode::B, kAnyShift, CommandId::WheelBalance},
+    KeyBinding{KeyCode::K, kAnyShift, CommandId::WheelKey},
+    KeyBinding{KeyCode::T, kAnyShift, CommandId::WheelTrack},
+    KeyBinding{KeyCode::V, kAnyShift, CommandId::WheelVolume},
+    KeyBinding{KeyCode::S, kAnyShift, CommandId::WheelSpeed},
 };
 
 // The keys that act again and again while they are held.

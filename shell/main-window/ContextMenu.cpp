@@ -15,37 +15,37 @@ using Condition = bool ContextMenuState::*;
 
 struct MenuRow {
     Row row;
-    std::int16_t number = 0;
+    CommandId command = {};
     Condition condition = nullptr;
 };
 
 constexpr std::array kRows = {
-    MenuRow{Row::Command, 0},
-    MenuRow{Row::Command, 1, &ContextMenuState::canPlay},
-    MenuRow{Row::Command, 2, &ContextMenuState::canPause},
-    MenuRow{Row::Command, 3, &ContextMenuState::canStop},
+    MenuRow{Row::Command, CommandId::Open},
+    MenuRow{Row::Command, CommandId::Play, &ContextMenuState::canPlay},
+    MenuRow{Row::Command, CommandId::Pause, &ContextMenuState::canPause},
+    MenuRow{Row::Command, CommandId::Stop, &ContextMenuState::canStop},
     MenuRow{Row::Separator},
-    MenuRow{Row::Command, 12},
-    MenuRow{Row::Separator, 0, &ContextMenuState::canSkip},
-    MenuRow{Row::Command, 4, &ContextMenuState::canSkip},
-    MenuRow{Row::Command, 5, &ContextMenuState::canSkip},
-    MenuRow{Row::Command, 24, &ContextMenuState::canSkip},
-    MenuRow{Row::Command, 25, &ContextMenuState::canSkip},
+    MenuRow{Row::Command, CommandId::CopyPicture},
+    MenuRow{Row::Separator, {}, &ContextMenuState::canSkip},
+    MenuRow{Row::Command, CommandId::Forward10Seconds, &ContextMenuState::canSkip},
+    MenuRow{Row::Command, CommandId::Forward60Seconds, &ContextMenuState::canSkip},
+    MenuRow{Row::Command, CommandId::Back10Seconds, &ContextMenuState::canSkip},
+    MenuRow{Row::Command, CommandId::Back60Seconds, &ContextMenuState::canSkip},
     MenuRow{Row::Separator},
-    MenuRow{Row::FullScreenCommand, 10},
-    MenuRow{Row::Command, 41},
-    MenuRow{Row::Command, 42},
+    MenuRow{Row::FullScreenCommand, CommandId::FullScreen},
+    MenuRow{Row::Command, CommandId::Larger},
+    MenuRow{Row::Command, CommandId::Smaller},
     MenuRow{Row::Separator},
     MenuRow{Row::Options},
-    MenuRow{Row::Command, 15},
+    MenuRow{Row::Command, CommandId::About},
     MenuRow{Row::Separator},
-    MenuRow{Row::Command, 44},
-    MenuRow{Row::Command, 16},
+    MenuRow{Row::Command, CommandId::WebSite},
+    MenuRow{Row::Command, CommandId::Exit},
 };
 
 ContextMenuItem ItemOf(const MenuRow& row, bool isMaximised)
 {
-    const QString key = QString::number(row.number);
+    const QString key = QString::number(NumberOf(row.command));
     switch (row.row) {
     case Row::Separator:
         return {QStringLiteral("-"), {}};
@@ -58,7 +58,7 @@ ContextMenuItem ItemOf(const MenuRow& row, bool isMaximised)
     case Row::Command:
         break;
     }
-    return {MenuTextOf(row.number), key};
+    return {MenuTextOf(row.command), key};
 }
 
 } // namespace

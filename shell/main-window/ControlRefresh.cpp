@@ -75,12 +75,12 @@ void ControlRefresh::Refresh(std::int32_t positionMs, bool isPlaying, bool isMax
         if (rule.value)
             ShowValue(*rule.value, ValueIn(now, *rule.value));
         now.wheelType = m_audio.WheelType; // it goes with a slider of the options that moved
-        SetCheckState(rule.toolbarIndex, rule.optionIndex, rule.isDown(now));
+        SetCheckState(rule.toolbarButton, rule.optionIndex, rule.isDown(now));
     }
     RestFocus(now.wheelType);
     for (const ButtonRule& rule : kButtonRules) {
         const std::int16_t visible = rule.isVisible ? rule.isVisible(now) : kLeaveVisible;
-        SetButtonState(rule.index, rule.isEnabled(now), visible);
+        SetButtonState(rule.button, rule.isEnabled(now), visible);
     }
 }
 
@@ -94,12 +94,10 @@ void ControlRefresh::ShowValue(AudioValue value, std::int32_t number)
 
 // The button of the wheel's mode hands the focus on to the picture, so that no control keeps the
 // keys. A wheel type may be any number, and those without a mode have no button.
-void ControlRefresh::RestFocus(std::int16_t wheelType)
+void ControlRefresh::RestFocus(WheelMode wheelType)
 {
-    const auto first = static_cast<std::int16_t>(WheelMode::Balance);
-    const auto last = static_cast<std::int16_t>(WheelMode::Speed);
-    if (wheelType >= first && wheelType <= last)
-        m_toolbar.tBtn(static_cast<std::int16_t>(kWheelButtonBase + wheelType)).setFocus();
+    if (wheelType >= WheelMode::Balance && wheelType <= WheelMode::Speed)
+        m_toolbar.tBtn(WheelCommand(wheelType)).setFocus();
 }
 
 void ControlRefresh::SetControlValue(ctlSlide& slider, std::int32_t value)
@@ -108,21 +106,22 @@ void ControlRefresh::SetControlValue(ctlSlide& slider, std::int32_t value)
         slider.SetValue(value);
 }
 
-void ControlRefresh::SetCheckState(std::int16_t toolbarIndex, std::int16_t optionIndex, bool state)
+void ControlRefresh::SetCheckState(std::optional<CommandId> toolbarButton,
+                                   std::optional<std::size_t> optionIndex, bool state)
 {
     const auto set = [state](ctlPicBtn& button) {
         if (button.Value() != state)
             button.SetValue(state);
     };
-    if (toolbarIndex != kNoButton)
-        set(m_toolbar.tBtn(toolbarIndex));
-    if (optionIndex != kNoButton && m_options)
-        set(m_options->cmd(static_cast<std::size_t>(optionIndex)));
+    if (toolbarButton)
+        set(m_toolbar.tBtn(*toolbarButton));
+    if (optionIndex && m_options)
+        set(m_options->cmd(*optionIndex));
 }
 
-void ControlRefresh::SetButtonState(std::int16_t index, bool enabled, std::int16_t visible)
+void ControlRefresh::SetButtonState(CommandId command, bool enabled, std::int16_t visible)
 {
-    ctlPicBtn& button = m_toolbar.tBtn(index);
+    ctlPicBtn& button = m_toolbar.tBtn(command);
     if (button.Enabled() != enabled)
         button.SetEnabled(enabled);
     // What counts is whether the button itself is hidden: the bar around it may be.

@@ -3,7 +3,9 @@
 
 #include "ControlStates.h"
 
+#include <cstddef>
 #include <cstdint>
+#include <optional>
 
 namespace lantern {
 
@@ -33,16 +35,17 @@ public:
     void Refresh(std::int32_t positionMs, bool isPlaying, bool isMaximised);
 
     static void SetControlValue(ctlSlide& slider, std::int32_t value);
-    // Either index may be kNoButton.
-    void SetCheckState(std::int16_t toolbarIndex, std::int16_t optionIndex, bool state);
+    // Of the button of the toolbar, the one of the options, or both.
+    void SetCheckState(std::optional<CommandId> toolbarButton,
+                       std::optional<std::size_t> optionIndex, bool state);
     static constexpr std::int16_t kLeaveVisible = -99;
     // Visible is a boolean, or kLeaveVisible.
-    void SetButtonState(std::int16_t index, bool enabled, std::int16_t visible = kLeaveVisible);
+    void SetButtonState(CommandId command, bool enabled, std::int16_t visible = kLeaveVisible);
 
 private:
     PlayerState Present(std::int32_t positionMs, bool isPlaying, bool isMaximised) const;
     void ShowValue(AudioValue value, std::int32_t number);
-    void RestFocus(std::int16_t wheelType);
+    void RestFocus(WheelMode wheelType);
 
     Toolbar& m_toolbar;
     AudioEngine& m_engine;

@@ -2,8 +2,10 @@
 #pragma once
 
 #include "AudioDecisions.h"
+#include "CommandId.h"
 
 #include <array>
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 
@@ -19,7 +21,7 @@ struct PlayerState {
     bool isTempoHeld = false; // the speed is not what the user chose, for a moment
     bool isDeviceSaved = false;
     bool areOptionsVisible = false;
-    std::int16_t wheelType = static_cast<std::int16_t>(WheelMode::Volume);
+    WheelMode wheelType = WheelMode::Volume;
     bool hasMedia = false; // a path is known; its track may be closed
     bool isPlaying = false;
     std::int32_t positionMs = 0;
@@ -44,33 +46,38 @@ constexpr std::int32_t ValueIn(const PlayerState& now, AudioValue value)
 
 using StateTest = bool (*)(const PlayerState& now);
 
-inline constexpr std::int16_t kNoButton = -1;
+template <WheelMode mode>
+inline constexpr StateTest kWheelChanges =
+    [](const PlayerState& now) { return now.wheelType == mode; };
 
-// A button of the toolbar and one of the options that are down in the same states. An audio value
+// A button of the toolbar and one of the options, or only one of them, that are down in the same
+// states. An audio value
 // is one whose sliders are written just before.
 struct CheckRule {
     std::optional<AudioValue> value;
-    std::int16_t toolbarIndex;
-    std::int16_t optionIndex;
+    std::optional<CommandId> toolbarButton;
+    std::optional<std::size_t> optionIndex;
     StateTest isDown;
 };
 
 // In the order in which they are written.
 inline constexpr std::array kCheckRules = {
-    CheckRule{AudioValue::Balance, kNoButton, 5,
-              [](const PlayerState& now) { return now.balance != 0; }},
-    CheckRule{AudioValue::KeyPitch, kNoButton, 6,
-              [](const PlayerState& now) { return now.keyPitch != 0; }},
-    CheckRule{AudioValue::Speed, 6, 7, [](const PlayerState& now) { return now.speed != 0; }},
-    CheckRule{AudioValue::Volume, 26, 8, [](const PlayerState& now) { return now.volume == 0; }},
+    CheckRule{AudioValue::Balance, {}, 5, [](const PlayerState& now) { return now.balance != 0; }},
+    CheckRule{
+        AudioValue::KeyPitch, {}, 6, [](const PlayerState& now) { return now.keyPitch != 0; }},
+    CheckRule{AudioValue::Speed, CommandId::QuickPlay, 7,
+              [](const PlayerState& now) { return now.speed != 0; }},
+    CheckRule{AudioValue::Volume, CommandId::Mute, 8,
+              [](const PlayerState& now) { return now.volume == 0; }},
     // The play button, which is no check box, carries this value without showing it.
-    CheckRule{{}, 1, 4, [](const PlayerState& now) { return now.isDeviceSaved; }},
-    CheckRule{{}, 14, kNoButton, [](const PlayerState& now) { return now.areOptionsVisible; }},
-    CheckRule{{}, 31, kNoButton, [](const PlayerState& now) { return now.wheelType == 1; }},
-    CheckRule{{}, 32, kNoButton, [](const PlayerState& now) { return now.wheelType == 2; }},
-    CheckRule{{}, 33, kNoButton, [](const PlayerState& now) { return now.wheelType == 3; }},
-    CheckRule{{}, 34, kNoButton, [](const PlayerState& now) { return now.wheelType == 4; }},
-    CheckRule{{}, 35, kNoButton, [](const PlayerState& now) { return now.wheelType == 5; }},
+    CheckRule{{}, CommandId::Play, 4, [](const PlayerState& now) { return now.isDeviceSaved; }},
+    CheckRule{
+        {}, CommandId::Options, {}, [](const PlayerState& now) { return now.areOptionsVisible; }},
+    CheckRule{{}, CommandId::WheelBalance, {}, kWheelChanges<WheelMode::Balance>},
+    CheckRule{{}, CommandId::WheelKey, {}, kWheelChanges<WheelMode::KeyPitch>},
+    CheckRule{{}, CommandId::WheelTrack, {}, kWheelChanges<WheelMode::TrackPosition>},
+    CheckRule{{}, CommandId::WheelVolume, {}, kWheelChanges<WheelMode::Volume>},
+    CheckRule{{}, CommandId::WheelSpeed, {}, kWheelChanges<WheelMode::Speed>},
 };
 
 // A held tempo says nothing about the speed.
@@ -81,7 +88,7 @@ constexpr bool Applies(const CheckRule& rule, const PlayerState& now)
 
 // When a button of the toolbar is enabled and visible; none leaves its visibility alone.
 struct ButtonRule {
-    std::int16_t index;
+    CommandId button;
     StateTest isEnabled;
     StateTest isVisible;
 };
@@ -94,17 +101,20 @@ inline constexpr StateTest kIsMaximised = [](const PlayerState& now) { return no
 inline constexpr StateTest kIsWindow = [](const PlayerState& now) { return !now.isMaximised; };
 
 inline constexpr std::array kButtonRules = {
-    ButtonRule{1, [](const PlayerState& now) { return now.hasMedia && !now.isPlaying; },
+    ButtonRule{CommandId::Play,
+               [](const PlayerState& now) { return now.hasMedia && !now.isPlaying; },
                kIsNotPlaying},
-    ButtonRule{2, kIsPlaying, kIsPlaying},
-    ButtonRule{3, [](const PlayerState& now) { return now.positionMs > 0 || now.isPlaying; }, {}},
-    ButtonRule{4, kHasClips, {}},
-    ButtonRule{5, kHasClips, {}},
-    ButtonRule{6, kIsPlaying, {}},
-    ButtonRule{10, kAlways, kIsWindow},
-    ButtonRule{20, kAlways, kIsMaximised},
-    ButtonRule{24, kHasClips, {}},
-    ButtonRule{25, kHasClips, {}},
+    ButtonRule{CommandId::Pause, kIsPlaying, kIsPlaying},
+    ButtonRule{CommandId::Stop,
+               [](const PlayerState& now) { return now.positionMs > 0 || now.isPlaying; },
+               {}},
+    ButtonRule{CommandId::Forward10Seconds, kHasClips, {}},
+    ButtonRule{CommandId::Forward60Seconds, kHasClips, {}},
+    ButtonRule{CommandId::QuickPlay, kIsPlaying, {}},
+    ButtonRule{CommandId::FullScreen, kAlways, kIsWindow},
+    ButtonRule{CommandId::RestoreScreen, kAlways, kIsMaximised},
+    ButtonRule{CommandId::Back10Seconds, kHasClips, {}},
+    ButtonRule{CommandId::Back60Seconds, kHasClips, {}},
 };
 
 } // namespace lantern

@@ -83,8 +83,8 @@ void Toolbar::MakeButton(const ToolbarButton& row, QWidget& pic)
     Ambient ambient;
     ambient.backColor = kBlack;
     auto* const button = new ctlPicBtn(&FrameOf(row.parent), ambient);
-    m_tBtn[static_cast<std::size_t>(row.index)] = button;
-    button->setObjectName(QStringLiteral("tBtn(%1)").arg(row.index));
+    m_tBtn.at(static_cast<std::size_t>(NumberOf(row.command))) = button;
+    button->setObjectName(QStringLiteral("tBtn(%1)").arg(NumberOf(row.command)));
     button->DisableRefresh();
     button->SetBackColor(kBlack);
     button->SetForeColor(row.style.foreColor);
@@ -98,17 +98,17 @@ void Toolbar::MakeButton(const ToolbarButton& row, QWidget& pic)
     button->setGeometry(PixelsOf(row.rect));
     button->Refresh();
     button->setFocusProxy(&pic);
-    button->Click = [this, index = row.index] {
+    button->Click = [this, command = row.command] {
         if (Click)
-            Click(index);
+            Click(command);
     };
     button->show();
 }
 
 void Toolbar::LetButtonsTakeFocus()
 {
-    for (const std::int16_t index : kFocusingButtons) {
-        ctlPicBtn& button = tBtn(index);
+    for (const CommandId command : kFocusingButtons) {
+        ctlPicBtn& button = tBtn(command);
         button.MouseUp = [&button](const MouseReport&) { button.setFocus(); };
     }
 }
@@ -118,9 +118,9 @@ void Toolbar::SetupToolbar()
     for (const SharedPlace& place : kSharedPlaces)
         tBtn(place.moved).move(tBtn(place.onto).pos());
     for (const ToolbarButton& row : kToolbarButtons) {
-        const QStringView toolTip = ToolTipOf(row.index);
-        tBtn(row.index).setToolTip(toolTip.toString());
-        tBtn(row.index).setAccessibleName(WithoutKey(toolTip));
+        const QStringView toolTip = ToolTipOf(row.command);
+        tBtn(row.command).setToolTip(toolTip.toString());
+        tBtn(row.command).setAccessibleName(WithoutKey(toolTip));
     }
 }
 
@@ -134,11 +134,12 @@ void Toolbar::Place(const TwipRect& bar)
         PixelsOf({layout.sliderLeft, kSliderRect.top, layout.sliderWidth, kSliderRect.height}));
 }
 
-ctlPicBtn& Toolbar::tBtn(std::int16_t index)
+ctlPicBtn& Toolbar::tBtn(CommandId command)
 {
-    if (index < 0 || index > kHighestIndex || !m_tBtn[static_cast<std::size_t>(index)])
-        std::abort(); // a number that no button has is a bug of ours
-    return *m_tBtn[static_cast<std::size_t>(index)];
+    const std::int16_t number = NumberOf(command);
+    if (number < 0 || number > kHighestIndex || !m_tBtn[static_cast<std::size_t>(number)])
+        std::abort(); // a command that no button has is a bug of ours
+    return *m_tBtn[static_cast<std::size_t>(number)];
 }
 
 ctlFrame& Toolbar::FrameOf(BarFrame frame)

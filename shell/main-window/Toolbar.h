@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "CommandId.h"
 #include "ScreenMetrics.h"
 #include "ToolbarTable.h"
 #include "ctlFrame.h"
@@ -30,9 +31,9 @@ public:
     // Both are borrowed and outlive the toolbar.
     Toolbar(QWidget& window, QWidget& pic, TwipsPerPixel twips);
 
-    std::function<void(std::int16_t index)> Click; // of a button: the number of its command
-    std::function<void()> SliderChange;            // the user moved ctlSlider; it has the position
-    std::function<void()> VolumeChange;            // the user moved ctlVolume
+    std::function<void(CommandId command)> Click; // of the button of that command
+    std::function<void()> SliderChange;           // the user moved ctlSlider; it has the position
+    std::function<void()> VolumeChange;           // the user moved ctlVolume
 
     // Puts the buttons that share a place onto each other, and tells what each button is for.
     void SetupToolbar();
@@ -52,8 +53,8 @@ public:
     ctlSlide& ctlSlider() { return m_ctlSlider; }
     ctlSlide& ctlVolume() { return m_ctlVolume; }
     ctlTicker& PlayTicker() { return m_playTicker; }
-    // The index has to be one of kToolbarButtons.
-    ctlPicBtn& tBtn(std::int16_t index);
+    // The command has to be one of kToolbarButtons.
+    ctlPicBtn& tBtn(CommandId command);
 
 private:
     ctlFrame& FrameOf(BarFrame frame);
@@ -64,7 +65,7 @@ private:
     void LetButtonsTakeFocus();
 
     static constexpr std::int16_t kHighestIndex =
-        std::ranges::max(kToolbarButtons, {}, &ToolbarButton::index).index;
+        NumberOf(std::ranges::max(kToolbarButtons, {}, &ToolbarButton::command).command);
 
     TwipsPerPixel m_twips;
     // From the back to the front: the empty left end of TBar2 lies under the slider and, in a
@@ -75,7 +76,7 @@ private:
     ctlSlide m_ctlSlider;
     ctlSlide m_ctlVolume;
     ctlTicker m_playTicker;
-    std::array<ctlPicBtn*, kHighestIndex + 1> m_tBtn{}; // by index; none for a number in a gap
+    std::array<ctlPicBtn*, kHighestIndex + 1> m_tBtn{}; // by number; none in a gap
 };
 
 } // namespace lantern

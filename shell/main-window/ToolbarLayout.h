@@ -25,7 +25,7 @@ struct BarLayout {
 
 constexpr BarLayout LayoutBar(std::int32_t barWidth, std::int32_t twipsX)
 {
-    const TwipRect lastOfLeftGroup = ToolbarButtonOf(14).rect;
+    const TwipRect lastOfLeftGroup = ToolbarButtonOf(CommandId::Options).rect;
     const std::int32_t bothGroups = lastOfLeftGroup.left + lastOfLeftGroup.width + kTBar2.width;
     return {barWidth - kTBar2.width, barWidth >= bothGroups, 33 * twipsX, barWidth - 167 * twipsX};
 }

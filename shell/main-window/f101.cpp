@@ -56,11 +56,11 @@ void f101::ConnectParts()
             m_display.PaintDisplay();
     };
     m_parts.Pic().PaintPicture = [this] { m_display.PaintDisplay(); };
-    m_parts.Bar().Click = [this](std::int16_t index) { MainPopup(index); };
+    m_parts.Bar().Click = [this](CommandId command) { MainPopup(command); };
     m_parts.Bar().SliderChange = [this] { m_clock.HandleSliderScroll(); };
     m_parts.Bar().VolumeChange = [this] { VolumeMoved(); };
     m_mouse.RightButtonUp = [this] { ShowPopMenu(); };
-    m_mouse.DoubleClick = [this] { MainPopup(10); };
+    m_mouse.DoubleClick = [this] { MainPopup(CommandId::FullScreen); };
     m_popMenu.Click = [this](const QString& key) { MenuClick(key); };
     m_engine->SoundDone = [this] { m_clock.HandleSoundDone(); };
     m_timer1.callOnTimeout(this, [this] { UpdatePlayer(); });
@@ -85,7 +85,7 @@ bool f101::Load()
     setWindowFlag(Qt::FramelessWindowHint);
     setMinimumSize(MinimumPixels(Toolbar::Height() / m_state.TwipsY));
     setMaximumSize(kMaximumPixels);
-    m_audio.WheelType = static_cast<std::int16_t>(WheelMode::Volume);
+    m_audio.WheelType = WheelMode::Volume;
     LoadPlayerSettings(*m_state.Settings, m_track, m_display.ZoomStep, m_audio);
     m_refresh.SetOptions(m_options.get()); // no hand has moved its sliders to these values
     ShowStatus(QString());
@@ -148,9 +148,9 @@ void f101::OpenMedia(const QString& path)
         m_loader.OpenMedia(path);
 }
 
-void f101::MainPopup(std::int16_t index)
+void f101::MainPopup(CommandId command)
 {
-    m_commands.MainPopup(index);
+    m_commands.MainPopup(command);
 }
 
 void f101::DoKeyDown(KeyCode keyCode, ShiftBits shift)
@@ -173,12 +173,12 @@ void f101::VolumeMoved()
     if (m_track.MediaLoading)
         return;
     m_audio.SetVolume(static_cast<float>(m_parts.Bar().ctlVolume().Value()), true);
-    m_audio.WheelType = static_cast<std::int16_t>(WheelMode::Volume);
+    m_audio.WheelType = WheelMode::Volume;
 }
 
-void f101::SetWheelType(std::int16_t number)
+void f101::SetWheelType(WheelMode mode)
 {
-    m_audio.SetWheelType(number);
+    m_audio.SetWheelType(mode);
 }
 
 void f101::UpdatePlayer()

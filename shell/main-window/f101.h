@@ -59,7 +59,7 @@ public:
 
     void TakeFocus() override;
     void OpenMedia(const QString& path) override;
-    void MainPopup(std::int16_t index);
+    void MainPopup(CommandId command);
     void DoKeyDown(KeyCode keyCode, ShiftBits shift) override;
     void DoKeyUp(KeyCode keyCode, ShiftBits shift) override;
     void MouseWheel(std::int32_t keys, std::int32_t delta, std::int32_t x, std::int32_t y) override;
@@ -68,7 +68,7 @@ public:
     void ShowDeviceMenu();
     void ToggleOptions(bool force) override;
     void SetOptionsOnTop(bool onTop) override;
-    void SetWheelType(std::int16_t number);
+    void SetWheelType(WheelMode mode);
     void UpdatePlayer();
 
 protected:

@@ -51,7 +51,7 @@ void f101::ReopenLastTrack()
 
 void f101::WheelMovesPosition()
 {
-    m_audio.WheelType = static_cast<std::int16_t>(WheelMode::TrackPosition);
+    m_audio.WheelType = WheelMode::TrackPosition;
 }
 
 // --- The loader
@@ -168,11 +168,11 @@ void f101::Exit()
 
 ContextMenuState f101::MenuState()
 {
-    const auto can = [this](std::int16_t index) { return m_parts.Bar().tBtn(index).Enabled(); };
-    return {.canPlay = can(1),
-            .canPause = can(2),
-            .canStop = can(3),
-            .canSkip = can(4),
+    const auto can = [this](CommandId command) { return m_parts.Bar().tBtn(command).Enabled(); };
+    return {.canPlay = can(CommandId::Play),
+            .canPause = can(CommandId::Pause),
+            .canStop = can(CommandId::Stop),
+            .canSkip = can(CommandId::Forward10Seconds),
             .isMaximised = IsMaximised()};
 }
 
@@ -200,7 +200,7 @@ void f101::MenuClick(const QString& key)
     if (key == kOptionsKey)
         ToggleOptions(true);
     else
-        MainPopup(static_cast<std::int16_t>(key.toInt()));
+        MainPopup(static_cast<CommandId>(key.toInt()));
 }
 
 frmOptions& f101::Options()

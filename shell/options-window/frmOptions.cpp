@@ -288,7 +288,7 @@ void frmOptions::ChooseDevice(ctlPicBtn& button)
 void frmOptions::SliderMoved(std::size_t slider)
 {
     const OptionsSlider& design = kOptionsSliderTable.at(slider);
-    m_audio.SetWheelType(static_cast<std::int16_t>(design.wheelMode));
+    m_audio.SetWheelType(design.wheelMode);
     design.set(m_audio, m_sliders.at(slider)->Value());
 }
 

@@ -4,6 +4,7 @@
 #include "FakeAudioEngine.h"
 #include "RecordingAudioHost.h"
 
+#include <array>
 #include <cmath>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -118,7 +119,7 @@ TEST_F(AudioControlTest, ToggleVolumeMutesAndRestores)
     EXPECT_EQ(m_audio.CustomVolume, 80);
     m_audio.ToggleVolume(false);
     EXPECT_EQ(m_engine.Volume, 80);
-    EXPECT_EQ(m_audio.WheelType, 4);
+    EXPECT_EQ(m_audio.WheelType, WheelMode::Volume);
 }
 
 TEST_F(AudioControlTest, ToggleVolumeWithoutACustomValueGoesToFull)
@@ -149,7 +150,7 @@ TEST_F(AudioControlTest, ToggleBalanceKeepsTheRoundedValue)
     m_engine.Balance = 2.5F;
     m_audio.ToggleBalance(false);
     EXPECT_EQ(m_audio.CustomBalance, 2);
-    EXPECT_EQ(m_audio.WheelType, 1);
+    EXPECT_EQ(m_audio.WheelType, WheelMode::Balance);
 }
 
 TEST_F(AudioControlTest, ToggleBalanceHasTwoDefaults)
@@ -173,7 +174,7 @@ TEST_F(AudioControlTest, TogglePitchGoesDownByTwoAtFirst)
     m_audio.CustomKeyPitch = 0;
     m_audio.TogglePitch(false);
     EXPECT_EQ(m_engine.Pitch, -2);
-    EXPECT_EQ(m_audio.WheelType, 2);
+    EXPECT_EQ(m_audio.WheelType, WheelMode::KeyPitch);
 }
 
 TEST_F(AudioControlTest, ACustomKeyOutOfRangeIsKeptAndSetWithinIt)
@@ -195,7 +196,7 @@ TEST_F(AudioControlTest, ToggleSpeedGoesUpByTwentyAtFirst)
     EXPECT_EQ(m_audio.CustomSpeed, 12);
     m_audio.ToggleSpeed(true);
     EXPECT_EQ(m_audio.CustomSpeed, 12);
-    EXPECT_EQ(m_audio.WheelType, 5);
+    EXPECT_EQ(m_audio.WheelType, WheelMode::Speed);
 }
 
 TEST_F(AudioControlTest, AToggleShowsItsValueAndTheWheelShowsItAgain)
@@ -258,7 +259,7 @@ TEST_F(AudioControlTest, NothingFollowsAMenuThatOutlivedItsWindow)
 
 TEST_F(AudioControlTest, TheWheelStartsOnTheVolume)
 {
-    EXPECT_EQ(m_audio.WheelType, 4);
+    EXPECT_EQ(m_audio.WheelType, WheelMode::Volume);
 }
 
 TEST_F(AudioControlTest, SetWheelTypeSendsThePresentValueThroughItsSetter)
@@ -268,8 +269,8 @@ TEST_F(AudioControlTest, SetWheelTypeSendsThePresentValueThroughItsSetter)
     m_engine.Volume = 79.9F;
     m_engine.Tempo = 12.5F;
     for (std::int16_t number = 1; number <= 5; ++number) {
-        m_audio.SetWheelType(number);
-        EXPECT_EQ(m_audio.WheelType, number);
+        m_audio.SetWheelType(WheelMode{number});
+        EXPECT_EQ(m_audio.WheelType, WheelMode{number});
     }
     EXPECT_THAT(m_host.Statuses, ElementsAre("Balance: +2", "Key / Pitch: +3", "Track Position",
                                              "Volume: 79%", "Speed: +12.5%"));
@@ -280,9 +281,9 @@ TEST_F(AudioControlTest, SetWheelTypeSendsThePresentValueThroughItsSetter)
 
 TEST_F(AudioControlTest, OtherWheelTypesAreStoredAndDoNothing)
 {
-    for (const int number : {0, 6, -1, 32767}) {
-        m_audio.SetWheelType(static_cast<std::int16_t>(number));
-        EXPECT_EQ(m_audio.WheelType, number);
+    for (const std::int16_t number : std::to_array<std::int16_t>({0, 6, -1, 32767})) {
+        m_audio.SetWheelType(WheelMode{number});
+        EXPECT_EQ(m_audio.WheelType, WheelMode{number});
     }
     EXPECT_THAT(m_host.Statuses, IsEmpty());
     EXPECT_THAT(m_engine.Log, IsEmpty());

@@ -117,15 +117,15 @@ TEST(AudioStatusText, NamesTheValue)
 
 TEST(WheelValue, EachModeHasItsNumber)
 {
-    EXPECT_EQ(WheelValue(1), AudioValue::Balance);
-    EXPECT_EQ(WheelValue(2), AudioValue::KeyPitch);
-    EXPECT_EQ(WheelValue(3), std::nullopt);
-    EXPECT_EQ(WheelValue(4), AudioValue::Volume);
-    EXPECT_EQ(WheelValue(5), AudioValue::Speed);
+    EXPECT_EQ(WheelValue(WheelMode::Balance), AudioValue::Balance);
+    EXPECT_EQ(WheelValue(WheelMode::KeyPitch), AudioValue::KeyPitch);
+    EXPECT_EQ(WheelValue(WheelMode::TrackPosition), std::nullopt);
+    EXPECT_EQ(WheelValue(WheelMode::Volume), AudioValue::Volume);
+    EXPECT_EQ(WheelValue(WheelMode::Speed), AudioValue::Speed);
     for (const int other : {0, -1, 6, 32767, -32768})
-        EXPECT_EQ(WheelValue(static_cast<std::int16_t>(other)), std::nullopt);
+        EXPECT_EQ(WheelValue(static_cast<WheelMode>(other)), std::nullopt);
     for (const Limits& limits : kLimits) {
-        EXPECT_EQ(WheelValue(static_cast<std::int16_t>(WheelModeOf(limits.value))), limits.value);
+        EXPECT_EQ(WheelValue(WheelModeOf(limits.value)), limits.value);
     }
 }
 

@@ -17,9 +17,9 @@ using ::testing::IsEmpty;
 
 class WheelControlTest : public ::testing::Test {
 protected:
-    void Turn(int wheelType, std::int32_t delta)
+    void Turn(WheelMode mode, std::int32_t delta)
     {
-        m_audio.WheelType = static_cast<std::int16_t>(wheelType);
+        m_audio.WheelType = mode;
         m_wheel.MouseWheel(0, delta, 0, 0);
     }
 
@@ -35,10 +35,10 @@ protected:
 TEST_F(WheelControlTest, ANotchMovesTheKeyByOneAndTheOthersByTwo)
 {
     m_engine.Volume = 50;
-    Turn(1, 120);
-    Turn(2, 120);
-    Turn(4, 120);
-    Turn(5, 120);
+    Turn(WheelMode::Balance, 120);
+    Turn(WheelMode::KeyPitch, 120);
+    Turn(WheelMode::Volume, 120);
+    Turn(WheelMode::Speed, 120);
     EXPECT_EQ(m_engine.Balance, 2);
     EXPECT_EQ(m_engine.Pitch, 1);
     EXPECT_EQ(m_engine.Volume, 52);
@@ -51,19 +51,20 @@ TEST_F(WheelControlTest, OnlyTheSignOfTheTurnCounts)
 {
     m_engine.Volume = 50;
     for (const std::int32_t delta : {-1, -120, -1200, std::numeric_limits<std::int32_t>::min()})
-        Turn(4, delta);
+        Turn(WheelMode::Volume, delta);
     EXPECT_EQ(m_engine.Volume, 42);
-    Turn(4, std::numeric_limits<std::int32_t>::max());
+    Turn(WheelMode::Volume, std::numeric_limits<std::int32_t>::max());
     EXPECT_EQ(m_engine.Volume, 44);
-    Turn(4, 0);
+    Turn(WheelMode::Volume, 0);
     EXPECT_EQ(m_engine.Volume, 44);
 }
 
 TEST_F(WheelControlTest, TheValuesStopAtTheirLimits)
 {
     for (int turn = 0; turn < 200; ++turn) {
-        for (const int wheelType : {1, 2, 4, 5})
-            Turn(wheelType, -120);
+        for (const WheelMode mode :
+             {WheelMode::Balance, WheelMode::KeyPitch, WheelMode::Volume, WheelMode::Speed})
+            Turn(mode, -120);
     }
     EXPECT_EQ(m_engine.Balance, -50);
     EXPECT_EQ(m_engine.Pitch, -10);
@@ -74,14 +75,14 @@ TEST_F(WheelControlTest, TheValuesStopAtTheirLimits)
 TEST_F(WheelControlTest, TheTrackModeSkipsByASecond)
 {
     m_track.ClipList.Add({});
-    Turn(3, 120);
-    Turn(3, -120);
+    Turn(WheelMode::TrackPosition, 120);
+    Turn(WheelMode::TrackPosition, -120);
     EXPECT_THAT(m_skips, ElementsAre(1000, -1000));
 }
 
 TEST_F(WheelControlTest, TheTrackModeDoesNothingWithoutATrack)
 {
-    Turn(3, 120);
+    Turn(WheelMode::TrackPosition, 120);
     EXPECT_THAT(m_skips, IsEmpty());
 }
 
@@ -89,8 +90,9 @@ TEST_F(WheelControlTest, NothingMovesWhileATrackIsBeingOpened)
 {
     m_track.ClipList.Add({});
     m_track.MediaLoading = true;
-    for (const int wheelType : {1, 2, 3, 4, 5})
-        Turn(wheelType, -120);
+    for (const WheelMode mode : {WheelMode::Balance, WheelMode::KeyPitch, WheelMode::TrackPosition,
+                                 WheelMode::Volume, WheelMode::Speed})
+        Turn(mode, -120);
     EXPECT_THAT(m_engine.Log, IsEmpty());
     EXPECT_THAT(m_skips, IsEmpty());
 }
@@ -98,8 +100,8 @@ TEST_F(WheelControlTest, NothingMovesWhileATrackIsBeingOpened)
 TEST_F(WheelControlTest, AnUnknownModeDoesNothing)
 {
     m_track.ClipList.Add({});
-    Turn(0, 120);
-    Turn(6, 120);
+    Turn(WheelMode{0}, 120);
+    Turn(WheelMode{6}, 120);
     EXPECT_THAT(m_engine.Log, IsEmpty());
     EXPECT_THAT(m_skips, IsEmpty());
 }

@@ -16,32 +16,32 @@ namespace {
 
 using CommandsTest = WindowFixture;
 
-constexpr KeyCode kNoCommand = static_cast<KeyCode>('X');
+constexpr KeyCode kUnusedKey = static_cast<KeyCode>('X');
 
-TEST(CommandTable, EachNumberStandsOnce)
+TEST(CommandTable, EachCommandStandsOnce)
 {
-    std::set<int> numbers;
+    std::set<CommandId> commands;
     for (const Command& command : kCommandTable)
-        EXPECT_TRUE(numbers.insert(command.number).second) << command.number;
+        EXPECT_TRUE(commands.insert(command.id).second) << NumberOf(command.id);
 }
 
 TEST(CommandTable, AToolTipEndsInTheKeyThatRunsTheCommand)
 {
-    EXPECT_EQ(ToolTipOf(0), u"Open (O)");
-    EXPECT_EQ(ToolTipOf(14), u"Options (ESC)");
-    EXPECT_EQ(ToolTipOf(12), u"Copy Screen to ClipBoard (C)");
-    EXPECT_EQ(ToolTipOf(33), u"Track (T) - Adjust With Wheel");
-    EXPECT_TRUE(ToolTipOf(15).isEmpty());
-    EXPECT_TRUE(ToolTipOf(99).isEmpty());
+    EXPECT_EQ(ToolTipOf(CommandId::Open), u"Open (O)");
+    EXPECT_EQ(ToolTipOf(CommandId::Options), u"Options (ESC)");
+    EXPECT_EQ(ToolTipOf(CommandId::CopyPicture), u"Copy Screen to ClipBoard (C)");
+    EXPECT_EQ(ToolTipOf(CommandId::WheelTrack), u"Track (T) - Adjust With Wheel");
+    EXPECT_TRUE(ToolTipOf(CommandId::About).isEmpty());
+    EXPECT_TRUE(ToolTipOf(CommandId{99}).isEmpty());
 }
 
 TEST(CommandTable, MenuTextsTellTheTitle)
 {
-    EXPECT_EQ(MenuTextOf(4), QStringLiteral("Forward +10 seconds "));
-    EXPECT_EQ(MenuTextOf(15), QStringLiteral("About Lyric Lantern CDG Player "));
-    EXPECT_EQ(MenuTextOf(16), QStringLiteral("Exit Lyric Lantern CDG Player"));
-    EXPECT_TRUE(MenuTextOf(6).isEmpty());
-    EXPECT_TRUE(MenuTextOf(99).isEmpty());
+    EXPECT_EQ(MenuTextOf(CommandId::Forward10Seconds), QStringLiteral("Forward +10 seconds "));
+    EXPECT_EQ(MenuTextOf(CommandId::About), QStringLiteral("About Lyric Lantern CDG Player "));
+    EXPECT_EQ(MenuTextOf(CommandId::Exit), QStringLiteral("Exit Lyric Lantern CDG Player"));
+    EXPECT_TRUE(MenuTextOf(CommandId::QuickPlay).isEmpty());
+    EXPECT_TRUE(MenuTextOf(CommandId{99}).isEmpty());
 }
 
 TEST(KeyMap, EscapeShowsTheOptionsAndThreeKeysTellAboutTheProgram)
@@ -49,17 +49,17 @@ TEST(KeyMap, EscapeShowsTheOptionsAndThreeKeysTellAboutTheProgram)
     const auto commandOf = [](KeyCode key) {
         return std::ranges::find(kKeyMap, key, &KeyBinding::key)->command;
     };
-    EXPECT_EQ(commandOf(KeyCode::Escape), 14);
-    EXPECT_EQ(commandOf(KeyCode::I), 15);
-    EXPECT_EQ(commandOf(KeyCode::A), 15);
-    EXPECT_EQ(commandOf(KeyCode::F1), 15);
+    EXPECT_EQ(commandOf(KeyCode::Escape), CommandId::Options);
+    EXPECT_EQ(commandOf(KeyCode::I), CommandId::About);
+    EXPECT_EQ(commandOf(KeyCode::A), CommandId::About);
+    EXPECT_EQ(commandOf(KeyCode::F1), CommandId::About);
 }
 
 TEST(KeyMap, EachRowRunsSomethingAndNoRowIsShadowed)
 {
     for (std::size_t i = 0; i < kKeyMap.size(); ++i) {
         const KeyBinding& row = kKeyMap[i];
-        EXPECT_TRUE((row.command >= 0) != (row.run != nullptr)) << i;
+        EXPECT_TRUE(row.command.has_value() != (row.run != nullptr)) << i;
         bool isReached = false;
         for (ShiftBits shift = 0; shift < 8; ++shift) {
             bool isTaken = false;
@@ -76,8 +76,8 @@ TEST(KeyMap, EachCommandOfAKeyIsInTheTable)
     for (const KeyBinding& row : kKeyMap) {
         if (row.run)
             continue;
-        const auto isIt = [&](const Command& command) { return command.number == row.command; };
-        EXPECT_TRUE(std::ranges::any_of(kCommandTable, isIt)) << row.command;
+        const auto isIt = [&](const Command& command) { return command.id == row.command; };
+        EXPECT_TRUE(std::ranges::any_of(kCommandTable, isIt)) << NumberOf(*row.command);
     }
 }
 
@@ -169,7 +169,7 @@ TEST_F(CommandsTest, AHeldKeyBlocksOthersUntilAnyKeyIsReleased)
 {
     Load();
     engine.Volume = 50;
-    window.DoKeyDown(kNoCommand, 0);
+    window.DoKeyDown(kUnusedKey, 0);
     window.DoKeyDown(KeyCode::Up, 0);
     EXPECT_EQ(engine.Volume, 50);
     window.DoKeyUp(KeyCode::Shift, 0);
@@ -297,9 +297,9 @@ TEST_F(CommandsTest, TheNumberOfADeviceSelectsIt)
 {
     engine.Devices = {QStringLiteral("Default"), QStringLiteral("Headphones")};
     Load();
-    window.MainPopup(1001);
+    window.MainPopup(CommandId{1001});
     EXPECT_EQ(engine.SelectedDevice, 1);
-    window.MainPopup(1009); // no such device: the default
+    window.MainPopup(CommandId{1009}); // no such device: the default
     EXPECT_EQ(engine.SelectedDevice, 0);
 }
 
@@ -308,7 +308,7 @@ TEST_F(CommandsTest, AnUnknownNumberDoesNothing)
     Load();
     engine.Log.clear();
     for (const std::int16_t number : std::to_array<std::int16_t>({-1, 11, 13, 30, 36, 43, 999}))
-        window.MainPopup(number);
+        window.MainPopup(CommandId{number});
     EXPECT_TRUE(engine.Log.empty());
 }
 

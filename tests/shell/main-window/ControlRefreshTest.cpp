@@ -35,7 +35,7 @@ protected:
     ControlRefreshTest()
     {
         for (const ToolbarButton& row : kToolbarButtons)
-            LogWrites(toolbar.tBtn(row.index), "tBtn " + std::to_string(row.index));
+            LogWrites(toolbar.tBtn(row.command), "tBtn " + std::to_string(NumberOf(row.command)));
         LogWrites(toolbar.ctlVolume(), "ctlVolume");
         for (std::size_t index = 4; index <= 8; ++index)
             LogWrites(options.cmd(index), "cmd " + std::to_string(index));
@@ -89,39 +89,41 @@ protected:
     }
     void ExpectTheControlsToTell()
     {
-        for (std::int16_t mode = 1; mode <= 5; ++mode) {
-            EXPECT_EQ(toolbar.tBtn(static_cast<std::int16_t>(30 + mode)).Value(),
-                      audio.WheelType == mode);
+        for (std::int16_t n = 1; n <= 5; ++n) {
+            const WheelMode mode{n};
+            EXPECT_EQ(toolbar.tBtn(WheelCommand(mode)).Value(), audio.WheelType == mode);
         }
-        EXPECT_EQ(toolbar.tBtn(26).Value(), engine.Volume == 0.0F);
+        EXPECT_EQ(toolbar.tBtn(CommandId::Mute).Value(), engine.Volume == 0.0F);
         EXPECT_EQ(options.cmd(8).Value(), engine.Volume == 0.0F);
         EXPECT_EQ(options.cmd(5).Value(), engine.Balance != 0.0F);
         EXPECT_EQ(options.cmd(6).Value(), engine.Pitch != 0);
         if (!track.TempoHeld) {
-            EXPECT_EQ(toolbar.tBtn(6).Value(), engine.Tempo != 0.0F);
+            EXPECT_EQ(toolbar.tBtn(CommandId::QuickPlay).Value(), engine.Tempo != 0.0F);
             EXPECT_EQ(options.cmd(7).Value(), engine.Tempo != 0.0F);
             EXPECT_EQ(options.ctlSpeed().Value(), std::lround(engine.Tempo));
         }
-        EXPECT_EQ(toolbar.tBtn(1).Value(), audio.AudioSave);
+        EXPECT_EQ(toolbar.tBtn(CommandId::Play).Value(), audio.AudioSave);
         EXPECT_EQ(options.cmd(4).Value(), audio.AudioSave);
-        EXPECT_EQ(toolbar.tBtn(14).Value(), options.isVisible());
+        EXPECT_EQ(toolbar.tBtn(CommandId::Options).Value(), options.isVisible());
         EXPECT_EQ(toolbar.ctlVolume().Value(), std::lround(engine.Volume));
         EXPECT_EQ(options.ctlVolume().Value(), std::lround(engine.Volume));
         EXPECT_EQ(options.ctlBalance().Value(), std::lround(engine.Balance));
         EXPECT_EQ(options.ctlKeyPitch().Value(), engine.Pitch);
 
-        EXPECT_EQ(toolbar.tBtn(1).Enabled(), !track.CurrentMedia.isEmpty() && !isPlaying);
-        EXPECT_EQ(toolbar.tBtn(1).isHidden(), isPlaying);
-        EXPECT_EQ(toolbar.tBtn(2).Enabled(), isPlaying);
-        EXPECT_EQ(toolbar.tBtn(2).isHidden(), !isPlaying);
-        EXPECT_EQ(toolbar.tBtn(3).Enabled(), positionMs > 0 || isPlaying);
-        EXPECT_EQ(toolbar.tBtn(6).Enabled(), isPlaying);
-        for (const std::int16_t index : std::initializer_list<std::int16_t>{4, 5, 24, 25})
-            EXPECT_EQ(toolbar.tBtn(index).Enabled(), track.ClipCount() > 0);
-        EXPECT_EQ(toolbar.tBtn(10).isHidden(), isMaximised);
-        EXPECT_EQ(toolbar.tBtn(20).isHidden(), !isMaximised);
-        EXPECT_TRUE(toolbar.tBtn(10).Enabled());
-        EXPECT_TRUE(toolbar.tBtn(20).Enabled());
+        EXPECT_EQ(toolbar.tBtn(CommandId::Play).Enabled(),
+                  !track.CurrentMedia.isEmpty() && !isPlaying);
+        EXPECT_EQ(toolbar.tBtn(CommandId::Play).isHidden(), isPlaying);
+        EXPECT_EQ(toolbar.tBtn(CommandId::Pause).Enabled(), isPlaying);
+        EXPECT_EQ(toolbar.tBtn(CommandId::Pause).isHidden(), !isPlaying);
+        EXPECT_EQ(toolbar.tBtn(CommandId::Stop).Enabled(), positionMs > 0 || isPlaying);
+        EXPECT_EQ(toolbar.tBtn(CommandId::QuickPlay).Enabled(), isPlaying);
+        for (const CommandId command : {CommandId::Forward10Seconds, CommandId::Forward60Seconds,
+                                        CommandId::Back10Seconds, CommandId::Back60Seconds})
+            EXPECT_EQ(toolbar.tBtn(command).Enabled(), track.ClipCount() > 0);
+        EXPECT_EQ(toolbar.tBtn(CommandId::FullScreen).isHidden(), isMaximised);
+        EXPECT_EQ(toolbar.tBtn(CommandId::RestoreScreen).isHidden(), !isMaximised);
+        EXPECT_TRUE(toolbar.tBtn(CommandId::FullScreen).Enabled());
+        EXPECT_TRUE(toolbar.tBtn(CommandId::RestoreScreen).Enabled());
     }
 
     FakeAudioEngine engine;
@@ -160,7 +162,7 @@ TEST_F(ControlRefreshTest, WhatIsShownAlreadyIsNotTouched)
         EXPECT_TRUE(Writes().empty());
     QCoreApplication::processEvents();
     EXPECT_EQ(paints.painted, 0);
-    toolbar.tBtn(3).update();
+    toolbar.tBtn(CommandId::Stop).update();
     QTest::qWait(50);
     EXPECT_GT(paints.painted, 0); // the count does count
 }
@@ -172,12 +174,12 @@ TEST_F(ControlRefreshTest, OnlyWhatDiffersIsWritten)
     isPlaying = false;
     EXPECT_EQ(Writes(),
               (std::vector<std::string>{"tBtn 1 Enabled", "tBtn 2 Enabled", "tBtn 6 Enabled"}));
-    audio.WheelType = 3;
+    audio.WheelType = WheelMode::TrackPosition;
     EXPECT_EQ(Writes(), (std::vector<std::string>{"tBtn 33 Value", "tBtn 34 Value"}));
     isMaximised = true;
     EXPECT_TRUE(Writes().empty()); // only the visibility of two buttons
-    EXPECT_TRUE(toolbar.tBtn(10).isHidden());
-    EXPECT_FALSE(toolbar.tBtn(20).isHidden());
+    EXPECT_TRUE(toolbar.tBtn(CommandId::FullScreen).isHidden());
+    EXPECT_FALSE(toolbar.tBtn(CommandId::RestoreScreen).isHidden());
 }
 
 TEST_F(ControlRefreshTest, TheWritesKeepTheirOrder)
@@ -212,11 +214,11 @@ TEST_F(ControlRefreshTest, AHeldTempoLeavesTheSpeedAsItWasShown)
     engine.Tempo = 0;
     EXPECT_TRUE(Writes().empty());
     EXPECT_EQ(options.ctlSpeed().Value(), 20);
-    EXPECT_TRUE(toolbar.tBtn(6).Value());
+    EXPECT_TRUE(toolbar.tBtn(CommandId::QuickPlay).Value());
     track.TempoHeld = false;
     Refresh();
     EXPECT_EQ(options.ctlSpeed().Value(), 0);
-    EXPECT_FALSE(toolbar.tBtn(6).Value());
+    EXPECT_FALSE(toolbar.tBtn(CommandId::QuickPlay).Value());
 }
 
 TEST_F(ControlRefreshTest, ValuesBetweenWholeNumbersAreRoundedToTheEvenOne)
@@ -259,9 +261,9 @@ TEST_F(ControlRefreshTest, WithoutOptionsTheToolbarIsRefreshedAllTheSame)
     engine.Balance = 5;
     PlayTrack();
     Refresh();
-    EXPECT_TRUE(toolbar.tBtn(26).Value());
-    EXPECT_FALSE(toolbar.tBtn(14).Value());
-    EXPECT_TRUE(toolbar.tBtn(2).Enabled());
+    EXPECT_TRUE(toolbar.tBtn(CommandId::Mute).Value());
+    EXPECT_FALSE(toolbar.tBtn(CommandId::Options).Value());
+    EXPECT_TRUE(toolbar.tBtn(CommandId::Pause).Enabled());
     EXPECT_FALSE(options.cmd(8).Value());
 }
 
@@ -273,14 +275,14 @@ TEST_F(ControlRefreshTest, NewOptionsTakeTheValuesWithoutChangingTheWheel)
     engine.Tempo = 40;
     engine.Volume = 70;
     Refresh();
-    audio.WheelType = 3;
+    audio.WheelType = WheelMode::TrackPosition;
     refresh.SetOptions(&options);
     EXPECT_EQ(options.ctlBalance().Value(), 5);
     EXPECT_EQ(options.ctlKeyPitch().Value(), -3);
     EXPECT_EQ(options.ctlSpeed().Value(), 40);
     EXPECT_EQ(options.ctlVolume().Value(), 70);
     Refresh();
-    EXPECT_EQ(audio.WheelType, 3);
+    EXPECT_EQ(audio.WheelType, WheelMode::TrackPosition);
     EXPECT_TRUE(audioHost.Statuses.empty());
 }
 
@@ -288,7 +290,7 @@ TEST_F(ControlRefreshTest, EachTickBringsTheFocusBackToThePicture)
 {
     Show();
     for (std::int16_t mode = 1; mode <= 5; ++mode) {
-        audio.WheelType = mode;
+        audio.WheelType = WheelMode{mode};
         window.setFocus();
         ASSERT_FALSE(pic.hasFocus());
         Refresh();
@@ -323,11 +325,11 @@ TEST_F(ControlRefreshTest, AWheelTypeWithoutButtonChecksNone)
 {
     Show();
     for (const std::int16_t type : std::initializer_list<std::int16_t>{0, 6, -31, 11, 32767}) {
-        audio.WheelType = type;
+        audio.WheelType = WheelMode{type};
         Refresh();
-        for (std::int16_t index = 31; index <= 35; ++index)
-            EXPECT_FALSE(toolbar.tBtn(index).Value());
-        EXPECT_FALSE(toolbar.tBtn(16).Value());
+        for (std::int16_t mode = 1; mode <= 5; ++mode)
+            EXPECT_FALSE(toolbar.tBtn(WheelCommand(WheelMode{mode})).Value());
+        EXPECT_FALSE(toolbar.tBtn(CommandId::Exit).Value());
     }
 }
 
@@ -338,51 +340,51 @@ TEST_F(ControlRefreshTest, VisibilityIsTheButtonsOwnAndNotThatOfTheBar)
     Refresh();
     toolbar.SetVisible(false);
     Refresh();
-    EXPECT_FALSE(toolbar.tBtn(2).isHidden());
+    EXPECT_FALSE(toolbar.tBtn(CommandId::Pause).isHidden());
     isPlaying = false;
     Refresh();
     toolbar.SetVisible(true);
-    EXPECT_TRUE(toolbar.tBtn(1).isVisible());
-    EXPECT_FALSE(toolbar.tBtn(2).isVisible());
+    EXPECT_TRUE(toolbar.tBtn(CommandId::Play).isVisible());
+    EXPECT_FALSE(toolbar.tBtn(CommandId::Pause).isVisible());
 }
 
 TEST_F(ControlRefreshTest, BeforeTheWindowIsShownTheStateIsTakenAllTheSame)
 {
     Refresh();
     Show();
-    EXPECT_TRUE(toolbar.tBtn(1).isVisible());
-    EXPECT_FALSE(toolbar.tBtn(2).isVisible());
-    EXPECT_TRUE(toolbar.tBtn(10).isVisible());
-    EXPECT_FALSE(toolbar.tBtn(20).isVisible());
-    EXPECT_FALSE(toolbar.tBtn(3).Enabled());
+    EXPECT_TRUE(toolbar.tBtn(CommandId::Play).isVisible());
+    EXPECT_FALSE(toolbar.tBtn(CommandId::Pause).isVisible());
+    EXPECT_TRUE(toolbar.tBtn(CommandId::FullScreen).isVisible());
+    EXPECT_FALSE(toolbar.tBtn(CommandId::RestoreScreen).isVisible());
+    EXPECT_FALSE(toolbar.tBtn(CommandId::Stop).Enabled());
 }
 
 TEST_F(ControlRefreshTest, AButtonsStateAloneLeavesItsVisibility)
 {
     Show();
-    refresh.SetButtonState(2, false);
-    EXPECT_TRUE(toolbar.tBtn(2).isVisible());
-    EXPECT_FALSE(toolbar.tBtn(2).Enabled());
-    refresh.SetButtonState(2, true, ControlRefresh::kLeaveVisible);
-    EXPECT_TRUE(toolbar.tBtn(2).isVisible());
-    EXPECT_TRUE(toolbar.tBtn(2).Enabled());
-    refresh.SetButtonState(2, true, 0);
-    EXPECT_FALSE(toolbar.tBtn(2).isVisible());
-    refresh.SetButtonState(2, true, -1); // true, as a 16-bit boolean
-    EXPECT_TRUE(toolbar.tBtn(2).isVisible());
+    refresh.SetButtonState(CommandId::Pause, false);
+    EXPECT_TRUE(toolbar.tBtn(CommandId::Pause).isVisible());
+    EXPECT_FALSE(toolbar.tBtn(CommandId::Pause).Enabled());
+    refresh.SetButtonState(CommandId::Pause, true, ControlRefresh::kLeaveVisible);
+    EXPECT_TRUE(toolbar.tBtn(CommandId::Pause).isVisible());
+    EXPECT_TRUE(toolbar.tBtn(CommandId::Pause).Enabled());
+    refresh.SetButtonState(CommandId::Pause, true, 0);
+    EXPECT_FALSE(toolbar.tBtn(CommandId::Pause).isVisible());
+    refresh.SetButtonState(CommandId::Pause, true, -1); // true, as a 16-bit boolean
+    EXPECT_TRUE(toolbar.tBtn(CommandId::Pause).isVisible());
 }
 
 TEST_F(ControlRefreshTest, ACheckStateGoesToEitherButtonOrBoth)
 {
-    refresh.SetCheckState(26, kNoButton, true);
-    EXPECT_TRUE(toolbar.tBtn(26).Value());
+    refresh.SetCheckState(CommandId::Mute, {}, true);
+    EXPECT_TRUE(toolbar.tBtn(CommandId::Mute).Value());
     EXPECT_FALSE(options.cmd(8).Value());
-    refresh.SetCheckState(kNoButton, 8, true);
+    refresh.SetCheckState({}, 8, true);
     EXPECT_TRUE(options.cmd(8).Value());
-    refresh.SetCheckState(26, 8, false);
-    EXPECT_FALSE(toolbar.tBtn(26).Value());
+    refresh.SetCheckState(CommandId::Mute, 8, false);
+    EXPECT_FALSE(toolbar.tBtn(CommandId::Mute).Value());
     EXPECT_FALSE(options.cmd(8).Value());
-    refresh.SetCheckState(kNoButton, kNoButton, true);
+    refresh.SetCheckState({}, {}, true);
 }
 
 TEST_F(ControlRefreshTest, AControlValueIsSetOnlyIfItDiffers)

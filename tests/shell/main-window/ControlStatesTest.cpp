@@ -12,16 +12,20 @@
 namespace lantern {
 namespace {
 
-// Numbers of buttons.
+// Buttons by the numbers of their commands, or by their indices on the options.
 class Buttons {
 public:
-    void Insert(std::int16_t number) { m_bits.set(static_cast<std::size_t>(number)); }
-    void Insert(std::initializer_list<std::int16_t> numbers)
+    void Insert(std::size_t number) { m_bits.set(number); }
+    void Insert(CommandId command) { Insert(static_cast<std::size_t>(NumberOf(command))); }
+    void Insert(std::initializer_list<CommandId> commands)
     {
-        for (const std::int16_t number : numbers)
-            Insert(number);
+        for (const CommandId command : commands)
+            Insert(command);
     }
-    bool Has(std::int16_t number) const { return m_bits.test(static_cast<std::size_t>(number)); }
+    bool Has(CommandId command) const
+    {
+        return m_bits.test(static_cast<std::size_t>(NumberOf(command)));
+    }
     bool operator==(const Buttons&) const = default;
 
 private:
@@ -40,40 +44,56 @@ Expected ExpectedFor(const PlayerState& now)
 {
     Expected expected;
     if (now.balance != 0)
-        expected.optionDown.Insert(5);
+        expected.optionDown.Insert(std::size_t{5});
     if (now.keyPitch != 0)
-        expected.optionDown.Insert(6);
+        expected.optionDown.Insert(std::size_t{6});
     if (now.speed != 0 && !now.isTempoHeld) {
-        expected.down.Insert(6);
-        expected.optionDown.Insert(7);
+        expected.down.Insert(CommandId::QuickPlay);
+        expected.optionDown.Insert(std::size_t{7});
     }
     if (now.volume == 0) {
-        expected.down.Insert(26);
-        expected.optionDown.Insert(8);
+        expected.down.Insert(CommandId::Mute);
+        expected.optionDown.Insert(std::size_t{8});
     }
     if (now.isDeviceSaved) {
-        expected.down.Insert(1);
-        expected.optionDown.Insert(4);
+        expected.down.Insert(CommandId::Play);
+        expected.optionDown.Insert(std::size_t{4});
     }
     if (now.areOptionsVisible)
-        expected.down.Insert(14);
-    if (now.wheelType >= 1 && now.wheelType <= 5)
-        expected.down.Insert(static_cast<std::int16_t>(30 + now.wheelType));
+        expected.down.Insert(CommandId::Options);
+    switch (now.wheelType) {
+    case WheelMode::Balance:
+        expected.down.Insert(CommandId::WheelBalance);
+        break;
+    case WheelMode::KeyPitch:
+        expected.down.Insert(CommandId::WheelKey);
+        break;
+    case WheelMode::TrackPosition:
+        expected.down.Insert(CommandId::WheelTrack);
+        break;
+    case WheelMode::Volume:
+        expected.down.Insert(CommandId::WheelVolume);
+        break;
+    case WheelMode::Speed:
+        expected.down.Insert(CommandId::WheelSpeed);
+        break;
+    }
 
     if (now.isPlaying) {
-        expected.hidden.Insert(1);
-        expected.disabled.Insert(1);
+        expected.hidden.Insert(CommandId::Play);
+        expected.disabled.Insert(CommandId::Play);
     } else {
-        expected.hidden.Insert(2);
-        expected.disabled.Insert({2, 6});
+        expected.hidden.Insert(CommandId::Pause);
+        expected.disabled.Insert({CommandId::Pause, CommandId::QuickPlay});
         if (!now.hasMedia)
-            expected.disabled.Insert(1);
+            expected.disabled.Insert(CommandId::Play);
         if (now.positionMs <= 0)
-            expected.disabled.Insert(3);
+            expected.disabled.Insert(CommandId::Stop);
     }
     if (now.clipCount == 0)
-        expected.disabled.Insert({4, 5, 24, 25});
-    expected.hidden.Insert(now.isMaximised ? 10 : 20);
+        expected.disabled.Insert({CommandId::Forward10Seconds, CommandId::Forward60Seconds,
+                                  CommandId::Back10Seconds, CommandId::Back60Seconds});
+    expected.hidden.Insert(now.isMaximised ? CommandId::FullScreen : CommandId::RestoreScreen);
     return expected;
 }
 
@@ -83,16 +103,16 @@ Expected ByTheRules(const PlayerState& now)
     for (const CheckRule& rule : kCheckRules) {
         if (!Applies(rule, now) || !rule.isDown(now))
             continue;
-        if (rule.toolbarIndex != kNoButton)
-            result.down.Insert(rule.toolbarIndex);
-        if (rule.optionIndex != kNoButton)
-            result.optionDown.Insert(rule.optionIndex);
+        if (rule.toolbarButton)
+            result.down.Insert(*rule.toolbarButton);
+        if (rule.optionIndex)
+            result.optionDown.Insert(*rule.optionIndex);
     }
     for (const ButtonRule& rule : kButtonRules) {
         if (!rule.isEnabled(now))
-            result.disabled.Insert(rule.index);
+            result.disabled.Insert(rule.button);
         if (rule.isVisible && !rule.isVisible(now))
-            result.hidden.Insert(rule.index);
+            result.hidden.Insert(rule.button);
     }
     return result;
 }
@@ -133,7 +153,7 @@ void ForEachState(const Visit& visit)
     vary(&PlayerState::isMaximised, kBooleans);
     for (PlayerState& state : states) {
         for (std::int16_t wheelType = -1; wheelType <= 6; ++wheelType) {
-            state.wheelType = wheelType;
+            state.wheelType = WheelMode{wheelType};
             visit(state);
         }
     }
@@ -158,8 +178,9 @@ TEST(ControlStates, ExactlyOneOfEachPairIsVisible)
 {
     ForEachState([](const PlayerState& now) {
         const Expected actual = ByTheRules(now);
-        ASSERT_NE(actual.hidden.Has(1), actual.hidden.Has(2));
-        ASSERT_NE(actual.hidden.Has(10), actual.hidden.Has(20));
+        ASSERT_NE(actual.hidden.Has(CommandId::Play), actual.hidden.Has(CommandId::Pause));
+        ASSERT_NE(actual.hidden.Has(CommandId::FullScreen),
+                  actual.hidden.Has(CommandId::RestoreScreen));
     });
 }
 
@@ -177,14 +198,28 @@ TEST(ControlStates, AHeldTempoLeavesTheSpeedsButtonsAlone)
 
 TEST(ControlStates, TheRulesKeepTheOrderOfTheirWrites)
 {
-    std::vector<std::int16_t> checks;
+    std::vector<std::optional<CommandId>> checks;
     for (const CheckRule& rule : kCheckRules)
-        checks.push_back(rule.toolbarIndex != kNoButton ? rule.toolbarIndex : rule.optionIndex);
-    EXPECT_EQ(checks, (std::vector<std::int16_t>{5, 6, 6, 26, 1, 14, 31, 32, 33, 34, 35}));
-    std::vector<std::int16_t> buttons;
+        checks.push_back(rule.toolbarButton);
+    EXPECT_EQ(checks,
+              (std::vector<std::optional<CommandId>>{
+                  std::nullopt, std::nullopt, CommandId::QuickPlay, CommandId::Mute,
+                  CommandId::Play, CommandId::Options, CommandId::WheelBalance, CommandId::WheelKey,
+                  CommandId::WheelTrack, CommandId::WheelVolume, CommandId::WheelSpeed}));
+    std::vector<std::size_t> options;
+    for (const CheckRule& rule : kCheckRules) {
+        if (rule.optionIndex)
+            options.push_back(*rule.optionIndex);
+    }
+    EXPECT_EQ(options, (std::vector<std::size_t>{5, 6, 7, 8, 4}));
+    std::vector<CommandId> buttons;
     for (const ButtonRule& rule : kButtonRules)
-        buttons.push_back(rule.index);
-    EXPECT_EQ(buttons, (std::vector<std::int16_t>{1, 2, 3, 4, 5, 6, 10, 20, 24, 25}));
+        buttons.push_back(rule.button);
+    EXPECT_EQ(buttons,
+              (std::vector<CommandId>{
+                  CommandId::Play, CommandId::Pause, CommandId::Stop, CommandId::Forward10Seconds,
+                  CommandId::Forward60Seconds, CommandId::QuickPlay, CommandId::FullScreen,
+                  CommandId::RestoreScreen, CommandId::Back10Seconds, CommandId::Back60Seconds}));
 }
 
 TEST(ControlStates, EachValueIsItsOwn)

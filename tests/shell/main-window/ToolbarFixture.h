@@ -28,7 +28,7 @@ protected:
         pic.setFocusPolicy(Qt::StrongFocus);
         pic.setGeometry(0, 0, kWide, 40);
         toolbar.SetupToolbar();
-        toolbar.Click = [this](std::int16_t index) { clicks.push_back(index); };
+        toolbar.Click = [this](CommandId command) { clicks.push_back(command); };
         toolbar.SliderChange = [this] { log.emplace_back("slider"); };
         toolbar.VolumeChange = [this] { log.emplace_back("volume"); };
         SetWidth(kWide);
@@ -51,15 +51,15 @@ protected:
 
     QPoint CentreOf(QWidget& widget) { return widget.mapTo(&window, widget.rect().center()); }
     // A place of the button that none in front of it covers.
-    QPoint FreePlaceOf(std::int16_t index)
+    QPoint FreePlaceOf(CommandId command)
     {
-        ctlPicBtn& button = toolbar.tBtn(index);
+        ctlPicBtn& button = toolbar.tBtn(command);
         for (const QPoint at : {button.rect().center(), QPoint(2, button.height() / 2)}) {
             const QPoint inWindow = button.mapTo(&window, at);
             if (window.childAt(inWindow) == &button)
                 return inWindow;
         }
-        ADD_FAILURE() << index << " is covered";
+        ADD_FAILURE() << NumberOf(command) << " is covered";
         return {};
     }
     void MoveTo(QPoint inWindow)
@@ -84,7 +84,7 @@ protected:
     QWidget window;
     QWidget pic{&window};
     Toolbar toolbar{window, pic, {}};
-    std::vector<std::int16_t> clicks;
+    std::vector<CommandId> clicks;
     std::vector<std::string> log;
 };
 

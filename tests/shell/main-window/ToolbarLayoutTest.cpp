@@ -10,8 +10,6 @@
 namespace lantern {
 namespace {
 
-using Numbers = std::initializer_list<std::int16_t>;
-
 TwipRect RectOf(BarFrame frame)
 {
     switch (frame) {
@@ -27,7 +25,7 @@ TwipRect RectOf(BarFrame frame)
 TwipRect PlaceOf(const ToolbarButton& button)
 {
     for (const SharedPlace& place : kSharedPlaces) {
-        if (place.moved == button.index)
+        if (place.moved == button.command)
             return ToolbarButtonOf(place.onto).rect;
     }
     return button.rect;
@@ -39,15 +37,15 @@ bool Overlap(const TwipRect& a, const TwipRect& b)
            b.top < a.top + a.height;
 }
 
-TEST(ToolbarTable, EveryNumberStandsForOneButton)
+TEST(ToolbarTable, EveryCommandStandsForOneButton)
 {
-    std::set<std::int16_t> numbers;
+    std::set<CommandId> commands;
     std::set<ButtonFace> faces;
     for (const ToolbarButton& button : kToolbarButtons) {
-        EXPECT_TRUE(numbers.insert(button.index).second) << button.index;
-        EXPECT_TRUE(faces.insert(button.face).second) << button.index;
+        EXPECT_TRUE(commands.insert(button.command).second) << NumberOf(button.command);
+        EXPECT_TRUE(faces.insert(button.face).second) << NumberOf(button.command);
     }
-    EXPECT_EQ(numbers.size(), 27U);
+    EXPECT_EQ(commands.size(), 27U);
 }
 
 TEST(ToolbarTable, EveryPictureFillsItsButton)
@@ -56,8 +54,8 @@ TEST(ToolbarTable, EveryPictureFillsItsButton)
         const auto* const drawing =
             std::ranges::find(kButtonDrawings, button.face, &ButtonDrawing::face);
         ASSERT_NE(drawing, kButtonDrawings.end());
-        EXPECT_EQ(button.rect.width, drawing->width * 15) << button.index;
-        EXPECT_EQ(button.rect.height, drawing->height * 15) << button.index;
+        EXPECT_EQ(button.rect.width, drawing->width * 15) << NumberOf(button.command);
+        EXPECT_EQ(button.rect.height, drawing->height * 15) << NumberOf(button.command);
     }
 }
 
@@ -66,50 +64,61 @@ TEST(ToolbarTable, EveryButtonLiesWithinItsParent)
     for (const ToolbarButton& button : kToolbarButtons) {
         const TwipRect parent = RectOf(button.parent);
         const TwipRect place = PlaceOf(button);
-        EXPECT_GE(place.left, 0) << button.index;
-        EXPECT_GE(place.top, 0) << button.index;
-        EXPECT_LE(place.left + place.width, parent.width) << button.index;
-        EXPECT_LE(place.top + place.height, parent.height) << button.index;
+        EXPECT_GE(place.left, 0) << NumberOf(button.command);
+        EXPECT_GE(place.top, 0) << NumberOf(button.command);
+        EXPECT_LE(place.left + place.width, parent.width) << NumberOf(button.command);
+        EXPECT_LE(place.top + place.height, parent.height) << NumberOf(button.command);
     }
 }
 
 TEST(ToolbarTable, OnlyThosePairsOfButtonsOverlapThatAreMeantTo)
 {
-    std::set<std::pair<std::int16_t, std::int16_t>> overlapping;
+    std::set<std::pair<CommandId, CommandId>> overlapping;
     for (const ToolbarButton& a : kToolbarButtons) {
         for (const ToolbarButton& b : kToolbarButtons) {
             if (&a < &b && a.parent == b.parent && Overlap(PlaceOf(a), PlaceOf(b)))
-                overlapping.insert({a.index, b.index});
+                overlapping.insert({a.command, b.command});
         }
     }
     // Play and pause, full screen and restore; back and forward; each wheel button and the next.
-    const std::set<std::pair<std::int16_t, std::int16_t>> meant = {
-        {1, 2}, {10, 20}, {24, 4}, {25, 5}, {31, 32}, {32, 35}, {35, 34}, {34, 33}};
+    const std::set<std::pair<CommandId, CommandId>> meant = {
+        {CommandId::Play, CommandId::Pause},
+        {CommandId::FullScreen, CommandId::RestoreScreen},
+        {CommandId::Back10Seconds, CommandId::Forward10Seconds},
+        {CommandId::Back60Seconds, CommandId::Forward60Seconds},
+        {CommandId::WheelBalance, CommandId::WheelKey},
+        {CommandId::WheelKey, CommandId::WheelSpeed},
+        {CommandId::WheelSpeed, CommandId::WheelVolume},
+        {CommandId::WheelVolume, CommandId::WheelTrack}};
     EXPECT_EQ(overlapping, meant);
 }
 
 TEST(ToolbarTable, OnlyTheWheelButtonsHaveARedHover)
 {
     for (const ToolbarButton& button : kToolbarButtons) {
-        const bool isWheel = button.index >= 31 && button.index <= 35;
-        EXPECT_EQ(button.style.overColor == 255, isWheel) << button.index;
+        const bool isWheel =
+            button.command >= CommandId::WheelBalance && button.command <= CommandId::WheelSpeed;
+        EXPECT_EQ(button.style.overColor == 255, isWheel) << NumberOf(button.command);
     }
 }
 
 TEST(ToolbarTable, TheButtonsOfTwoStatesAreTheCheckBoxes)
 {
-    std::set<std::int16_t> checkBoxes;
+    std::set<CommandId> checkBoxes;
     for (const ToolbarButton& button : kToolbarButtons) {
         if (button.style.isCheckBox)
-            checkBoxes.insert(button.index);
+            checkBoxes.insert(button.command);
     }
-    EXPECT_EQ(checkBoxes, (std::set<std::int16_t>{6, 14, 26, 31, 32, 33, 34, 35}));
+    EXPECT_EQ(checkBoxes, (std::set<CommandId>{CommandId::QuickPlay, CommandId::Options,
+                                               CommandId::Mute, CommandId::WheelBalance,
+                                               CommandId::WheelKey, CommandId::WheelTrack,
+                                               CommandId::WheelVolume, CommandId::WheelSpeed}));
 }
 
 TEST(ToolbarTable, ANumberWithoutButtonEndsTheProgram)
 {
-    for (const std::int16_t number : Numbers{-1, 11, 15, 43, 44})
-        EXPECT_DEATH(static_cast<void>(ToolbarButtonOf(number)), "") << number;
+    for (const std::int16_t number : std::initializer_list<std::int16_t>{-1, 11, 15, 43, 44})
+        EXPECT_DEATH(static_cast<void>(ToolbarButtonOf(CommandId{number})), "") << number;
 }
 
 TEST(ToolbarLayout, TheBarLiesAlongTheBottomWithinTheMargin)
@@ -153,7 +162,8 @@ TEST(ToolbarLayout, NothingOfTheRightGroupEverCoversTheLeftGroup)
                 place.left += layout.rightGroupLeft;
                 place.top += kTBar2.top;
                 ASSERT_FALSE(isSeen && Overlap(PlaceOf(left), place))
-                    << left.index << " and " << right.index << " at " << width;
+                    << NumberOf(left.command) << " and " << NumberOf(right.command) << " at "
+                    << width;
             }
         }
     }
@@ -164,8 +174,8 @@ TEST(ToolbarLayout, TheSliderRunsFromTheWheelButtonsToTheMuteButton)
     constexpr std::int32_t kNarrowest = (338 - 2 * 10) * 15;
     for (std::int32_t width = kNarrowest; width < 30000; width += 15) {
         const BarLayout layout = LayoutBar(width, 15);
-        const TwipRect wheel = ToolbarButtonOf(31).rect;
-        const TwipRect mute = ToolbarButtonOf(26).rect;
+        const TwipRect wheel = ToolbarButtonOf(CommandId::WheelBalance).rect;
+        const TwipRect mute = ToolbarButtonOf(CommandId::Mute).rect;
         ASSERT_GT(layout.sliderLeft, wheel.left + wheel.width);
         ASSERT_GT(layout.sliderWidth, 0);
         ASSERT_LT(layout.sliderLeft + layout.sliderWidth, layout.rightGroupLeft + mute.left);

@@ -16,11 +16,11 @@ protected:
         toolbar.ctlSlider().SetValues(0, 240000, seconds * 1000);
         toolbar.ctlVolume().SetValue(80);
         toolbar.PlayTicker().SetTicker(std::int32_t{seconds}, isPlaying);
-        toolbar.tBtn(1).setVisible(!isPlaying);
-        toolbar.tBtn(2).setVisible(isPlaying);
-        toolbar.tBtn(6).SetEnabled(isPlaying);
-        toolbar.tBtn(20).setVisible(false);
-        toolbar.tBtn(34).SetValue(true);
+        toolbar.tBtn(CommandId::Play).setVisible(!isPlaying);
+        toolbar.tBtn(CommandId::Pause).setVisible(isPlaying);
+        toolbar.tBtn(CommandId::QuickPlay).SetEnabled(isPlaying);
+        toolbar.tBtn(CommandId::RestoreScreen).setVisible(false);
+        toolbar.tBtn(CommandId::WheelVolume).SetValue(true);
     }
     void ShowStopped()
     {
@@ -28,8 +28,9 @@ protected:
         toolbar.ctlSlider().SetValues(0, 0, 0);
         for (const ToolbarButton& row : kToolbarButtons) {
             const bool needsTrack =
-                (row.index >= 1 && row.index <= 6) || row.index == 24 || row.index == 25;
-            toolbar.tBtn(row.index).SetEnabled(!needsTrack);
+                (row.command >= CommandId::Play && row.command <= CommandId::QuickPlay) ||
+                row.command == CommandId::Back10Seconds || row.command == CommandId::Back60Seconds;
+            toolbar.tBtn(row.command).SetEnabled(!needsTrack);
         }
     }
 
@@ -78,21 +79,21 @@ TEST_F(ToolbarPictureTest, EachModeOfTheWheel)
 {
     ShowTrack(83, true);
     Show();
-    for (std::int16_t mode = 31; mode <= 35; ++mode) {
-        for (std::int16_t other = 31; other <= 35; ++other)
-            toolbar.tBtn(other).SetValue(other == mode);
-        EXPECT_TRUE(LooksLike(QStringLiteral("wheel-%1").arg(mode - 30)));
+    for (std::int16_t mode = 1; mode <= 5; ++mode) {
+        for (std::int16_t other = 1; other <= 5; ++other)
+            toolbar.tBtn(WheelCommand(WheelMode{other})).SetValue(other == mode);
+        EXPECT_TRUE(LooksLike(QStringLiteral("wheel-%1").arg(mode)));
     }
 }
 
 TEST_F(ToolbarPictureTest, MutedInFullScreenWithTheOptionsOpen)
 {
     ShowTrack(83, true);
-    toolbar.tBtn(10).setVisible(false);
-    toolbar.tBtn(20).setVisible(true);
-    toolbar.tBtn(14).SetValue(true);
-    toolbar.tBtn(6).SetValue(true);
-    toolbar.tBtn(26).SetValue(true);
+    toolbar.tBtn(CommandId::FullScreen).setVisible(false);
+    toolbar.tBtn(CommandId::RestoreScreen).setVisible(true);
+    toolbar.tBtn(CommandId::Options).SetValue(true);
+    toolbar.tBtn(CommandId::QuickPlay).SetValue(true);
+    toolbar.tBtn(CommandId::Mute).SetValue(true);
     toolbar.ctlVolume().SetValue(0);
     Show();
     EXPECT_TRUE(LooksLike(QStringLiteral("checked")));
@@ -104,18 +105,18 @@ class ToolbarStateSheetTest : public ToolbarPictureTest {
 protected:
     // At high ratios the offscreen platform knows only of the left part of the bar: the button is
     // told itself.
-    void PointAt(std::int16_t index)
+    void PointAt(CommandId command)
     {
-        ctlPicBtn& button = toolbar.tBtn(index);
-        const QPoint inWindow = FreePlaceOf(index);
+        ctlPicBtn& button = toolbar.tBtn(command);
+        const QPoint inWindow = FreePlaceOf(command);
         MoveTo(inWindow);
         QMouseEvent move(QEvent::MouseMove, button.mapFrom(&window, inWindow), inWindow,
                          window.mapToGlobal(inWindow), Qt::NoButton, Qt::NoButton, {});
         QApplication::sendEvent(&button, &move);
     }
-    void Keep(std::int16_t index)
+    void Keep(CommandId command)
     {
-        const ctlPicBtn& button = toolbar.tBtn(index);
+        const ctlPicBtn& button = toolbar.tBtn(command);
         const QImage bar = toolbar.TBar().grab().toImage();
         if (m_sheet.isNull())
             m_sheet = bar;
@@ -140,29 +141,29 @@ protected:
 TEST_F(ToolbarStateSheetTest, HotAndPressedAndDisabled)
 {
     ShowTrack(83, true);
-    toolbar.tBtn(34).SetValue(false);
+    toolbar.tBtn(CommandId::WheelVolume).SetValue(false);
     Show();
     for (const ToolbarButton& row : kToolbarButtons) {
-        if (!toolbar.tBtn(row.index).isVisible())
+        if (!toolbar.tBtn(row.command).isVisible())
             continue;
-        PointAt(row.index);
-        Keep(row.index);
+        PointAt(row.command);
+        Keep(row.command);
     }
     EXPECT_TRUE(SheetLooksLike(QStringLiteral("hot")));
     m_sheet = QImage();
     for (const ToolbarButton& row : kToolbarButtons) {
-        if (!toolbar.tBtn(row.index).isVisible())
+        if (!toolbar.tBtn(row.command).isVisible())
             continue;
-        const QPoint at = FreePlaceOf(row.index);
+        const QPoint at = FreePlaceOf(row.command);
         MoveTo(at);
         Press(at);
-        Keep(row.index);
+        Keep(row.command);
         Release(at);
-        toolbar.tBtn(row.index).SetValue(false);
+        toolbar.tBtn(row.command).SetValue(false);
     }
     EXPECT_TRUE(SheetLooksLike(QStringLiteral("pressed")));
     for (const ToolbarButton& row : kToolbarButtons)
-        toolbar.tBtn(row.index).SetEnabled(false);
+        toolbar.tBtn(row.command).SetEnabled(false);
     EXPECT_TRUE(LooksLike(QStringLiteral("disabled")));
 }
 

@@ -8,47 +8,51 @@
 namespace lantern {
 namespace {
 
-using Numbers = std::initializer_list<std::int16_t>;
+using Commands = std::initializer_list<CommandId>;
 
 class ToolbarTest : public ToolbarFixture {};
 
 TEST_F(ToolbarTest, EveryButtonStandsWhereItWasDesigned)
 {
     for (const ToolbarButton& row : kToolbarButtons) {
-        const ctlPicBtn& button = toolbar.tBtn(row.index);
-        EXPECT_EQ(button.size(), QSize(row.rect.width / 15, row.rect.height / 15)) << row.index;
-        if (row.index != 2 && row.index != 20) {
-            EXPECT_EQ(button.pos(), QPoint(row.rect.left / 15, row.rect.top / 15)) << row.index;
+        const ctlPicBtn& button = toolbar.tBtn(row.command);
+        EXPECT_EQ(button.size(), QSize(row.rect.width / 15, row.rect.height / 15))
+            << NumberOf(row.command);
+        if (row.command != CommandId::Pause && row.command != CommandId::RestoreScreen) {
+            EXPECT_EQ(button.pos(), QPoint(row.rect.left / 15, row.rect.top / 15))
+                << NumberOf(row.command);
         }
     }
 }
 
 TEST_F(ToolbarTest, PauseAndRestoreTakeThePlaceOfPlayAndFullScreen)
 {
-    EXPECT_EQ(toolbar.tBtn(2).geometry(), toolbar.tBtn(1).geometry());
-    EXPECT_EQ(toolbar.tBtn(20).geometry(), toolbar.tBtn(10).geometry());
+    EXPECT_EQ(toolbar.tBtn(CommandId::Pause).geometry(), toolbar.tBtn(CommandId::Play).geometry());
+    EXPECT_EQ(toolbar.tBtn(CommandId::RestoreScreen).geometry(),
+              toolbar.tBtn(CommandId::FullScreen).geometry());
 }
 
-TEST_F(ToolbarTest, AClickTellsTheNumberOfTheButton)
+TEST_F(ToolbarTest, AClickTellsTheCommandOfTheButton)
 {
     Show();
-    std::vector<std::int16_t> expected;
+    std::vector<CommandId> expected;
     for (const ToolbarButton& row : kToolbarButtons) {
-        const bool isCovered = row.index == 1 || row.index == 10;
+        const bool isCovered =
+            row.command == CommandId::Play || row.command == CommandId::FullScreen;
         if (isCovered)
             continue;
-        ClickAt(FreePlaceOf(row.index));
-        expected.push_back(row.index);
+        ClickAt(FreePlaceOf(row.command));
+        expected.push_back(row.command);
         ASSERT_EQ(clicks, expected);
     }
 }
 
 TEST_F(ToolbarTest, WhatIsHiddenBeforeTheWindowIsShownStaysHidden)
 {
-    toolbar.tBtn(2).setVisible(false);
+    toolbar.tBtn(CommandId::Pause).setVisible(false);
     Show();
-    EXPECT_FALSE(toolbar.tBtn(2).isVisible());
-    EXPECT_TRUE(toolbar.tBtn(1).isVisible());
+    EXPECT_FALSE(toolbar.tBtn(CommandId::Pause).isVisible());
+    EXPECT_TRUE(toolbar.tBtn(CommandId::Play).isVisible());
 }
 
 TEST_F(ToolbarTest, AWideBarShowsTheSizes)
@@ -65,21 +69,31 @@ TEST_F(ToolbarTest, ANarrowBarHidesTheSizesAndNothingElse)
     SetWidth(kNarrow);
     Show();
     EXPECT_FALSE(toolbar.TBarZoom().isVisible());
-    for (const std::int16_t index : Numbers{7, 8, 9, 21, 22, 10})
-        EXPECT_FALSE(toolbar.tBtn(index).isVisible()) << index;
-    for (const std::int16_t index : Numbers{41, 42, 16, 26, 14})
-        EXPECT_TRUE(toolbar.tBtn(index).isVisible()) << index;
+    for (const CommandId command :
+         Commands{CommandId::Size1, CommandId::Size2, CommandId::Size3, CommandId::Size4,
+                  CommandId::Size5, CommandId::FullScreen})
+        EXPECT_FALSE(toolbar.tBtn(command).isVisible()) << NumberOf(command);
+    for (const CommandId command : Commands{CommandId::Larger, CommandId::Smaller, CommandId::Exit,
+                                            CommandId::Mute, CommandId::Options})
+        EXPECT_TRUE(toolbar.tBtn(command).isVisible()) << NumberOf(command);
     SetWidth(kWide);
-    EXPECT_TRUE(toolbar.tBtn(22).isVisible());
+    EXPECT_TRUE(toolbar.tBtn(CommandId::Size5).isVisible());
 }
 
 TEST_F(ToolbarTest, InANarrowWindowTheLeftGroupCanStillBeClicked)
 {
     SetWidth(kNarrow);
     Show();
-    for (const std::int16_t index : Numbers{0, 3, 6, 24, 4, 12, 14, 26, 41, 42, 16})
-        ClickAt(FreePlaceOf(index));
-    EXPECT_EQ(clicks, (std::vector<std::int16_t>{0, 3, 6, 24, 4, 12, 14, 26, 41, 42, 16}));
+    for (const CommandId command :
+         Commands{CommandId::Open, CommandId::Stop, CommandId::QuickPlay, CommandId::Back10Seconds,
+                  CommandId::Forward10Seconds, CommandId::CopyPicture, CommandId::Options,
+                  CommandId::Mute, CommandId::Larger, CommandId::Smaller, CommandId::Exit})
+        ClickAt(FreePlaceOf(command));
+    EXPECT_EQ(clicks,
+              (std::vector<CommandId>{CommandId::Open, CommandId::Stop, CommandId::QuickPlay,
+                                      CommandId::Back10Seconds, CommandId::Forward10Seconds,
+                                      CommandId::CopyPicture, CommandId::Options, CommandId::Mute,
+                                      CommandId::Larger, CommandId::Smaller, CommandId::Exit}));
 }
 
 TEST_F(ToolbarTest, TheSliderCanBeDraggedAlongItsWholeLength)
@@ -111,8 +125,8 @@ TEST_F(ToolbarTest, WhateverGetsTheFocusHandsItToThePicture)
     for (const ToolbarButton& row : kToolbarButtons) {
         window.setFocus();
         ASSERT_FALSE(pic.hasFocus());
-        toolbar.tBtn(row.index).setFocus();
-        ASSERT_TRUE(pic.hasFocus()) << row.index;
+        toolbar.tBtn(row.command).setFocus();
+        ASSERT_TRUE(pic.hasFocus()) << NumberOf(row.command);
     }
     window.setFocus();
     ClickAt(CentreOf(toolbar.ctlVolume()));
@@ -122,14 +136,14 @@ TEST_F(ToolbarTest, WhateverGetsTheFocusHandsItToThePicture)
 TEST_F(ToolbarTest, ReleasingASkipOrWheelButtonGivesTheFocusToThePicture)
 {
     Show();
-    for (const std::int16_t index : kFocusingButtons) {
-        const QPoint at = FreePlaceOf(index);
+    for (const CommandId command : kFocusingButtons) {
+        const QPoint at = FreePlaceOf(command);
         Press(at);
         window.setFocus();
         Release(at);
-        EXPECT_TRUE(pic.hasFocus()) << index;
+        EXPECT_TRUE(pic.hasFocus()) << NumberOf(command);
     }
-    const QPoint stop = FreePlaceOf(3);
+    const QPoint stop = FreePlaceOf(CommandId::Stop);
     Press(stop);
     window.setFocus();
     Release(stop);
@@ -158,7 +172,7 @@ TEST_F(ToolbarTest, AnOwnerWithoutHandlersIsNotMissed)
     toolbar.SliderChange = nullptr;
     toolbar.VolumeChange = nullptr;
     Show();
-    ClickAt(FreePlaceOf(3));
+    ClickAt(FreePlaceOf(CommandId::Stop));
     ClickAt(CentreOf(toolbar.ctlVolume()));
     ClickAt(CentreOf(toolbar.ctlSlider()));
     ClickAt(CentreOf(toolbar.PlayTicker()));
@@ -168,13 +182,15 @@ TEST_F(ToolbarTest, EveryButtonTellsWhatItIsForAndByWhichKey)
 {
     std::set<QString> toolTips;
     for (const ToolbarButton& row : kToolbarButtons) {
-        const QString toolTip = toolbar.tBtn(row.index).toolTip();
-        EXPECT_FALSE(toolTip.isEmpty()) << row.index;
-        EXPECT_TRUE(toolTips.insert(toolTip).second) << row.index;
+        const QString toolTip = toolbar.tBtn(row.command).toolTip();
+        EXPECT_FALSE(toolTip.isEmpty()) << NumberOf(row.command);
+        EXPECT_TRUE(toolTips.insert(toolTip).second) << NumberOf(row.command);
     }
-    EXPECT_EQ(toolbar.tBtn(2).toolTip(), QStringLiteral("Pause (P)"));
-    EXPECT_EQ(toolbar.tBtn(20).toolTip(), QStringLiteral("Restore Screen (F)"));
-    EXPECT_EQ(toolbar.tBtn(33).toolTip(), QStringLiteral("Track (T) - Adjust With Wheel"));
+    EXPECT_EQ(toolbar.tBtn(CommandId::Pause).toolTip(), QStringLiteral("Pause (P)"));
+    EXPECT_EQ(toolbar.tBtn(CommandId::RestoreScreen).toolTip(),
+              QStringLiteral("Restore Screen (F)"));
+    EXPECT_EQ(toolbar.tBtn(CommandId::WheelTrack).toolTip(),
+              QStringLiteral("Track (T) - Adjust With Wheel"));
 }
 
 TEST_F(ToolbarTest, AssistiveToolsHearANameForEverythingOnTheBar)
@@ -184,13 +200,14 @@ TEST_F(ToolbarTest, AssistiveToolsHearANameForEverythingOnTheBar)
     };
     std::set<QString> names;
     for (const ToolbarButton& row : kToolbarButtons) {
-        const QString name = nameOf(toolbar.tBtn(row.index));
-        EXPECT_FALSE(name.isEmpty()) << row.index;
-        EXPECT_FALSE(name.contains(u'(')) << row.index;
-        EXPECT_TRUE(names.insert(name).second) << row.index;
+        const QString name = nameOf(toolbar.tBtn(row.command));
+        EXPECT_FALSE(name.isEmpty()) << NumberOf(row.command);
+        EXPECT_FALSE(name.contains(u'(')) << NumberOf(row.command);
+        EXPECT_TRUE(names.insert(name).second) << NumberOf(row.command);
     }
-    EXPECT_EQ(nameOf(toolbar.tBtn(14)), QStringLiteral("Options"));
-    EXPECT_EQ(nameOf(toolbar.tBtn(32)), QStringLiteral("Key / Pitch - Adjust With Wheel"));
+    EXPECT_EQ(nameOf(toolbar.tBtn(CommandId::Options)), QStringLiteral("Options"));
+    EXPECT_EQ(nameOf(toolbar.tBtn(CommandId::WheelKey)),
+              QStringLiteral("Key / Pitch - Adjust With Wheel"));
     EXPECT_EQ(nameOf(toolbar.TBar()), QStringLiteral("Toolbar"));
     EXPECT_EQ(nameOf(toolbar.TBarZoom()), QStringLiteral("Display size"));
     EXPECT_EQ(nameOf(toolbar.ctlSlider()), QStringLiteral("Track position"));
@@ -200,11 +217,12 @@ TEST_F(ToolbarTest, AssistiveToolsHearANameForEverythingOnTheBar)
 
 TEST_F(ToolbarTest, AnAssistiveToolPressesAButtonAsTheMouseDoes)
 {
-    QAccessibleInterface& open = *QAccessible::queryAccessibleInterface(&toolbar.tBtn(0));
+    QAccessibleInterface& open =
+        *QAccessible::queryAccessibleInterface(&toolbar.tBtn(CommandId::Open));
     open.actionInterface()->doAction(QAccessibleActionInterface::pressAction());
     QAccessibleInterface& volume = *QAccessible::queryAccessibleInterface(&toolbar.ctlVolume());
     volume.valueInterface()->setCurrentValue(30);
-    EXPECT_EQ(clicks, std::vector<std::int16_t>{0});
+    EXPECT_EQ(clicks, std::vector<CommandId>{CommandId::Open});
     EXPECT_EQ(log, std::vector<std::string>{"volume"});
 }
 
@@ -221,8 +239,8 @@ TEST(ToolTips, TheKeyIsLeftOutOfTheName)
 
 TEST_F(ToolbarTest, ANumberWithoutButtonEndsTheProgram)
 {
-    for (const std::int16_t number : Numbers{-1, 11, 43, 1000})
-        EXPECT_DEATH(static_cast<void>(toolbar.tBtn(number)), "") << number;
+    for (const std::int16_t number : std::initializer_list<std::int16_t>{-1, 11, 43, 1000})
+        EXPECT_DEATH(static_cast<void>(toolbar.tBtn(CommandId{number})), "") << number;
 }
 
 } // namespace

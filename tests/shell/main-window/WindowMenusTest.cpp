@@ -67,7 +67,7 @@ TEST_F(WindowMenusTest, TheItemsFollowTheButtons)
         EXPECT_TRUE(HasItem(menu, "Stop"));
         EXPECT_TRUE(HasItem(menu, "Rewind 60 seconds "));
     }));
-    window.MainPopup(3);
+    window.MainPopup(CommandId::Stop);
     EXPECT_TRUE(WithMenu(PopMenu(), [this](frmMenus& menu) {
         EXPECT_TRUE(HasItem(menu, "Play"));
         EXPECT_FALSE(HasItem(menu, "Pause"));
@@ -142,7 +142,7 @@ TEST_F(WindowMenusTest, ThePointerIsSeenWhileAMenuIsOpenInFullScreen)
 TEST_F(WindowMenusTest, AMenuOpensInFrontOfTheOptions)
 {
     Load();
-    window.MainPopup(14);
+    window.MainPopup(CommandId::Options);
     EXPECT_TRUE(AreOptionsOnTop());
     for (const auto& open : {PopMenu(), DeviceMenu()}) {
         EXPECT_TRUE(WithMenu(open, [this](frmMenus&) { EXPECT_FALSE(AreOptionsOnTop()); }));
@@ -209,7 +209,7 @@ TEST_F(WindowMenusTest, ThreeKeysAndTheMenuTellAboutTheProgram)
 TEST_F(WindowMenusTest, AMinimisedPlayerHasNoOptionsAndTheyDontComeBack)
 {
     Load();
-    window.MainPopup(14);
+    window.MainPopup(CommandId::Options);
     const QRect picture = PartNamed("pic").geometry();
     window.showMinimized();
     Settle();
@@ -223,7 +223,7 @@ TEST_F(WindowMenusTest, AMinimisedPlayerHasNoOptionsAndTheyDontComeBack)
 TEST_F(WindowMenusTest, WithThePlayerTheOptionsGo)
 {
     Load();
-    window.MainPopup(14);
+    window.MainPopup(CommandId::Options);
     window.close();
     EXPECT_FALSE(Options().isVisible());
 }

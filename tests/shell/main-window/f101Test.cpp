@@ -158,7 +158,7 @@ TEST_F(f101Test, PlayWithoutATrackOpensTheLastOne)
     state.Settings->SetSetting(kLastPlayedKey.toString(), path);
     Load();
     EXPECT_EQ(engine.Status, SoundStatus::Empty);
-    window.MainPopup(1);
+    window.MainPopup(CommandId::Play);
     EXPECT_EQ(engine.Status, SoundStatus::Playing);
 }
 
@@ -219,7 +219,7 @@ TEST_F(f101Test, BehindAnOpenDialogATrackPlaysAndTheCloseEndsTheDialogToo)
 {
     Load();
     const QString path = MakeBlueTrack();
-    QTimer::singleShot(0, &window, [&] { window.MainPopup(0); });
+    QTimer::singleShot(0, &window, [&] { window.MainPopup(CommandId::Open); });
     QTimer::singleShot(0, &window, [&] {
         window.OpenMedia(path);
         EXPECT_EQ(engine.Status, SoundStatus::Playing);
@@ -297,13 +297,13 @@ TEST_F(f101Test, ASmallerFullScreenMarginHoldsALargerPicture)
     const auto picture = [this] { return window.findChild<QWidget*>(QStringLiteral("pic")); };
     ASSERT_NE(picture(), nullptr);
     EXPECT_EQ(picture()->geometry(), QRect(25, 25, 576, 384));
-    window.MainPopup(10);
+    window.MainPopup(CommandId::FullScreen);
     Settle();
     const int height = DesktopRect().height() - 40;
     const int width = DesktopRect().width() - 40;
     EXPECT_EQ(picture()->width(), std::min(width, height * 3 / 2));
     EXPECT_TRUE(IsPointerBlank(*picture()));
-    window.MainPopup(10);
+    window.MainPopup(CommandId::FullScreen);
     Settle();
     EXPECT_EQ(picture()->geometry(), QRect(25, 25, 576, 384));
     EXPECT_FALSE(IsPointerBlank(*picture()));
@@ -365,7 +365,7 @@ TEST_F(f101Test, AFullScreenThatTheWindowSystemEndsGivesThePointerBack)
 {
     Load();
     const auto& picture = *window.findChild<QWidget*>(QStringLiteral("pic"));
-    window.MainPopup(10);
+    window.MainPopup(CommandId::FullScreen);
     ASSERT_TRUE(IsPointerBlank(picture));
     window.setWindowState(Qt::WindowNoState);
     Settle();
@@ -412,7 +412,7 @@ private:
 TEST_F(WatchedTest, TheCloseReleasesTheLockStopsTheSoundAndThenKeepsTheSettings)
 {
     Load(MakeBlueTrack());
-    window.MainPopup(14);
+    window.MainPopup(CommandId::Options);
     const auto areOptionsVisible = [] {
         return std::ranges::any_of(QApplication::topLevelWidgets(), [](QWidget* widget) {
             return dynamic_cast<frmOptions*>(widget) != nullptr && widget->isVisible();

@@ -285,16 +285,16 @@ TEST_F(frmOptionsTest, TheCustomButtonsToggleTheirValues)
     audio.CustomSpeed = 25;
     Click(options.cmd(5));
     EXPECT_EQ(engine.Balance, -30);
-    EXPECT_EQ(audio.WheelType, 1);
+    EXPECT_EQ(audio.WheelType, WheelMode::Balance);
     Click(options.cmd(6));
     EXPECT_EQ(engine.Pitch, 4);
-    EXPECT_EQ(audio.WheelType, 2);
+    EXPECT_EQ(audio.WheelType, WheelMode::KeyPitch);
     Click(options.cmd(7));
     EXPECT_EQ(engine.Tempo, 25);
-    EXPECT_EQ(audio.WheelType, 5);
+    EXPECT_EQ(audio.WheelType, WheelMode::Speed);
     Click(options.cmd(8));
     EXPECT_EQ(engine.Volume, 0);
-    EXPECT_EQ(audio.WheelType, 4);
+    EXPECT_EQ(audio.WheelType, WheelMode::Volume);
     for (const std::size_t again : {5u, 6u, 7u, 8u})
         Click(options.cmd(again));
     EXPECT_EQ(engine.Balance, 0);
@@ -337,13 +337,13 @@ TEST_F(frmOptionsTest, ASliderTakesTheWheelAndThenSetsItsValue)
     ShowOptions();
     options.ctlBalance().ScrollTo(-20);
     EXPECT_THAT(audioHost.Statuses, ElementsAre("Balance: DEFAULT", "Balance: -20"));
-    EXPECT_EQ(audio.WheelType, 1);
+    EXPECT_EQ(audio.WheelType, WheelMode::Balance);
     options.ctlKeyPitch().ScrollTo(3);
-    EXPECT_EQ(audio.WheelType, 2);
+    EXPECT_EQ(audio.WheelType, WheelMode::KeyPitch);
     options.ctlSpeed().ScrollTo(12);
-    EXPECT_EQ(audio.WheelType, 5);
+    EXPECT_EQ(audio.WheelType, WheelMode::Speed);
     options.ctlVolume().ScrollTo(45);
-    EXPECT_EQ(audio.WheelType, 4);
+    EXPECT_EQ(audio.WheelType, WheelMode::Volume);
     EXPECT_EQ(audioHost.Statuses.back(), "Volume: 45%");
     EXPECT_EQ(engine.Balance, -20);
     EXPECT_EQ(engine.Pitch, 3);
@@ -368,7 +368,7 @@ TEST_F(frmOptionsTest, AValueThatASliderHoldsAlreadyIsNotSetAgain)
     options.ctlVolume().SetValue(100);
     options.ctlBalance().SetValue(0);
     EXPECT_THAT(Done(), IsEmpty());
-    EXPECT_EQ(audio.WheelType, 4);
+    EXPECT_EQ(audio.WheelType, WheelMode::Volume);
 }
 
 TEST_F(frmOptionsTest, TheSlidersHaveTheRangesOfTheirValues)
