@@ -9,11 +9,21 @@
 
 #include <cmath>
 #include <limits>
+#include <string_view>
 
 namespace lantern {
 namespace {
 
 using Row = PlayerSettingRow;
+
+// What would end a value in the store's file.
+constexpr std::u16string_view kNotHeld = u"\t\r\n";
+
+// No name holds it: only bytes above 127 ride in the text of a name.
+QChar Rider(char16_t character)
+{
+    return QChar(static_cast<char16_t>(0xDC00 + character));
+}
 
 // The largest number that a whole or a broken setting can hold, by the type of its field.
 double LimitOf(std::int32_t PlayerSettings::*)
@@ -83,6 +93,8 @@ PlayerSettings ReadPlayerSettings(const clsINI& settings)
         const QString text = settings.GetSetting(row.key.toString(), {});
         std::visit([&](auto field) { Read(text, row, field, values); }, row.field);
     }
+    for (const char16_t character : kNotHeld)
+        values.LastPlayed.replace(Rider(character), character);
     if (!values.AudioSave)
         values.AudioDevice.clear();
     return values;
@@ -97,6 +109,14 @@ void WritePlayerSettings(clsINI& settings, const PlayerSettings& values)
             row.key.toString(),
             std::visit([&](auto field) { return Written(row, values.*field); }, row.field));
     }
+}
+
+void RememberLastPlayed(clsINI& settings, const QString& path)
+{
+    QString value = path;
+    for (const char16_t character : kNotHeld)
+        value.replace(character, Rider(character));
+    settings.SetSetting(kLastPlayedKey.toString(), value);
 }
 
 void LoadPlayerSettings(const clsINI& settings, Track& track, std::int32_t& zoomStep,

@@ -74,8 +74,11 @@ inline constexpr std::array<PlayerSettingRow, 12> kPlayerSettings = {{
 
 // From the store. A number that isn't one, or doesn't fit, becomes its fallback.
 PlayerSettings ReadPlayerSettings(const clsINI& settings);
-// Into the store, all but LastPlayed, which a successful load keeps up to date.
+// Into the store, all but LastPlayed.
 void WritePlayerSettings(clsINI& settings, const PlayerSettings& values);
+// What each successful load puts into the store. The path is the setting as it is; only tabs and
+// line ends, which the store can't hold, ride in it as the lone surrogates of their bytes.
+void RememberLastPlayed(clsINI& settings, const QString& path);
 
 // Gives what the store holds to the track, the zoom step and the audio control. The engine must
 // be running. The output device is only named: it is chosen later in the load of the window.

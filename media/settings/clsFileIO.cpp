@@ -5,6 +5,7 @@
 #include "NativeFile.h"
 #include "PathHelpers.h"
 #include "PathText.h"
+#include "ReplaceFile.h"
 
 #include <QStringConverter>
 
@@ -94,20 +95,6 @@ int CreateEmptied(const QString& path)
     const int moved = fcntl(descriptor, F_DUPFD_CLOEXEC, STDERR_FILENO + 1);
     close(descriptor);
     return moved;
-}
-
-bool WriteAll(int descriptor, QByteArrayView bytes)
-{
-    while (!bytes.isEmpty()) {
-        const ssize_t written =
-            write(descriptor, bytes.data(), static_cast<std::size_t>(bytes.size()));
-        if (written < 0 && errno == EINTR)
-            continue;
-        if (written <= 0)
-            return false;
-        bytes = bytes.sliced(written);
-    }
-    return true;
 }
 
 } // namespace

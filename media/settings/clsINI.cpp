@@ -4,6 +4,8 @@
 #include "Blanks.h"
 #include "LastErrorText.h"
 #include "PathHelpers.h"
+#include "ReplaceFile.h"
+#include "SettingText.h"
 #include "TextLines.h"
 #include "clsFileIO.h"
 
@@ -60,7 +62,7 @@ void clsINI::LoadSettings(const QString& section)
         if (m_settings.size() == kMostSettings)
             break;
         const Fields fields = SplitLine(*line, u'\t');
-        SetSetting(QString(fields.first), fields.second);
+        SetSetting(QString(fields.first), ReadSetting(fields.second));
     }
     if (m_settings.empty())
         ImportLegacySettings(section);
@@ -84,16 +86,15 @@ void clsINI::ImportLegacySettings(const QString& section)
     }
 }
 
+// All at once, so that a program that ends at any moment leaves the old settings or the new ones.
 void clsINI::SaveSettings()
 {
     const QString path = SettingsFilePath();
-    clsFileIO file;
-    QString message = file.WriteOpen(path, TextEncoding::Utf8);
     const QString text = FileText();
-    if (message.isEmpty() && !text.isEmpty() && !file.WriteData(text))
-        message = LastErrorText();
-    if (!message.isEmpty())
-        m_host.ShowFileError(message, path, QStringLiteral("Cannot Write to Settings File"));
+    const QByteArray bytes = text.isEmpty() ? QByteArray() : clsFileIO().ToUTF8(text);
+    if (const int error = ReplaceFile(path, bytes))
+        m_host.ShowFileError(ErrorText(error), path,
+                             QStringLiteral("Cannot Write to Settings File"));
 }
 
 QString clsINI::FileText() const
@@ -102,7 +103,7 @@ QString clsINI::FileText() const
     for (const auto& [key, value] : m_settings) {
         const QStringView line = FirstLine(value);
         if (!key.isEmpty() && !line.isEmpty())
-            text += key.toLower() + u'\t' + line.toString() + kLineEnd;
+            text += key.toLower() + u'\t' + WrittenSetting(line) + kLineEnd;
     }
     return text;
 }

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "OwnedDescriptor.h"
+
 #include <QString>
 
 #include <algorithm>
@@ -17,22 +19,18 @@ public:
     // Nothing if the path (matched as ResolveName does) names no readable regular file.
     static std::optional<NativeFile> OpenForReading(const QString& path);
 
-    NativeFile(NativeFile&& other) noexcept;
-    NativeFile& operator=(NativeFile&& other) noexcept;
-    ~NativeFile();
-
     std::int64_t Size() const { return m_size; } // when it was opened
-    int Descriptor() const { return m_descriptor; }
+    int Descriptor() const { return m_descriptor.Number(); }
 
     // One read of the system from where the last one ended: the number of bytes that came, 0 at
     // the end of the file and on a failure.
     std::size_t Read(std::span<std::uint8_t> bytes);
 
 private:
-    NativeFile(int descriptor, std::int64_t size);
+    NativeFile(OwnedDescriptor descriptor, std::int64_t size);
 
-    int m_descriptor = -1;
-    std::int64_t m_size = 0;
+    OwnedDescriptor m_descriptor;
+    std::int64_t m_size;
 };
 
 // Fills the bytes from the source in pieces of at most pieceSize, and gives how many came. A read

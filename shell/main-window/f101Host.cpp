@@ -93,7 +93,7 @@ void f101::Play(std::int32_t positionMs)
 
 void f101::RememberLastPlayed(const QString& path)
 {
-    m_state.Settings->SetSetting(kLastPlayedKey.toString(), path);
+    lantern::RememberLastPlayed(*m_state.Settings, path);
 }
 
 // --- The audio control

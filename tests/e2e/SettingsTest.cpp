@@ -78,6 +78,32 @@ TEST_F(Settings, TheNextSessionPlaysTheLastTrackAsItWasHeard)
     EXPECT_TRUE(AwaitLevel(Side::Left, full / 2.0, full * 0.05));
 }
 
+// The name is no text in any encoding, and holds what separates values and lines in the file.
+TEST_F(Settings, ATrackOfAnyNameOpensAgainInTheNextSession)
+{
+    OpenTrack(WriteToneTrack("caf\xE9 \xFF\t\r\n\xC3\xA9", 60.0, kTone));
+    Leave();
+    StartPlayer();
+    hand.Key("p");
+    ASSERT_TRUE(AwaitPicture(kPicture));
+    EXPECT_TRUE(AwaitSound());
+}
+
+TEST_F(Settings, AFileThatIsALinkStaysOneAndKeepsItsPermissions)
+{
+    const std::filesystem::path file = folder / "kept.ini";
+    WriteFile(file, "zoom\t3\r\n");
+    ASSERT_EQ(chmod(file.c_str(), 0640), 0);
+    std::filesystem::create_directories(home.SettingsFile().parent_path());
+    std::filesystem::create_symlink(file, home.SettingsFile());
+    StartPlayer();
+    hand.Key("4");
+    Leave();
+    EXPECT_TRUE(std::filesystem::is_symlink(home.SettingsFile()));
+    EXPECT_EQ(home.Setting("zoom"), "4");
+    EXPECT_EQ(std::filesystem::status(file).permissions(), std::filesystem::perms(0640));
+}
+
 TEST_F(Settings, WhatIsNoSettingsFileGivesTheFirstStartsValues)
 {
     const std::string zeros(4096, '\0');

@@ -2,6 +2,7 @@
 #include "PlayerSettings.h"
 #include "AudioControl.h"
 #include "FakeAudioEngine.h"
+#include "PathText.h"
 #include "Track.h"
 #include "clsINI.h"
 
@@ -51,6 +52,28 @@ TEST_F(PlayerSettingsTest, AFirstStartHasItsDefaults)
                                      .AudioSave = false,
                                      .AudioDevice = {}};
     EXPECT_EQ(ReadPlayerSettings(m_store), expected);
+}
+
+TEST_F(PlayerSettingsTest, TheLastTracksNameSurvivesWhateverItsBytes)
+{
+    for (const QByteArray name :
+         {"/m/My Song.cdg", "/m/Caf\xE9.cdg", "/m/a\tb.cdg", "/m/a\r\nzoom\t5.cdg",
+          "/m/\t\r\n\xFF \xC3\xA9.cdg", "/m/a\rb\nc.cdg"}) {
+        RememberLastPlayed(m_store, TextFromNative(name));
+        m_store.SaveSettings();
+        clsINI next(m_folder.path() + u'/', m_messages);
+        next.LoadSettings(kPlayerSection.toString());
+        EXPECT_EQ(NativeFromText(ReadPlayerSettings(next).LastPlayed), name);
+        EXPECT_EQ(ReadPlayerSettings(next).Zoom, 2);
+    }
+}
+
+TEST_F(PlayerSettingsTest, AnOrdinaryNameIsTheSettingAsItIs)
+{
+    RememberLastPlayed(m_store, TextFromNative("/m/Caf\xE9 \xC3\xA9 \" 100%.cdg"));
+    EXPECT_EQ(Stored(u"LastPlayed"), TextFromNative("/m/Caf\xE9 \xC3\xA9 \" 100%.cdg"));
+    RememberLastPlayed(m_store, QString());
+    EXPECT_EQ(Stored(u"LastPlayed"), QString());
 }
 
 TEST_F(PlayerSettingsTest, AZoomOutOfRangeBecomesTwo)

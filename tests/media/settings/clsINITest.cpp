@@ -7,6 +7,7 @@
 #include <fstream>
 #include <gtest/gtest.h>
 #include <iterator>
+#include <random>
 #include <string>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -198,6 +199,53 @@ TEST_F(clsINITest, AnEndlessFileIsTakenUpToABound)
     Make("data_player.ini", lines);
     EXPECT_EQ(Loaded(u"1065535"), QStringLiteral("x"));
     EXPECT_EQ(Loaded(u"1065536"), QStringLiteral("-"));
+}
+
+TEST_F(clsINITest, ANameThatIsNoTextComesBackAsTheSameBytes)
+{
+    for (const QByteArray name :
+         {"/m/Caf\xE9.cdg", "/m/\xFF\xFE\x80.zip", "/m/\xC3\xA9 \xC3.cdg", "\xED\xA0\x80"}) {
+        m_settings.SetSetting(QStringLiteral("LastPlayed"), TextFromNative(name));
+        m_settings.SetSetting(QStringLiteral("other"), QStringLiteral(u"é漢🎤"));
+        m_settings.SaveSettings();
+        EXPECT_EQ(NativeFromText(Loaded(u"LastPlayed")), name) << Written();
+        EXPECT_EQ(Loaded(u"other"), QStringLiteral(u"é漢🎤")) << "the file is still UTF-8";
+    }
+}
+
+TEST_F(clsINITest, EachTextOfSixteenBitUnitsComesBackAsItWas)
+{
+    std::mt19937 random(7);
+    const std::u16string units = u"aE9D\u00E9\uFDD0\uFDD1\xD83C\xDFA4\xDCE9\xDC80\xFEFF\xFFFD ";
+    for (int round = 0; round < 300; ++round) {
+        QString text;
+        for (std::size_t i = random() % 12 + 1; i > 0; --i)
+            text += QChar(units[random() % units.size()]);
+        m_settings.SetSetting(QStringLiteral("a"), text);
+        m_settings.SaveSettings();
+        ASSERT_EQ(Loaded(u"a"), text) << Written();
+    }
+}
+
+// What is written for a unit that is no character: a mark that no text holds, and its digits.
+TEST_F(clsINITest, OrdinaryTextIsWrittenAsItIs)
+{
+    m_settings.SetSetting(QStringLiteral("a"), QStringLiteral(u"100% é\\u00E9 %E9 🎤 \uFEFF"));
+    m_settings.SetSetting(QStringLiteral("b"), TextFromNative("caf\xE9"));
+    m_settings.SaveSettings();
+    EXPECT_EQ(Written(), "a\t100% \xC3\xA9\\u00E9 %E9 \xF0\x9F\x8E\xA4 \xEF\xBB\xBF\r\n"
+                         "b\tcaf\xEF\xB7\x90"
+                         "DCE9\r\n");
+}
+
+TEST_F(clsINITest, AMarkWithoutItsDigitsIsACharacterLikeAnyOther)
+{
+    Make("data_player.ini", "a\tx\xEF\xB7\x90\r\nb\t\xEF\xB7\x90"
+                            "DCE\r\nc\t\xEF\xB7\x90"
+                            "DCEg!\r\n");
+    EXPECT_EQ(Loaded(u"a"), QStringLiteral(u"x\uFDD0"));
+    EXPECT_EQ(Loaded(u"b"), QStringLiteral(u"\uFDD0DCE"));
+    EXPECT_EQ(Loaded(u"c"), QStringLiteral(u"\uFDD0DCEg!"));
 }
 
 TEST_F(clsINITest, PathsBelowTheFolderAreStoredRelative)
