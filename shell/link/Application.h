@@ -9,7 +9,7 @@ namespace lantern {
 inline const QString kApplicationTitle = QStringLiteral("Lyric Lantern CDG Player");
 
 // Its name among all programs: that of its desktop entry, its icons and its windows.
-inline const QString kApplicationId = QStringLiteral("io.github.lyric_lantern.LyricLantern");
+inline const QString kApplicationId = QStringLiteral("io.github.lyric_lantern.player");
 
 inline const QString kWebSite = QStringLiteral("https://lyric-lantern.example/");
 
