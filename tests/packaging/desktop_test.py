@@ -7,7 +7,7 @@ import struct
 import unittest
 import xml.etree.ElementTree as ElementTree
 
-from installed import ID, SOURCE, VERSION, InstalledTest, run
+from installed import BUILD, ID, SOURCE, VERSION, InstalledTest, run
 
 OPEN_WITH = "zz-lyric-lantern-open-with.desktop"
 
@@ -26,7 +26,7 @@ class Identity(InstalledTest):
 
     def test_every_file_of_the_desktops_bears_the_name(self):
         for name in (f"applications/{ID}.desktop", f"metainfo/{ID}.metainfo.xml",
-                     f"mime/packages/{ID}.xml",
+                     f"mime/packages/{ID}.xml", f"thumbnailers/{ID}.thumbnailer",
                      f"icons/hicolor/scalable/apps/{ID}.svg",
                      f"icons/hicolor/symbolic/apps/{ID}-symbolic.svg"):
             self.assertTrue((self.share / name).is_file(), name)
@@ -69,6 +69,18 @@ class Validity(InstalledTest):
             for section in sections.sections():
                 program = sections[section]["Exec"].split()[0]
                 self.assertTrue(os.access(self.bin / program, os.X_OK), program)
+
+    def test_the_thumbnailer_has_what_file_managers_look_for(self):
+        section = entry(self.share / f"thumbnailers/{ID}.thumbnailer")["Thumbnailer Entry"]
+        self.assertTrue((self.bin / section["TryExec"]).is_file())
+        words = section["Exec"].split()
+        self.assertEqual(words[0], section["TryExec"])
+        self.assertTrue({"%i", "%o", "%s"} <= set(words))
+        self.assertIn("video/x-cdg", section["MimeType"].split(";"))
+        picture = self.scratch / "picture.png"
+        values = {"%i": BUILD / "demo/demo.cdg", "%o": picture, "%s": 128}
+        self.assert_silent(self.bin / words[0], *(values.get(word, word) for word in words[1:]))
+        self.assertEqual(struct.unpack(">II", picture.read_bytes()[16:24]), (128, 85))
 
 
 class OpenWith(InstalledTest):

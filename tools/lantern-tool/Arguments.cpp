@@ -5,6 +5,8 @@
 
 #include <QCommandLineParser>
 
+#include <algorithm>
+#include <array>
 #include <cmath>
 #include <limits>
 #include <optional>
@@ -18,6 +20,8 @@ const QCommandLineOption kPacket(QStringLiteral("packet"), {}, QStringLiteral("N
 const QCommandLineOption kAt(QStringLiteral("at"), {}, QStringLiteral("SECONDS"));
 const QCommandLineOption kOut(QStringLiteral("out"), {}, QStringLiteral("FILE"));
 const QCommandLineOption kRaw(QStringLiteral("raw"));
+const QCommandLineOption kSize(QStringLiteral("size"), {}, QStringLiteral("N"));
+const QList<QCommandLineOption> kCommandOptions = {kPacket, kAt, kOut, kRaw, kSize};
 
 Arguments Failure(const QString& error)
 {
@@ -83,22 +87,61 @@ Arguments ParseFrame(const QCommandLineParser& parser)
     return arguments;
 }
 
-Arguments ParseCommand(const QCommandLineParser& parser)
+Arguments ParseThumbnail(const QCommandLineParser& parser)
 {
-    const QString command = parser.positionalArguments().value(0);
-    if (command == QStringLiteral("frame"))
-        return ParseFrame(parser);
-    if (command != QStringLiteral("info")) {
-        return Failure(command.isEmpty() ? QStringLiteral("no command; try --help")
-                                         : QStringLiteral("Unknown command '%1'").arg(command));
+    constexpr int kLargest = 4096;
+    Arguments arguments;
+    arguments.command = Command::Thumbnail;
+    ThumbnailRequest& thumbnail = arguments.thumbnail;
+    if (parser.isSet(kSize)) {
+        const QString text = parser.value(kSize);
+        thumbnail.size = PacketFromNumber(text).value_or(0);
+        if (thumbnail.size < 1 || thumbnail.size > kLargest)
+            return Failure(QStringLiteral("Bad value for --size: '%1'").arg(text));
     }
-    for (const QCommandLineOption& option : {kPacket, kAt, kOut, kRaw}) {
-        if (parser.isSet(option))
-            return Failure(QStringLiteral("--%1 is not for info").arg(option.names().constFirst()));
-    }
+    thumbnail.out = parser.value(kOut);
+    if (thumbnail.out.isEmpty())
+        return Failure(QStringLiteral("thumbnail needs --out FILE"));
+    return arguments;
+}
+
+Arguments ParseInfo(const QCommandLineParser&)
+{
     Arguments arguments;
     arguments.command = Command::Info;
     return arguments;
+}
+
+struct CommandRow {
+    QString name;
+    QStringList options; // those that it takes
+    Arguments (*parse)(const QCommandLineParser&);
+};
+const std::array kCommands = {
+    CommandRow{QStringLiteral("info"), {}, ParseInfo},
+    CommandRow{QStringLiteral("frame"),
+               {QStringLiteral("packet"), QStringLiteral("at"), QStringLiteral("out"),
+                QStringLiteral("raw")},
+               ParseFrame},
+    CommandRow{QStringLiteral("thumbnail"),
+               {QStringLiteral("size"), QStringLiteral("out")},
+               ParseThumbnail},
+};
+
+Arguments ParseCommand(const QCommandLineParser& parser)
+{
+    const QString command = parser.positionalArguments().value(0);
+    if (command.isEmpty())
+        return Failure(QStringLiteral("no command; try --help"));
+    const auto* row = std::ranges::find(kCommands, command, &CommandRow::name);
+    if (row == kCommands.end())
+        return Failure(QStringLiteral("Unknown command '%1'").arg(command));
+    for (const QCommandLineOption& option : kCommandOptions) {
+        const QString name = option.names().constFirst();
+        if (parser.isSet(option) && !row->options.contains(name))
+            return Failure(QStringLiteral("--%1 is not for %2").arg(name, command));
+    }
+    return row->parse(parser);
 }
 
 } // namespace
@@ -106,7 +149,7 @@ Arguments ParseCommand(const QCommandLineParser& parser)
 Arguments ParseArguments(const QStringList& commandLine)
 {
     QCommandLineParser parser;
-    parser.addOptions({kHelp, kVersion, kPacket, kAt, kOut, kRaw});
+    parser.addOptions(QList<QCommandLineOption>{kHelp, kVersion} + kCommandOptions);
     if (!parser.parse(commandLine))
         return Failure(parser.errorText());
     Arguments arguments;

@@ -8,12 +8,18 @@
 
 namespace lantern::tool {
 
-enum class Command { Help, Version, Info, Frame };
+enum class Command { Help, Version, Info, Frame, Thumbnail };
+
+struct ThumbnailRequest {
+    int size = 256; // of the longer side, in pixels
+    QString out;
+};
 
 struct Arguments {
     Command command = Command::Help;
     QString track;
     FrameRequest frame;
+    ThumbnailRequest thumbnail;
     QString error; // if it isn't empty, the rest means nothing
 };
 

@@ -1,46 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "FrameWriter.h"
 
-#include "PacketInterpreter.h"
-#include "PathText.h"
-#include "PictureMemory.h"
-#include "RunToPacket.h"
-
-#include <QBuffer>
-#include <QImage>
-
-#include <cerrno>
-#include <cstdio>
-#include <cstring>
+#include "VisiblePicture.h"
 
 namespace lantern::tool {
 namespace {
-
-// The pictures go to files, and only when they are complete.
-class NoPainter final : public Painter {
-    void PaintDisplay() override {}
-};
-
-class PngSink final : public ClipSink {
-public:
-    void SetImage(const ClipImage& image) override
-    {
-        const QImage view(reinterpret_cast<const uchar*>(image.pixels.data()), image.width,
-                          image.height, QImage::Format_RGB32);
-        QBuffer buffer(&png);
-        view.convertToFormat(QImage::Format_RGB888).save(&buffer, "PNG");
-    }
-
-    QByteArray png;
-};
-
-QByteArray VisiblePng(PictureMemory& picture)
-{
-    PngSink sink;
-    picture.Buffers().FGvb2clip(picture.ViewLeft, picture.ViewLeft + kVisibleWidth - 1,
-                                picture.ViewTop, picture.ViewTop + kVisibleHeight - 1, sink);
-    return sink.png;
-}
 
 QByteArray IndexPgm(PictureMemory& picture)
 {
@@ -62,25 +26,10 @@ QByteArray ColourLines(const ColourBytes& colours)
     return lines;
 }
 
-QString WriteFile(const QString& path, const QByteArray& bytes)
-{
-    FILE* const file = std::fopen(NativeFromText(path).constData(), "wbe");
-    bool written = file != nullptr;
-    if (file != nullptr) {
-        const auto size = static_cast<std::size_t>(bytes.size());
-        written = std::fwrite(bytes.constData(), 1, size, file) == size;
-        // What the system could not store may be told only here.
-        written = std::fclose(file) == 0 && written;
-    }
-    if (written)
-        return {};
-    return QStringLiteral("Cannot write %1: %2").arg(path, QString::fromLocal8Bit(strerror(errno)));
-}
-
 QString WriteFrame(PictureMemory& picture, const QString& path, bool raw)
 {
     if (!raw)
-        return WriteFile(path, VisiblePng(picture));
+        return WriteFile(path, PngOf(VisiblePicture(picture)));
     QString error = WriteFile(path, IndexPgm(picture));
     if (!error.isEmpty())
         return error;
@@ -91,20 +40,12 @@ QString WriteFrame(PictureMemory& picture, const QString& path, bool raw)
 
 QString WriteFrames(const Track& track, const FrameRequest& request)
 {
-    VirtualBuffers buffers;
-    PictureMemory picture(buffers);
-    NoPainter painter;
-    PacketInterpreter interpreter(picture, painter);
-    picture.SetupGraphics(true);
-    interpreter.ClearPicture();
+    OfflinePicture offline;
     for (const PacketIndex packet : request.packets) {
-        RunToPacket(picture, interpreter, track.PacketStore, packet);
-        // Going to the start leaves the picture as it was; the player clears it then.
-        if (packet == 0)
-            interpreter.ClearPicture();
+        offline.RunTo(track.PacketStore, packet);
         QString path = request.out;
         path.replace(QStringLiteral("%d"), QString::number(packet));
-        QString error = WriteFrame(picture, path, request.raw);
+        QString error = WriteFrame(offline.Memory(), path, request.raw);
         if (!error.isEmpty())
             return error;
     }

@@ -3,11 +3,14 @@
 
 #include "MakeZipHandler.h"
 #include "MeasuringEngine.h"
+#include "NativeFile.h"
 #include "NoWindow.h"
+#include "PathHelpers.h"
 
 #include <QStringList>
 
 #include <algorithm>
+#include <cstring>
 
 namespace lantern::tool {
 namespace {
@@ -56,6 +59,29 @@ QString LoadTrack(const QString& path, Track& track, std::vector<SkippedMember>&
     if (track.PacketCount() == 0 && track.ClipCount() == 0)
         return QStringLiteral("Nothing to play: ") + path + ReasonsOf(skipped);
     return {};
+}
+
+QString LoadPackets(const QString& path, PacketIndex atMost, Track& track)
+{
+    if (FileExtension(path) != QStringLiteral("cdg")) {
+        std::vector<SkippedMember> skipped;
+        return LoadTrack(path, track, skipped);
+    }
+    if (FileCheck(path) != QStringLiteral("FILE"))
+        return QStringLiteral("File not found: ") + path;
+    constexpr std::size_t kPieceBytes = 1000 * kPacketSize;
+    if (std::optional<NativeFile> file = NativeFile::OpenForReading(path)) {
+        const std::int64_t count =
+            std::min<std::int64_t>(file->Size() / std::int64_t{kPacketSize}, atMost);
+        std::vector<std::uint8_t> bytes(static_cast<std::size_t>(count) * kPacketSize);
+        bytes.resize(ReadInPieces(*file, std::span(bytes), kPieceBytes));
+        track.PacketStore.Resize(static_cast<PacketIndex>(bytes.size() / kPacketSize));
+        for (PacketIndex packet = 1; packet <= track.PacketCount(); ++packet) {
+            const auto offset = static_cast<std::size_t>(packet - 1) * kPacketSize;
+            std::memcpy(&track.PacketStore[packet], bytes.data() + offset, kPacketSize);
+        }
+    }
+    return track.PacketCount() > 0 ? QString() : QStringLiteral("Nothing to play: ") + path;
 }
 
 } // namespace lantern::tool

@@ -20,4 +20,7 @@ struct SkippedMember {
 [[nodiscard]] QString LoadTrack(const QString& path, Track& track,
                                 std::vector<SkippedMember>& skipped);
 
+// The packets alone, and of a .cdg file no more than that many: nothing else is read.
+[[nodiscard]] QString LoadPackets(const QString& path, PacketIndex atMost, Track& track);
+
 } // namespace lantern::tool

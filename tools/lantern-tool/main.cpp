@@ -4,8 +4,10 @@
 #include "Arguments.h"
 #include "FrameWriter.h"
 #include "PathText.h"
+#include "TellingPicture.h"
 #include "TrackInfo.h"
 #include "TrackLoad.h"
+#include "VisiblePicture.h"
 
 #include <cstdio>
 
@@ -16,6 +18,7 @@ constexpr char kHelpText[] =
     R"(usage: lantern-tool info TRACK
        lantern-tool frame TRACK --packet N[,N...] --out FILE [--raw]
        lantern-tool frame TRACK --at SECONDS[,SECONDS...] --out FILE [--raw]
+       lantern-tool thumbnail TRACK [--size N] --out FILE
        lantern-tool --help | --version
 
 TRACK is what the player opens: a .cdg file, an audio file, a .bin or a .zip.
@@ -31,6 +34,10 @@ frame  writes the picture after packet N (300 packets are a second; 0 is the
        packets are visited in the order given. Each %d in FILE becomes N.
        --raw writes the whole picture of 300 by 216 colour indexes as a PGM
        instead, and its 16 colours to FILE.colours, one #rrggbb a line.
+thumbnail
+       writes a telling picture of the track, one with many words, as a PNG whose
+       longer side has N pixels (256). Of a .cdg file nothing but its first ten
+       minutes is read.
 
 The exit code is 0, or 1 with one line on standard error.
 )";
@@ -43,6 +50,17 @@ QString Print(const QByteArray& text)
     return {};
 }
 
+QString WriteThumbnail(const Arguments& arguments)
+{
+    Track track;
+    const QString error = LoadPackets(arguments.track, kTellingPackets, track);
+    if (!error.isEmpty())
+        return error;
+    const QImage picture = TellingPicture(track.PacketStore);
+    return WriteFile(arguments.thumbnail.out,
+                     PngOf(ScaledToSquare(picture, arguments.thumbnail.size)));
+}
+
 // The result is an error message, empty on success.
 QString Run(const Arguments& arguments)
 {
@@ -52,6 +70,9 @@ QString Run(const Arguments& arguments)
         return Print(kHelpText);
     if (arguments.command == Command::Version)
         return Print("lantern-tool " LANTERN_VERSION "\n");
+
+    if (arguments.command == Command::Thumbnail)
+        return WriteThumbnail(arguments);
 
     Track track;
     std::vector<SkippedMember> skipped;

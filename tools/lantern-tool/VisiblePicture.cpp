@@ -1,0 +1,75 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "VisiblePicture.h"
+
+#include "PathText.h"
+#include "RunToPacket.h"
+
+#include <QBuffer>
+
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+
+namespace lantern::tool {
+namespace {
+
+class ImageSink final : public ClipSink {
+public:
+    void SetImage(const ClipImage& clip) override
+    {
+        const QImage view(reinterpret_cast<const uchar*>(clip.pixels.data()), clip.width,
+                          clip.height, QImage::Format_RGB32);
+        image = view.convertToFormat(QImage::Format_RGB888);
+    }
+
+    QImage image;
+};
+
+} // namespace
+
+OfflinePicture::OfflinePicture()
+{
+    m_memory.SetupGraphics(true);
+    m_interpreter.ClearPicture();
+}
+
+void OfflinePicture::RunTo(const OneBasedArray<CdgPacket>& packets, PacketIndex packet)
+{
+    RunToPacket(m_memory, m_interpreter, packets, packet);
+    // Going to the start leaves the picture as it was; the player clears it then.
+    if (packet == 0)
+        m_interpreter.ClearPicture();
+}
+
+QImage VisiblePicture(PictureMemory& picture)
+{
+    ImageSink sink;
+    picture.Buffers().FGvb2clip(picture.ViewLeft, picture.ViewLeft + kVisibleWidth - 1,
+                                picture.ViewTop, picture.ViewTop + kVisibleHeight - 1, sink);
+    return sink.image;
+}
+
+QByteArray PngOf(const QImage& image)
+{
+    QByteArray png;
+    QBuffer buffer(&png);
+    image.save(&buffer, "PNG");
+    return png;
+}
+
+QString WriteFile(const QString& path, const QByteArray& bytes)
+{
+    FILE* const file = std::fopen(NativeFromText(path).constData(), "wbe");
+    bool written = file != nullptr;
+    if (file != nullptr) {
+        const auto size = static_cast<std::size_t>(bytes.size());
+        written = std::fwrite(bytes.constData(), 1, size, file) == size;
+        // What the system could not store may be told only here.
+        written = std::fclose(file) == 0 && written;
+    }
+    if (written)
+        return {};
+    return QStringLiteral("Cannot write %1: %2").arg(path, QString::fromLocal8Bit(strerror(errno)));
+}
+
+} // namespace lantern::tool

@@ -1,0 +1,42 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "PacketInterpreter.h"
+#include "Painter.h"
+#include "PictureMemory.h"
+#include "Track.h"
+
+#include <QImage>
+#include <QString>
+
+namespace lantern::tool {
+
+// A song's picture, which nobody watches: it is looked at only when it stands.
+class OfflinePicture {
+public:
+    OfflinePicture();
+
+    PictureMemory& Memory() { return m_memory; }
+    // Clear at packet 0, as the player shows it before the first one.
+    void RunTo(const OneBasedArray<CdgPacket>& packets, PacketIndex packet);
+
+private:
+    class NoPainter final : public Painter {
+        void PaintDisplay() override {}
+    };
+
+    VirtualBuffers m_buffers;
+    PictureMemory m_memory{m_buffers};
+    NoPainter m_painter;
+    PacketInterpreter m_interpreter{m_memory, m_painter};
+};
+
+// What the window would show of the picture, 288 by 192 pixels in its colours.
+QImage VisiblePicture(PictureMemory& picture);
+
+QByteArray PngOf(const QImage& image);
+
+// The result is an error message, empty on success.
+[[nodiscard]] QString WriteFile(const QString& path, const QByteArray& bytes);
+
+} // namespace lantern::tool
