@@ -167,7 +167,7 @@ TEST(SoundShaper, ANeutralShapePassesTheSoundBitForBitToItsEnd)
 
 TEST(SoundShaper, ABurstComesWhereItsFrameIsInEveryShape)
 {
-    MemoryDecoder sound(Bursts(6));
+    MemoryDecoder sound(Bursts(4));
     SoundShaper shaper;
     for (const SoundShape shape : {SoundShape{-10, 1.0}, SoundShape{10, 1.0}, SoundShape{0, 0.5},
                                    SoundShape{0, 1.9}, SoundShape{3, 0.8}, SoundShape{-5, 1.3}}) {
@@ -175,7 +175,7 @@ TEST(SoundShaper, ABurstComesWhereItsFrameIsInEveryShape)
         const std::int64_t start = kBurstEvery * 3 / 2;
         shaper.Start(sound, start, shape);
         const std::vector<double> centres = BurstCentres(RenderAll(shaper, kRate * 4));
-        ASSERT_EQ(centres.size(), 5U) << shape.keySemitones << " " << shape.speed;
+        ASSERT_EQ(centres.size(), 3U) << shape.keySemitones << " " << shape.speed;
         for (std::size_t i = 0; i < centres.size(); ++i) {
             const double media = static_cast<double>(start) + centres[i] * shape.speed;
             const double burst =
@@ -187,14 +187,14 @@ TEST(SoundShaper, ABurstComesWhereItsFrameIsInEveryShape)
 
 TEST(SoundShaper, ThePlaceDoesNotDriftOverManyChanges)
 {
-    MemoryDecoder sound(Bursts(40));
+    MemoryDecoder sound(Bursts(20));
     Performance performance(sound, 0, {});
-    for (int change = 0; change < 60; ++change) {
+    for (int change = 0; change < 25; ++change) {
         performance.Change(ShapeFor(change % 5 - 2, static_cast<float>(change * 7 % 90 - 40)));
         performance.Render(6000);
     }
     const std::vector<double> centres = BurstCentres(performance.heard);
-    ASSERT_GT(centres.size(), 25U);
+    ASSERT_GT(centres.size(), 11U);
     for (const double centre : centres) {
         const double media = performance.MediaAt(centre) - 110;
         EXPECT_NEAR(std::remainder(media, kBurstEvery), 0.0, 0.008 * kRate);
@@ -249,12 +249,12 @@ TEST(SoundShaper, BackAtNeutralTheSoundPassesBitForBitAfterTheCrossfade)
 
 TEST(SoundShaper, TheEndComesAfterTheSoundsLengthAtItsSpeed)
 {
-    MemoryDecoder sound(Sine(kRate, 440.0));
+    MemoryDecoder sound(Sine(5000, 440.0));
     SoundShaper shaper;
     for (const double speed : {0.5, 0.8, 1.0, 1.9}) {
         shaper.Start(sound, 1000, {speed == 1.0 ? 2 : 0, speed});
-        const std::size_t frames = RenderAll(shaper, 200'000).size() / 2;
-        EXPECT_EQ(frames, static_cast<std::size_t>(std::ceil((kRate - 1000) / speed)));
+        const std::size_t frames = RenderAll(shaper, 20'000).size() / 2;
+        EXPECT_EQ(frames, static_cast<std::size_t>(std::ceil((5000 - 1000) / speed)));
     }
 }
 
@@ -274,18 +274,18 @@ TEST(SoundShaper, AtTheEndThereIsNothingLeft)
 TEST(SoundShaper, ItWaitsForTheDecoderAndGoesOnWithoutAGap)
 {
     for (const SoundShape shape : {SoundShape{}, SoundShape{3, 0.8}}) {
-        MemoryDecoder sound(Sine(2 * kRate, 440.0));
+        MemoryDecoder sound(Sine(kRate, 440.0));
         SoundShaper whole;
         whole.Start(sound, 0, shape);
-        const std::vector<float> expected = RenderAll(whole, kRate);
+        const std::vector<float> expected = RenderAll(whole, kRate / 2);
 
         SoundShaper shaper;
         sound.DecodeTo(0);
         shaper.Start(sound, 0, shape);
         std::vector<float> heard;
-        for (std::int64_t decoded = 0; decoded <= 2 * kRate; decoded += 997) {
+        for (std::int64_t decoded = 0; decoded <= kRate; decoded += 997) {
             sound.DecodeTo(decoded);
-            const std::vector<float> piece = RenderAll(shaper, kRate - heard.size() / 2);
+            const std::vector<float> piece = RenderAll(shaper, kRate / 2 - heard.size() / 2);
             heard.insert(heard.end(), piece.begin(), piece.end());
         }
         ASSERT_EQ(heard.size(), expected.size());

@@ -110,7 +110,7 @@ TEST(SpectrumTransform, EveryToneHasItsLevelInItsBandAtEveryRate)
 {
     for (const int rate : {22050, 32000, 44100, 48000, 96000, 192000}) {
         const double highest = std::min(SpectrumAnalyser::kHighestHz, rate * 0.49);
-        for (double hertz = 41.0; hertz < highest; hertz *= 1.0437) {
+        for (double hertz = 41.0; hertz < highest; hertz *= 1.113) {
             const std::vector<float> strengths = MeasuredTone(rate, hertz, -20.0);
             const std::size_t own = BandWith(hertz);
             ASSERT_NEAR(DecibelsOf(strengths[own]), -20.0, 1.0) << hertz << " Hz at " << rate;

@@ -63,6 +63,9 @@ int BurstDelayFrames(std::span<const float> stereo, int sampleRate, int second)
     const auto burstFrames = static_cast<int>(sampleRate * kBurstSeconds);
     const int farthest = sampleRate / 10;
     const auto frames = static_cast<int>(stereo.size() / 2);
+    std::vector<double> burst;
+    for (int i = 0; i < burstFrames; ++i)
+        burst.push_back(Burst(i, sampleRate));
     int best = 0;
     double bestMatch = 0;
     for (int delay = -farthest; delay <= farthest; ++delay) {
@@ -70,7 +73,7 @@ int BurstDelayFrames(std::span<const float> stereo, int sampleRate, int second)
         for (int i = 0; i < burstFrames; ++i) {
             const int frame = second * sampleRate + delay + i;
             if (frame >= 0 && frame < frames)
-                match += Burst(i, sampleRate) *
+                match += burst[static_cast<std::size_t>(i)] *
                          static_cast<double>(stereo[2 * static_cast<std::size_t>(frame)]);
         }
         if (match > bestMatch) {
