@@ -8,6 +8,7 @@ extern "C" {
 }
 
 #include <memory>
+#include <new>
 
 // FFmpeg's objects with an owner.
 namespace lantern {
@@ -28,5 +29,14 @@ struct AvDeleter {
 
 template <typename Object>
 using AvPointer = std::unique_ptr<Object, AvDeleter>;
+
+// What the library has made, unless there was no memory for it.
+template <typename Object>
+AvPointer<Object> Made(Object* object)
+{
+    if (!object)
+        throw std::bad_alloc();
+    return AvPointer<Object>(object);
+}
 
 } // namespace lantern

@@ -24,11 +24,8 @@ public:
     std::size_t ReadAt(std::int64_t offset, std::span<std::uint8_t> out) const override
     {
         // Plain reads and no mapping: a file that is cut off while it is mapped ends the process.
-        ssize_t got = 0;
-        do {
-            got = pread(m_descriptor, out.data(), out.size(), offset);
-        } while (got < 0 && errno == EINTR);
-        return got > 0 ? static_cast<std::size_t>(got) : 0;
+        const ssize_t got = TEMP_FAILURE_RETRY(pread(m_descriptor, out.data(), out.size(), offset));
+        return static_cast<std::size_t>(std::max<ssize_t>(got, 0));
     }
 
 private:
@@ -44,9 +41,9 @@ public:
 
     std::size_t ReadAt(std::int64_t offset, std::span<std::uint8_t> out) const override
     {
-        if (offset < 0 || offset >= Size())
-            return 0;
-        const auto rest = m_image.subspan(static_cast<std::size_t>(offset));
+        // An offset below 0 is far beyond the end, too.
+        const auto first = std::min(static_cast<std::size_t>(offset), m_image.size());
+        const auto rest = m_image.subspan(first);
         const auto part = rest.first(std::min(rest.size(), out.size()));
         std::ranges::copy(part, out.begin());
         return part.size();
@@ -64,8 +61,8 @@ std::unique_ptr<ByteSource> OpenFileBytes(const QString& path)
     // and after it, because the name may mean another file by then.
     const QByteArray nativePath = NativeFromText(path);
     struct stat status = {};
-    if (nativePath.isEmpty() || nativePath.contains('\0') ||
-        stat(nativePath.constData(), &status) != 0 || !S_ISREG(status.st_mode))
+    if (nativePath.contains('\0') || stat(nativePath.constData(), &status) != 0 ||
+        !S_ISREG(status.st_mode))
         return nullptr;
 
     const int descriptor =

@@ -19,16 +19,14 @@ constexpr std::int64_t kMusepackDelayFrames = 481;
 constexpr int kOpeningPackets = 500;
 // No packet stands for more than this, whatever duration it claims.
 constexpr std::int64_t kLongestPacketFrames = 65536;
+// More frames beyond a claimed end than it can be wrong by, at any rate.
+constexpr std::int64_t kMostWithheldFrames = 450000;
 
 bool IsShallow(const AVCodecContext& codec, const AVFrame& frame)
 {
-    const AVCodecDescriptor* const descriptor = avcodec_descriptor_get(codec.codec_id);
-    if (descriptor == nullptr || (descriptor->props & AV_CODEC_PROP_LOSSLESS) == 0)
-        return true;
-    const int bits =
-        codec.bits_per_raw_sample > 0 ? codec.bits_per_raw_sample : codec.bits_per_coded_sample;
-    const auto format = static_cast<AVSampleFormat>(frame.format);
-    return av_get_bytes_per_sample(format) <= 2 || (bits > 0 && bits <= 16);
+    const AVCodecDescriptor* const descriptor = codec.codec_descriptor;
+    const bool lossless = (descriptor->props & AV_CODEC_PROP_LOSSLESS) != 0;
+    return !lossless || av_get_bytes_per_sample(static_cast<AVSampleFormat>(frame.format)) <= 2;
 }
 
 SampleKind KindToKeep(const ContainerKind& container, const AVCodecContext& codec,
@@ -62,7 +60,7 @@ std::int64_t DelayFrames(const AVCodecContext& codec)
 
 DecodedStream::DecodedStream(std::unique_ptr<SoundContainer> container)
     : m_container(std::move(container)), m_stamps(m_container->Stream().time_base),
-      m_packet(av_packet_alloc()), m_frame(av_frame_alloc())
+      m_packet(Made(av_packet_alloc())), m_frame(Made(av_frame_alloc()))
 {
 }
 
@@ -72,8 +70,7 @@ std::unique_ptr<DecodedStream> DecodedStream::Open(const ByteSource& bytes, cons
     if (!container)
         return nullptr;
     std::unique_ptr<DecodedStream> stream(new DecodedStream(std::move(container)));
-    if (!stream->m_packet || !stream->m_frame || !stream->OpenCodec() ||
-        !stream->DecodeFirstFrame())
+    if (!stream->OpenCodec() || !stream->DecodeFirstFrame())
         return nullptr;
     return stream;
 }
@@ -84,8 +81,8 @@ bool DecodedStream::OpenCodec()
     const AVCodec* const decoder = avcodec_find_decoder(stream.codecpar->codec_id);
     if (decoder == nullptr || !SoundContainer::MayDecode(*decoder))
         return false;
-    m_codec.reset(avcodec_alloc_context3(decoder));
-    if (!m_codec || avcodec_parameters_to_context(m_codec.get(), stream.codecpar) < 0)
+    m_codec = Made(avcodec_alloc_context3(decoder));
+    if (avcodec_parameters_to_context(m_codec.get(), stream.codecpar) < 0)
         return false;
     // By it the decoder skips the frames that a packet tells to skip.
     m_codec->pkt_timebase = stream.time_base;
@@ -143,7 +140,7 @@ void DecodedStream::DecodePacket(const AVPacket* packet)
         return;
     m_stamps.Note(*packet);
     // What can't be decoded is silence, so that all that follows keeps its place.
-    if (failed && m_block.size() == before && packet->duration > 0) {
+    if (failed && m_block.size() == before) {
         const AVRational timeBase = m_container->Stream().time_base;
         if (m_converter)
             AppendSilence(av_rescale_q(packet->duration, timeBase, AVRational{1, m_sampleRate}));
@@ -180,8 +177,7 @@ bool DecodedStream::BeginSound()
     m_sampleKind = KindToKeep(m_container->Kind(), *m_codec, *m_frame);
     m_converter.emplace(m_sampleKind, m_sampleRate);
 
-    const LengthRule rule = m_container->Kind().rule;
-    if (rule == LengthRule::Claim || rule == LengthRule::TrustedClaim)
+    if (m_container->Kind().rule != LengthRule::Packets)
         m_claimedFrames = m_container->ClaimedFrames(m_sampleRate);
     m_delayFrames = DelayFrames(*m_codec) + m_container->SilentFrames();
     AppendSilence(LostFrames(*m_codec));
@@ -208,18 +204,16 @@ void DecodedStream::KeepWithinClaim()
 {
     if (m_claimedFrames == 0)
         return;
-    const std::int64_t allowed = m_claimedFrames - m_emittedFrames;
-    if (FramesIn(m_block) > allowed) {
-        const auto cut = m_block.begin() + static_cast<std::ptrdiff_t>(SizeOf(allowed));
-        m_withheld.insert(m_withheld.end(), cut, m_block.end());
-        m_block.erase(cut, m_block.end());
-    }
+    const std::int64_t within = std::min(m_claimedFrames - m_emittedFrames, FramesIn(m_block));
+    const auto cut = m_block.begin() + static_cast<std::ptrdiff_t>(SizeOf(within));
+    m_withheld.insert(m_withheld.end(), cut, m_block.end());
+    m_block.erase(cut, m_block.end());
     if (m_withheld.empty())
         return;
     if (m_container->Kind().rule == LengthRule::TrustedClaim) {
         m_packetsEnded = true;
     } else if (m_stamps.Refutes(m_claimedFrames, m_sampleRate) ||
-               FramesIn(m_withheld) > 2 * std::int64_t{m_sampleRate} + kLongestPacketFrames) {
+               FramesIn(m_withheld) > kMostWithheldFrames) {
         m_block.insert(m_block.end(), m_withheld.begin(), m_withheld.end());
         m_withheld.clear();
         m_claimedFrames = 0;
@@ -234,10 +228,9 @@ void DecodedStream::EndSound()
     if (m_converter)
         m_converter->Finish(m_block);
     KeepWithinClaim();
-    if (m_claimedFrames == 0)
-        return;
-    if (m_container->Kind().rule == LengthRule::TrustedClaim ||
-        m_stamps.BearsOut(m_claimedFrames, m_sampleRate))
+    const bool holds = m_container->Kind().rule == LengthRule::TrustedClaim ||
+                       m_stamps.BearsOut(m_claimedFrames, m_sampleRate);
+    if (m_claimedFrames != 0 && holds)
         m_closingSilence = m_claimedFrames - m_emittedFrames - FramesIn(m_block);
     else
         m_block.insert(m_block.end(), m_withheld.begin(), m_withheld.end());

@@ -31,7 +31,7 @@ double HeardClock::At(TimePoint now, double writtenFrames) const
     if (m_sounding) {
         frames += std::chrono::duration<double>(now - m_at).count() * m_sampleRate;
     }
-    return std::clamp(frames, 0.0, std::max(writtenFrames, 0.0));
+    return std::clamp(frames, 0.0, writtenFrames);
 }
 
 } // namespace lantern

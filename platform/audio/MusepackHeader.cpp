@@ -13,21 +13,20 @@ class Reader {
 public:
     explicit Reader(std::span<const std::uint8_t> bytes) : m_rest(bytes) {}
 
-    bool Skip(std::size_t count)
+    void Skip(std::size_t count)
     {
         m_failed = m_failed || count > m_rest.size();
         if (!m_failed)
             m_rest = m_rest.subspan(count);
-        return !m_failed;
     }
 
-    bool Expect(std::string_view text)
+    void Expect(std::string_view text)
     {
-        const bool equal = m_rest.size() >= text.size() &&
-                           std::ranges::equal(text, m_rest.first(text.size()), {},
-                                              [](char c) { return static_cast<std::uint8_t>(c); });
-        m_failed = m_failed || !equal;
-        return Skip(text.size());
+        const auto start = m_rest.first(std::min(m_rest.size(), text.size()));
+        m_failed = m_failed || !std::ranges::equal(text, start, {}, [](char c) {
+                       return static_cast<std::uint8_t>(c);
+                   });
+        Skip(text.size());
     }
 
     // Seven bits a byte, the highest first; the top bit tells that another byte follows.
@@ -35,7 +34,7 @@ public:
     {
         constexpr int kLongest = 8;
         std::int64_t value = 0;
-        for (int i = 0; i < kLongest && !m_rest.empty() && !m_failed; ++i) {
+        for (int i = 0; i < kLongest && !m_rest.empty(); ++i) {
             const std::uint8_t byte = m_rest.front();
             Skip(1);
             value = value << 7 | (byte & 0x7F);

@@ -5,16 +5,13 @@
 
 #include <algorithm>
 #include <array>
-#include <cerrno>
 #include <cstring>
 #include <sys/mman.h>
-#include <unistd.h>
 
 namespace lantern {
 namespace {
 
 constexpr std::int64_t kSecondsInADay = std::int64_t{24} * 60 * 60;
-constexpr std::size_t kBytesBetweenRoomChecks = std::size_t{16} * 1024 * 1024;
 
 void ToFloat(SampleKind kind, std::span<const std::byte> samples, float* out)
 {
@@ -41,7 +38,7 @@ std::int64_t PcmStore::LongestSound(SampleKind kind, int sampleRate, const PcmLi
 PcmStore::PcmStore(SampleKind kind, int sampleRate, const PcmLimits& limits)
     : m_kind(kind), m_largestSize(static_cast<std::size_t>(LongestSound(kind, sampleRate, limits)) *
                                   StereoFrameSize(kind)),
-      m_memorySize(limits.memorySize)
+      m_bytesToLeaveFree(limits.bytesToLeaveFree), m_memorySize(limits.memorySize)
 {
     // The whole range is reserved at once, so that a reader never meets a table that grows; a page
     // of it costs memory only when it is written.
@@ -57,8 +54,8 @@ PcmStore::~PcmStore()
 {
     if (m_memory != nullptr)
         munmap(m_memory, m_memorySize);
-    if (m_file >= 0)
-        CloseTemporaryFile(m_file, static_cast<std::int64_t>(m_size));
+    if (m_file != kNoFile)
+        CloseTemporaryFile(m_file);
 }
 
 bool PcmStore::Append(std::span<const std::byte> frames)
@@ -66,9 +63,8 @@ bool PcmStore::Append(std::span<const std::byte> frames)
     const bool fits = frames.size() <= m_largestSize - m_size;
     const auto taken = fits ? frames : frames.first(m_largestSize - m_size);
 
-    const std::size_t inMemory =
-        m_size < m_memorySize ? std::min(taken.size(), m_memorySize - m_size) : 0;
-    if (inMemory > 0)
+    const std::size_t inMemory = std::min(taken.size(), MemoryFrom(m_size));
+    if (inMemory != 0)
         std::memcpy(m_memory + m_size, taken.data(), inMemory);
     m_size += inMemory;
     const bool stored = inMemory == taken.size() || AppendToFile(taken.subspan(inMemory));
@@ -77,48 +73,37 @@ bool PcmStore::Append(std::span<const std::byte> frames)
     return fits && stored;
 }
 
+// Bytes of the memory from this offset on.
+std::size_t PcmStore::MemoryFrom(std::size_t offset) const
+{
+    return m_memorySize - std::min(offset, m_memorySize);
+}
+
 bool PcmStore::AppendToFile(std::span<const std::byte> bytes)
 {
-    if (m_file < 0 && !m_fileFailed)
+    if (m_file == kNoFile)
         m_file = OpenTemporaryFile();
-    const std::size_t offset = m_size - m_memorySize;
-    const bool checkRoom =
-        offset / kBytesBetweenRoomChecks != (offset + bytes.size()) / kBytesBetweenRoomChecks ||
-        offset == 0;
-    m_fileFailed = m_fileFailed || m_file < 0 || (checkRoom && !HasRoom(m_file));
-
-    std::size_t written = 0;
-    // Silence becomes a hole in the file, which takes no room on the disk.
-    const bool silent = std::ranges::all_of(bytes, [](std::byte b) { return b == std::byte{}; });
-    if (silent && !m_fileFailed &&
-        ftruncate(m_file, static_cast<off_t>(offset + bytes.size())) == 0)
-        written = bytes.size();
-    while (!m_fileFailed && written < bytes.size()) {
-        const ssize_t step = pwrite(m_file, bytes.data() + written, bytes.size() - written,
-                                    static_cast<off_t>(offset + written));
-        if (step > 0)
-            written += static_cast<std::size_t>(step);
-        else
-            m_fileFailed = step == 0 || errno != EINTR;
-    }
+    if (!HasRoom(m_file, m_bytesToLeaveFree))
+        return false;
+    const std::size_t written = WriteTemporaryFile(m_file, m_size - m_memorySize, bytes);
     // Only whole frames count.
     m_size += written - (m_size + written) % StereoFrameSize(m_kind);
-    return !m_fileFailed;
+    return written == bytes.size();
 }
 
 int PcmStore::Read(std::int64_t firstFrame, std::span<float> stereo) const
 {
-    const std::int64_t available = PublishedFrames() - firstFrame;
-    if (firstFrame < 0 || available <= 0)
+    if (firstFrame < 0)
         return 0;
     const std::size_t frameSize = StereoFrameSize(m_kind);
     const auto wanted = static_cast<std::int64_t>(stereo.size() / 2);
-    const auto frames = static_cast<std::size_t>(std::min(available, wanted));
+    const auto frames = static_cast<std::size_t>(
+        std::clamp<std::int64_t>(PublishedFrames() - firstFrame, 0, wanted));
 
     // By way of the stack, in pieces of whole frames.
     std::array<std::byte, 4096> piece;
     const std::size_t framesInPiece = piece.size() / frameSize;
-    for (std::size_t done = 0; done < frames;) {
+    for (std::size_t done = 0; done != frames;) {
         const std::size_t count = std::min(framesInPiece, frames - done);
         const auto bytes = std::span(piece).first(count * frameSize);
         if (!CopyBytes((static_cast<std::size_t>(firstFrame) + done) * frameSize, bytes))
@@ -131,19 +116,12 @@ int PcmStore::Read(std::int64_t firstFrame, std::span<float> stereo) const
 
 bool PcmStore::CopyBytes(std::size_t offset, std::span<std::byte> out) const
 {
-    const std::size_t inMemory =
-        offset < m_memorySize ? std::min(out.size(), m_memorySize - offset) : 0;
-    if (inMemory > 0)
+    const std::size_t inMemory = std::min(out.size(), MemoryFrom(offset));
+    if (inMemory != 0)
         std::memcpy(out.data(), m_memory + offset, inMemory);
-    for (std::size_t done = inMemory; done < out.size();) {
-        const ssize_t step = pread(m_file, out.data() + done, out.size() - done,
-                                   static_cast<off_t>(offset + done - m_memorySize));
-        if (step == 0 || (step < 0 && errno != EINTR))
-            return false;
-        if (step > 0)
-            done += static_cast<std::size_t>(step);
-    }
-    return true;
+    const auto inFile = out.subspan(inMemory);
+    return inFile.empty() ||
+           ReadTemporaryFile(m_file, offset + inMemory - m_memorySize, inFile) == inFile.size();
 }
 
 } // namespace lantern

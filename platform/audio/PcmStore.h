@@ -11,9 +11,11 @@
 namespace lantern {
 
 struct PcmLimits {
-    std::size_t memorySize = std::size_t{64} * 1024 * 1024;
+    std::size_t memorySize = std::size_t{64} << 20;
     // Where a sound without an end is cut off: after twelve hours of CD sound.
-    std::size_t largestSize = std::size_t{8} * 1024 * 1024 * 1024;
+    std::size_t largestSize = std::size_t{8} << 30;
+    // What others may want of the disk that holds the rest.
+    std::uint64_t bytesToLeaveFree = std::uint64_t{512} << 20;
 };
 
 // Keeps the frames of a sound while one thread appends and another reads what has been published.
@@ -29,8 +31,8 @@ public:
     PcmStore(const PcmStore&) = delete;
     PcmStore& operator=(const PcmStore&) = delete;
 
-    // The writer's. Appends whole frames and publishes them. False if the sound must end here:
-    // it is as long as a sound may get, or there is no room left on the disk.
+    // The writer's. Appends whole frames and publishes them. False if not all of them fit: the
+    // sound is as long as a sound may get, or there is no room left on the disk.
     bool Append(std::span<const std::byte> frames);
 
     std::int64_t PublishedFrames() const { return m_published.load(std::memory_order_acquire); }
@@ -39,16 +41,19 @@ public:
     int Read(std::int64_t firstFrame, std::span<float> stereo) const;
 
 private:
+    std::size_t MemoryFrom(std::size_t offset) const;
     bool AppendToFile(std::span<const std::byte> bytes);
     bool CopyBytes(std::size_t offset, std::span<std::byte> out) const;
 
+    static constexpr int kNoFile = -1;
+
     const SampleKind m_kind;
     const std::size_t m_largestSize;
+    const std::uint64_t m_bytesToLeaveFree;
     std::size_t m_memorySize;
     std::byte* m_memory = nullptr; // a mapping: its pages go back to the system with the sound
     std::size_t m_size = 0;        // the writer's count of bytes
-    int m_file = -1;               // made before the first frame in it is published
-    bool m_fileFailed = false;
+    int m_file = kNoFile;          // made before the first frame in it is published
     std::atomic<std::int64_t> m_published = 0;
 };
 

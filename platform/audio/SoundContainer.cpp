@@ -9,7 +9,6 @@ extern "C" {
 
 #include <algorithm>
 #include <array>
-#include <limits>
 
 namespace lantern {
 namespace {
@@ -39,15 +38,20 @@ constexpr const char* kDecoders =
     "pcm_u8,pcm_s8,pcm_s16le,pcm_s16be,pcm_s24le,pcm_s24be,pcm_s32le,pcm_s32be,"
     "pcm_f32le,pcm_f32be,pcm_f64le,pcm_f64be,pcm_alaw,pcm_mulaw";
 
-constexpr int kIoBufferSize = 64 * 1024;
+constexpr int kIoBufferSize = 65536;
 // The largest block that a header may make the library allocate: the packet table of a day of
 // sound fits.
-constexpr std::size_t kLargestAllocation = std::size_t{256} * 1024 * 1024;
+constexpr std::size_t kLargestAllocation = std::size_t{256} << 20;
 
 const ContainerKind* FindKind(std::string_view name)
 {
     const auto* const found = std::ranges::find(kContainers, name, &ContainerKind::name);
     return found == kContainers.end() ? nullptr : &*found;
+}
+
+std::int64_t Positive(std::int64_t frames)
+{
+    return std::max<std::int64_t>(frames, 0);
 }
 
 } // namespace
@@ -72,13 +76,7 @@ std::unique_ptr<SoundContainer> SoundContainer::Open(const ByteSource& bytes, co
 bool SoundContainer::OpenInput()
 {
     auto* const buffer = static_cast<unsigned char*>(av_malloc(kIoBufferSize));
-    if (buffer == nullptr)
-        return false;
-    m_io.reset(avio_alloc_context(buffer, kIoBufferSize, 0, this, ReadBytes, nullptr, SeekBytes));
-    if (!m_io) {
-        av_free(buffer);
-        return false;
-    }
+    m_io = Made(avio_alloc_context(buffer, kIoBufferSize, 0, this, ReadBytes, nullptr, SeekBytes));
 
     // No name is given: the contents decide.
     const AVInputFormat* input = nullptr;
@@ -88,9 +86,7 @@ bool SoundContainer::OpenInput()
     if (m_kind == nullptr)
         return false;
 
-    AVFormatContext* context = avformat_alloc_context();
-    if (context == nullptr)
-        return false;
+    AVFormatContext* context = Made(avformat_alloc_context()).release();
     context->pb = m_io.get();
     context->io_open = RefuseToOpen;
     context->codec_whitelist = av_strdup(kDecoders);
@@ -119,12 +115,8 @@ bool SoundContainer::ChooseStream()
     const int index = av_find_best_stream(m_format.get(), AVMEDIA_TYPE_AUDIO, -1, -1, nullptr, 0);
     if (index < 0)
         return false;
-    for (unsigned i = 0; i < m_format->nb_streams; ++i) {
-        const bool chosen = i == static_cast<unsigned>(index);
-        m_format->streams[i]->discard = chosen ? AVDISCARD_DEFAULT : AVDISCARD_ALL;
-    }
     m_stream = m_format->streams[index];
-    return m_stream->time_base.num > 0 && m_stream->time_base.den > 0;
+    return true;
 }
 
 void SoundContainer::ReadMusepackHeader()
@@ -157,18 +149,19 @@ bool SoundContainer::SeekTo(std::int64_t stamp)
 
 std::int64_t SoundContainer::ClaimedFrames(int sampleRate) const
 {
-    if (m_statedFrames > 0 && m_stream->codecpar->sample_rate > 0)
-        return av_rescale(m_statedFrames, sampleRate, m_stream->codecpar->sample_rate);
-    if (m_stream->duration == AV_NOPTS_VALUE || m_stream->duration <= 0)
-        return 0;
-    const AVRational frame = {1, sampleRate};
-    const std::int64_t frames = av_rescale_q(m_stream->duration, m_stream->time_base, frame);
-    // In Ogg the encoder's delay counts.
+    // What is out of all reason comes back as a negative number.
     const AVCodecParameters& codec = *m_stream->codecpar;
-    const bool countsDelay = m_kind->name == "ogg" && codec.sample_rate > 0;
+    if (m_statedFrames != 0)
+        return Positive(av_rescale(m_statedFrames, sampleRate, codec.sample_rate));
+    const AVRational frame = {1, sampleRate};
+    const std::int64_t frames =
+        Positive(av_rescale_q(m_stream->duration, m_stream->time_base, frame));
+    // In Ogg the encoder's delay counts.
+    const bool countsDelay = m_kind->name == "ogg";
     const std::int64_t delay =
-        countsDelay ? av_rescale(codec.initial_padding, sampleRate, codec.sample_rate) : 0;
-    return frames > delay ? frames - delay : 0;
+        countsDelay ? Positive(av_rescale(codec.initial_padding, sampleRate, codec.sample_rate))
+                    : 0;
+    return Positive(frames - delay);
 }
 
 double SoundContainer::Progress() const
@@ -185,24 +178,19 @@ int SoundContainer::ReadBytes(void* opaque, std::uint8_t* out, int size)
     const std::size_t got =
         self.m_bytes.ReadAt(self.m_position, std::span(out, static_cast<std::size_t>(size)));
     self.m_position += static_cast<std::int64_t>(got);
-    return got > 0 ? static_cast<int>(got) : AVERROR_EOF;
+    return got != 0 ? static_cast<int>(got) : AVERROR_EOF;
 }
 
 std::int64_t SoundContainer::SeekBytes(void* opaque, std::int64_t offset, int whence)
 {
     auto& self = *static_cast<SoundContainer*>(opaque);
-    if ((whence & AVSEEK_SIZE) != 0)
+    if (whence == AVSEEK_SIZE)
         return self.m_bytes.Size();
-
-    std::int64_t base = 0;
-    if ((whence & ~AVSEEK_FORCE) == SEEK_CUR)
-        base = self.m_position;
-    else if ((whence & ~AVSEEK_FORCE) == SEEK_END)
-        base = self.m_bytes.Size();
-    if (offset < -base || offset > std::numeric_limits<std::int64_t>::max() - base)
+    // The library works out every other kind of seek itself.
+    if (whence != SEEK_SET)
         return AVERROR(EINVAL);
-    self.m_position = base + offset;
-    return self.m_position;
+    self.m_position = offset;
+    return offset;
 }
 
 int SoundContainer::RefuseToOpen(AVFormatContext*, AVIOContext**, const char*, int, AVDictionary**)

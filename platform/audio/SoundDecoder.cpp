@@ -27,15 +27,7 @@ constexpr milliseconds kTimeToMeasureMemory(400);
 
 class BackgroundDecoder final : public SoundDecoder {
 public:
-    static std::unique_ptr<SoundDecoder> Open(std::unique_ptr<ByteSource> bytes,
-                                              milliseconds timeToMeasure)
-    {
-        if (!bytes)
-            return nullptr;
-        std::unique_ptr<BackgroundDecoder> decoder(new BackgroundDecoder(std::move(bytes)));
-        return decoder->Start(timeToMeasure) ? std::move(decoder) : nullptr;
-    }
-
+    explicit BackgroundDecoder(std::unique_ptr<ByteSource> bytes) : m_bytes(std::move(bytes)) {}
     ~BackgroundDecoder() override
     {
         m_halt.Stop();
@@ -56,10 +48,10 @@ public:
 
     Chunk Read(std::int64_t firstFrame, std::span<float> stereo) override;
 
-private:
-    explicit BackgroundDecoder(std::unique_ptr<ByteSource> bytes) : m_bytes(std::move(bytes)) {}
-
+    // False if the bytes hold no sound.
     bool Start(milliseconds timeToMeasure);
+
+private:
     void DecodeToEnd();
 
     std::unique_ptr<ByteSource> m_bytes;
@@ -117,28 +109,40 @@ SoundDecoder::Chunk BackgroundDecoder::Read(std::int64_t firstFrame, std::span<f
 
 } // namespace
 
+std::unique_ptr<SoundDecoder> SoundDecoder::Open(std::unique_ptr<ByteSource> bytes,
+                                                 milliseconds timeToMeasure)
+{
+    if (!bytes)
+        return nullptr;
+    auto decoder = std::make_unique<BackgroundDecoder>(std::move(bytes));
+    return decoder->Start(timeToMeasure) ? std::move(decoder) : nullptr;
+}
+
 std::unique_ptr<SoundDecoder> SoundDecoder::OpenFile(const QString& path)
 {
-    return BackgroundDecoder::Open(OpenFileBytes(path), kTimeToMeasureFile);
+    return Open(OpenFileBytes(path), kTimeToMeasureFile);
 }
 
 std::unique_ptr<SoundDecoder> SoundDecoder::OpenMemory(std::span<const std::uint8_t> image)
 {
-    return BackgroundDecoder::Open(OpenMemoryBytes(image), kTimeToMeasureMemory);
+    return Open(OpenMemoryBytes(image), kTimeToMeasureMemory);
 }
 
 std::int32_t SoundDecoder::FileDurationMs(const QString& path)
 {
     const auto bytes = OpenFileBytes(path);
-    if (!bytes)
-        return 0;
+    return bytes ? DurationMs(*bytes) : 0;
+}
+
+std::int32_t SoundDecoder::DurationMs(const ByteSource& bytes)
+{
     // Only a decoded frame proves that there is a sound, and tells its rate.
     const Halt halt(kTimeForDuration);
-    const auto stream = DecodedStream::Open(*bytes, halt);
+    const auto stream = DecodedStream::Open(bytes, halt);
     if (!stream)
         return 0;
     const int rate = stream->SampleRate();
-    const std::int64_t frames = std::min(MeasureSound(*bytes, rate, halt).frames,
+    const std::int64_t frames = std::min(MeasureSound(bytes, rate, halt).frames,
                                          PcmStore::LongestSound(stream->Kind(), rate));
     return static_cast<std::int32_t>((frames * 1000 + rate / 2) / rate);
 }

@@ -3,11 +3,14 @@
 
 #include <QString>
 
+#include <chrono>
 #include <cstdint>
 #include <memory>
 #include <span>
 
 namespace lantern {
+
+class ByteSource;
 
 // A sound opened for playing: PCM at its own rate, as stereo floats, decoded from the start by a
 // thread of its own while it is already being read. A sound is cut off at 8 GB of PCM (twelve hours
@@ -30,11 +33,17 @@ public:
     // The memory stays the caller's and must outlive the decoder.
     static std::unique_ptr<SoundDecoder> OpenMemory(std::span<const std::uint8_t> image);
 
+    // The same for any bytes; none are no sound. Its length is measured for so long at most before
+    // it is estimated.
+    static std::unique_ptr<SoundDecoder> Open(std::unique_ptr<ByteSource> bytes,
+                                              std::chrono::milliseconds timeToMeasure);
+
     // Milliseconds of the sound in the file, exact as playing it to the end would measure it and
     // rounded to the nearest; 0 if there is none. Within a second for any input: what takes longer
     // to measure (an mp3 of many hours, or a damaged file that only a decode could tell) is
     // estimated by then.
     static std::int32_t FileDurationMs(const QString& path);
+    static std::int32_t DurationMs(const ByteSource& bytes);
 
     virtual ~SoundDecoder() = default;
 

@@ -34,7 +34,7 @@ std::int64_t SkippedFrames(const AVPacket& packet)
     std::size_t size = 0;
     const std::uint8_t* const data =
         av_packet_get_side_data(&packet, AV_PKT_DATA_SKIP_SAMPLES, &size);
-    if (data == nullptr || size < kSize)
+    if (size < kSize)
         return 0;
     return std::int64_t{AV_RL32(data)} + AV_RL32(data + 4);
 }
@@ -42,8 +42,8 @@ std::int64_t SkippedFrames(const AVPacket& packet)
 PacketSurvey Survey(SoundContainer& container, const Halt& halt)
 {
     PacketSurvey survey(container.Stream().time_base);
-    const AvPointer<AVPacket> packet(av_packet_alloc());
-    while (packet && container.ReadPacket(*packet)) {
+    const AvPointer<AVPacket> packet = Made(av_packet_alloc());
+    while (container.ReadPacket(*packet)) {
         survey.stamps.Note(*packet);
         survey.durationsKnown = survey.durationsKnown && packet->duration > 0;
         survey.ticks += std::clamp<std::int64_t>(packet->duration, 0, INT32_MAX);
@@ -71,8 +71,8 @@ bool TailBearsOut(SoundContainer& container, std::int64_t claimedFrames, int sam
     constexpr AVRational kTail = {2, 1};
     const AVStream& stream = container.Stream();
     const std::int64_t tail = av_rescale_q(1, kTail, stream.time_base);
-    const AvPointer<AVPacket> packet(av_packet_alloc());
-    if (!packet || !container.SeekTo(std::max<std::int64_t>(0, stream.duration - tail)))
+    const AvPointer<AVPacket> packet = Made(av_packet_alloc());
+    if (!container.SeekTo(std::max<std::int64_t>(0, stream.duration - tail)))
         return false;
     const AVRational frame = {1, sampleRate};
     std::int64_t end = 0;

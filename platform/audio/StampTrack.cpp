@@ -29,7 +29,8 @@ void StampTrack::Note(const AVPacket& packet)
                    (m_length > 0 && packet.pts > SaturatedSum(expected, tolerance));
     }
     // Monkey's Audio gives no durations; but all its packets have one length.
-    const std::int64_t step = m_any && packet.pts > m_last ? packet.pts - m_last : 0;
+    const std::int64_t step =
+        m_any ? std::max<std::int64_t>(SaturatedSum(packet.pts, -m_last), 0) : 0;
     m_length = packet.duration > 0 ? packet.duration : step;
     m_last = packet.pts;
     m_any = true;
@@ -44,7 +45,7 @@ bool StampTrack::BearsOut(std::int64_t claimedFrames, int sampleRate) const
 
 bool StampTrack::Refutes(std::int64_t claimedFrames, int sampleRate) const
 {
-    return m_any && FramesFromStart(m_last, sampleRate) > SaturatedSum(claimedFrames, sampleRate);
+    return FramesFromStart(m_last, sampleRate) > SaturatedSum(claimedFrames, sampleRate);
 }
 
 std::int64_t StampTrack::FramesFromStart(std::int64_t stamp, int sampleRate) const

@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "TemporaryFile.h"
 
+#include <algorithm>
 #include <array>
+#include <cerrno>
 #include <cstdlib>
 #include <fcntl.h>
 #include <linux/magic.h>
@@ -14,13 +16,13 @@
 namespace lantern {
 namespace {
 
-constexpr std::uint64_t kBytesToLeaveFree = std::uint64_t{512} * 1024 * 1024;
+constexpr int kNone = -1;
 
 int OpenIn(const std::string& folder)
 {
     std::string name = folder + "/lantern-sound-XXXXXX";
     const int descriptor = mkostemp(name.data(), O_CLOEXEC);
-    if (descriptor >= 0)
+    if (descriptor != kNone)
         unlink(name.c_str());
     return descriptor;
 }
@@ -42,29 +44,57 @@ int OpenTemporaryFile()
         for (const std::string& folder : folders) {
             if (LiesInMemory(folder) != inMemory)
                 continue;
-            if (const int descriptor = OpenIn(folder); descriptor >= 0)
+            if (const int descriptor = OpenIn(folder); descriptor != kNone)
                 return descriptor;
         }
     }
-    return -1;
+    return kNone;
 }
 
-void CloseTemporaryFile(int descriptor, std::int64_t size)
+void CloseTemporaryFile(int descriptor)
 {
     // Freed at about 5 GB a second, hours of sound would hold up whoever opens the next track. The
     // thread touches nothing but the descriptor; if the program ends before it, the system closes.
-    constexpr std::int64_t kSlowSize = std::int64_t{64} * 1024 * 1024;
-    if (size > kSlowSize)
-        std::thread([descriptor] { close(descriptor); }).detach();
-    else
-        close(descriptor);
+    std::thread([descriptor] { close(descriptor); }).detach();
 }
 
-bool HasRoom(int descriptor)
+std::size_t WriteTemporaryFile(int descriptor, std::size_t offset, std::span<const std::byte> bytes)
+{
+    const auto end = static_cast<off_t>(offset + bytes.size());
+    const bool silent = std::ranges::all_of(bytes, [](std::byte b) { return b == std::byte{}; });
+    if (silent && ftruncate(descriptor, end) == 0)
+        return bytes.size();
+    std::size_t done = 0;
+    while (done != bytes.size()) {
+        const auto rest = bytes.subspan(done);
+        const ssize_t step = TEMP_FAILURE_RETRY(
+            pwrite(descriptor, rest.data(), rest.size(), static_cast<off_t>(offset + done)));
+        if (step <= 0)
+            break;
+        done += static_cast<std::size_t>(step);
+    }
+    return done;
+}
+
+std::size_t ReadTemporaryFile(int descriptor, std::size_t offset, std::span<std::byte> out)
+{
+    std::size_t done = 0;
+    while (done != out.size()) {
+        const auto rest = out.subspan(done);
+        const ssize_t step = TEMP_FAILURE_RETRY(
+            pread(descriptor, rest.data(), rest.size(), static_cast<off_t>(offset + done)));
+        if (step <= 0)
+            break;
+        done += static_cast<std::size_t>(step);
+    }
+    return done;
+}
+
+bool HasRoom(int descriptor, std::uint64_t bytes)
 {
     struct statvfs status = {};
     return fstatvfs(descriptor, &status) == 0 &&
-           std::uint64_t{status.f_bavail} * status.f_frsize > kBytesToLeaveFree;
+           std::uint64_t{status.f_bavail} * status.f_frsize > bytes;
 }
 
 } // namespace lantern

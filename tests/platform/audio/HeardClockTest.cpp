@@ -45,6 +45,18 @@ TEST(HeardClock, WhatWasNotWrittenIsNotHeard)
     EXPECT_EQ(clock.At(kStart + 1s, 3000), 3000);
 }
 
+TEST(HeardClock, ARestartForgetsWhatWasHeardAndTakesTheNewRate)
+{
+    HeardClock clock;
+    clock.Restart(48000);
+    clock.Sample(1000, kStart, true);
+    clock.Restart(8000);
+    EXPECT_EQ(clock.At(kStart, kPlenty), 0);
+    EXPECT_EQ(clock.At(kStart + 1s, kPlenty), 0);
+    clock.Sample(1000, kStart, true);
+    EXPECT_NEAR(clock.At(kStart + 1s, kPlenty), 9000, 1e-6);
+}
+
 TEST(HeardClock, ItStandsStillWhileNothingSounds)
 {
     HeardClock clock;

@@ -35,13 +35,29 @@ TEST(MusepackHeader, ANumberWithoutAnEndTellsNothing)
     EXPECT_FALSE(ParseMusepackHeader(header));
 }
 
-TEST(MusepackHeader, MoreSilenceThanFramesTellsNothing)
+TEST(MusepackHeader, ANumberHasEightBytesAtMost)
+{
+    std::vector<std::uint8_t> header = kHeader;
+    header.resize(12);
+    header.insert(header.end(), {0x80, 0x80, 0x80, 0x80, 0x80, 0x81, 0x80, 0, 5});
+    ASSERT_TRUE(ParseMusepackHeader(header));
+    EXPECT_EQ(ParseMusepackHeader(header)->frameCount, 16384 - 5);
+    header.insert(header.begin() + 12, 0x80);
+    EXPECT_FALSE(ParseMusepackHeader(header));
+}
+
+TEST(MusepackHeader, NoMoreFramesThanSilenceTellsNothing)
 {
     std::vector<std::uint8_t> header = kHeader;
     header[12] = 0x80;
     header[13] = 0x80;
-    header[14] = 100;
-    EXPECT_FALSE(ParseMusepackHeader(header));
+    for (const std::uint8_t frames : {std::uint8_t{0}, std::uint8_t{99}, std::uint8_t{100}}) {
+        header[14] = frames;
+        EXPECT_FALSE(ParseMusepackHeader(header));
+    }
+    header[14] = 101;
+    ASSERT_TRUE(ParseMusepackHeader(header));
+    EXPECT_EQ(ParseMusepackHeader(header)->frameCount, 1);
 }
 
 TEST(MusepackHeader, OtherBytesTellNothing)

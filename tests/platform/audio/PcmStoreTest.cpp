@@ -1,13 +1,15 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "PcmStore.h"
 
+#include "SoundFiles.h"
+
 #include <gtest/gtest.h>
 
-#include <cstdlib>
+#include <csignal>
 #include <cstring>
-#include <filesystem>
-#include <string>
-#include <sys/stat.h>
+#include <fstream>
+#include <limits>
+#include <sys/resource.h>
 #include <thread>
 #include <vector>
 
@@ -110,23 +112,111 @@ TEST(PcmStore, AnotherThreadReadsWhatHasBeenPublishedSoFar)
     ExpectCounting(store, 0, kFrames);
 }
 
-// The room on the disk that our unlinked sound files take.
-std::int64_t BlocksOfSoundFiles()
+TEST(PcmStore, WhatFitsExactlyIsTakenAndTheNextFrameIsNot)
 {
-    std::int64_t blocks = 0;
-    for (const auto& entry : std::filesystem::directory_iterator("/proc/self/fd")) {
-        std::error_code error;
-        const std::string name = std::filesystem::read_symlink(entry.path(), error).string();
-        struct stat status = {};
-        if (name.find("/lantern-sound-") != std::string::npos &&
-            stat(entry.path().c_str(), &status) == 0)
-            blocks += status.st_blocks;
+    PcmStore store(SampleKind::Int16, 44100, kSmall);
+    EXPECT_TRUE(store.Append(Counting(0, (1 << 20) / 4)));
+    EXPECT_FALSE(store.Append(Counting(0, 1)));
+    EXPECT_EQ(store.PublishedFrames(), (1 << 20) / 4);
+}
+
+TEST(PcmStore, ReadsAcrossPiecesAndTheBorderOfTheMemoryAreWhole)
+{
+    // The memory ends within a frame.
+    PcmStore store(SampleKind::Int16, 44100, {.memorySize = 4098, .largestSize = 1 << 20});
+    for (int frame = 0; frame < 3000; frame += 7)
+        ASSERT_TRUE(store.Append(Counting(frame, 7)));
+    for (int first = 0; first < 3000; first += 41)
+        ExpectCounting(store, first, std::min(1500, 3003 - first));
+}
+
+TEST(PcmStore, WithoutMemoryEverythingGoesToTheFile)
+{
+    ASSERT_TRUE(SoundFilesGo()); // those of other tests
+    // More than there are addresses.
+    PcmStore store(SampleKind::Int16, 44100,
+                   {.memorySize = std::size_t{1} << 60, .largestSize = 1 << 20});
+    ASSERT_TRUE(store.Append(Counting(0, 5000)));
+    EXPECT_GT(BlocksOfSoundFiles(), 0);
+    ExpectCounting(store, 0, 5000);
+}
+
+TEST(PcmStore, WithoutRoomOnTheDiskTheSoundEndsWithTheMemory)
+{
+    PcmStore store(SampleKind::Int16, 44100,
+                   {.memorySize = 4096,
+                    .largestSize = 1 << 20,
+                    .bytesToLeaveFree = std::numeric_limits<std::uint64_t>::max()});
+    ASSERT_TRUE(store.Append(Counting(0, 1000)));
+    EXPECT_FALSE(store.Append(Counting(1000, 1000)));
+    EXPECT_EQ(store.PublishedFrames(), 1024);
+    ExpectCounting(store, 0, 1024);
+    EXPECT_FALSE(store.Append(Counting(1024, 1)));
+    EXPECT_EQ(store.PublishedFrames(), 1024);
+}
+
+// No file of this process may grow beyond the size meanwhile.
+class FileSizeLimit {
+public:
+    explicit FileSizeLimit(rlim_t bytes)
+    {
+        getrlimit(RLIMIT_FSIZE, &m_before);
+        std::signal(SIGXFSZ, SIG_IGN);
+        const rlimit limit = {bytes, m_before.rlim_max};
+        setrlimit(RLIMIT_FSIZE, &limit);
     }
-    return blocks;
+    ~FileSizeLimit()
+    {
+        setrlimit(RLIMIT_FSIZE, &m_before);
+        std::signal(SIGXFSZ, SIG_DFL);
+    }
+    FileSizeLimit(const FileSizeLimit&) = delete;
+    FileSizeLimit& operator=(const FileSizeLimit&) = delete;
+
+private:
+    rlimit m_before = {};
+};
+
+TEST(PcmStore, AFileThatCannotGrowEndsTheSoundAfterItsLastWholeFrame)
+{
+    PcmStore store(SampleKind::Int16, 44100, kSmall);
+    ASSERT_TRUE(store.Append(Counting(0, 1024)));
+    const FileSizeLimit limit(4 * 500 + 3);
+    ASSERT_TRUE(store.Append(Counting(1024, 400)));
+    EXPECT_FALSE(store.Append(Counting(1424, 400)));
+    EXPECT_EQ(store.PublishedFrames(), 1524);
+    ExpectCounting(store, 0, 1524);
+    // Nor can silence make it grow.
+    EXPECT_FALSE(store.Append(std::vector<std::byte>(4000)));
+    EXPECT_EQ(store.PublishedFrames(), 1524);
+}
+
+TEST(PcmStore, NothingOfASoundIsLeftBehind)
+{
+    const auto reservedPages = [] {
+        long pages = 0;
+        std::ifstream("/proc/self/statm") >> pages;
+        return pages;
+    };
+    ASSERT_TRUE(SoundFilesGo()); // those of other tests
+    const std::size_t memorySize = std::size_t{1} << 30;
+    const long before = reservedPages();
+    {
+        PcmStore store(SampleKind::Int16, 44100, {.memorySize = memorySize});
+        ASSERT_TRUE(store.Append(Counting(0, 100)));
+        EXPECT_GT(reservedPages(), before + 200000);
+        EXPECT_EQ(CountSoundFiles(), 0);
+        PcmStore inFile(SampleKind::Int16, 44100, kSmall);
+        ASSERT_TRUE(inFile.Append(Counting(0, 2000)));
+        EXPECT_EQ(CountSoundFiles(), 1);
+    }
+    EXPECT_LT(reservedPages(), before + 100000);
+    EXPECT_TRUE(SoundFilesGo());
 }
 
 TEST(PcmStore, SilenceTakesNoRoomOnTheDisk)
 {
+    ASSERT_TRUE(SoundFilesGo()); // those of other tests
     PcmStore store(SampleKind::Int16, 44100, {.memorySize = 4096});
     const std::vector<std::byte> silence(std::size_t{1} << 20);
     for (int i = 0; i < 8; ++i)
