@@ -123,5 +123,48 @@ void LoadADisc(benchmark::State& state)
 }
 BENCHMARK(LoadADisc)->UseManualTime()->Unit(benchmark::kMillisecond);
 
+// A folder of songs, a third of them with accents in either form. No name is like another, but
+// they differ late.
+class SongFolder {
+public:
+    SongFolder()
+    {
+        for (int i = 0; i < kSongs; ++i)
+            Make(i % 3 == 0   ? "Los mejores exitos %1.CDG"
+                 : i % 3 == 1 ? "Los mejores \u00E9xitos %1.Mp3"
+                              : "LOS MEJORES E\u0301XITOS %1.mp3",
+                 i);
+        Make("Los mejores \u00E9xitos.cdg", 0);
+    }
+    QString Path() const
+    {
+        return m_folder.filePath(QString::fromUtf8("Los mejores \u00E9xitos.cdg"));
+    }
+
+private:
+    static constexpr int kSongs = 50'000;
+
+    void Make(const char* name, int number) const
+    {
+        const QString path =
+            m_folder.filePath(QString::fromUtf8(name).arg(number, 5, 10, QChar(u'0')));
+        std::ofstream(path.toStdString()).put('\0');
+    }
+
+    QTemporaryDir m_folder;
+};
+
+// A packet file without any audio beside it, so that each of the fourteen names is looked for.
+void LookForAudioAmongManyFiles(benchmark::State& state)
+{
+    const SongFolder folder;
+    const QString path = folder.Path();
+    for (auto _ : state) {
+        const Loaded loaded(path);
+        benchmark::DoNotOptimize(loaded.track.ClipCount());
+    }
+}
+BENCHMARK(LookForAudioAmongManyFiles)->Unit(benchmark::kMillisecond);
+
 } // namespace
 } // namespace lantern

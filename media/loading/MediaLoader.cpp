@@ -4,6 +4,7 @@
 #include "AudioEngine.h"
 #include "Blanks.h"
 #include "MediaTypes.h"
+#include "NameSearch.h"
 #include "NativeFile.h"
 #include "PathHelpers.h"
 #include "PathText.h"
@@ -11,6 +12,7 @@
 #include "WavHeader.h"
 
 #include <algorithm>
+#include <array>
 #include <cstring>
 #include <limits>
 #include <new>
@@ -19,6 +21,7 @@
 namespace lantern {
 namespace {
 
+constexpr std::array<QStringView, 1> kPacketExtension = {u"cdg"};
 constexpr std::size_t kReadPieceBytes = 1000 * kPacketSize;
 static_assert(std::int64_t{MediaLimits().silenceMs} * kDiscBytesPerSecond / 1000 <=
               std::numeric_limits<std::int32_t>::max());
@@ -146,20 +149,13 @@ void MediaLoader::BalanceLengths()
 
 void MediaLoader::AddCDGFile(const QString& path, bool lookForAudio)
 {
-    if (FileCheck(path) == QStringLiteral("FILE")) {
-        const std::size_t size = ReadBinaryFile(path);
-        AppendPackets(FileBuffer().first(size));
-    }
+    const std::size_t size = ReadBinaryFile(path);
+    AppendPackets(FileBuffer().first(size));
     if (!lookForAudio)
         return;
-    const QString stem = StripExtension(path);
-    for (const QStringView extension : AudioExtensions) {
-        const QString candidate = stem + u'.' + extension.toString();
-        if (FileCheck(candidate) == QStringLiteral("FILE")) {
-            AddAudioFile(candidate, false);
-            return;
-        }
-    }
+    const QString audio = FindFile(StripExtension(path), AudioExtensions);
+    if (!audio.isEmpty())
+        AddAudioFile(audio, false);
 }
 
 void MediaLoader::AddAudioFile(const QString& path, bool lookForCdg)
@@ -174,7 +170,7 @@ void MediaLoader::AddAudioFile(const QString& path, bool lookForCdg)
         m_track.ClipList.Add(std::move(clip));
     }
     if (lookForCdg)
-        AddCDGFile(StripExtension(path) + QStringLiteral(".cdg"), false);
+        AddCDGFile(FindFile(StripExtension(path), kPacketExtension), false);
 }
 
 void MediaLoader::AddSilence(std::int32_t lengthMs)

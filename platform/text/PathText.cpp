@@ -3,12 +3,6 @@
 
 #include <QStringConverter>
 
-#include <algorithm>
-#include <dirent.h>
-#include <memory>
-#include <sys/stat.h>
-#include <vector>
-
 namespace lantern {
 namespace {
 
@@ -47,12 +41,6 @@ qsizetype SequenceLength(QByteArrayView bytes)
     return length;
 }
 
-bool Exists(const QByteArray& nativePath)
-{
-    struct stat status = {};
-    return stat(nativePath.constData(), &status) == 0;
-}
-
 bool IsSurrogatePair(QStringView text, qsizetype position)
 {
     return position + 1 < text.size() && text[position].isHighSurrogate() &&
@@ -78,23 +66,6 @@ QString ChangedBetweenLoneSurrogates(const QString& text, Change change)
         }
     }
     return start == 0 ? change(text) : changed + change(text.mid(start));
-}
-
-QString FoldedName(const QString& name)
-{
-    return ChangedBetweenLoneSurrogates(
-        name.normalized(QString::NormalizationForm_C),
-        [](const QString& stretch) { return stretch.toCaseFolded(); });
-}
-
-// Most names are plain ASCII, and folders of songs are large: those are compared as bytes.
-bool MeansName(QByteArrayView entry, const QString& foldedName)
-{
-    const bool isAscii = std::all_of(entry.begin(), entry.end(),
-                                     [](char byte) { return static_cast<signed char>(byte) >= 0; });
-    if (isAscii)
-        return foldedName.compare(QLatin1StringView(entry), Qt::CaseInsensitive) == 0;
-    return FoldedName(TextFromNative(entry)) == foldedName;
 }
 
 } // namespace
@@ -151,33 +122,11 @@ QString LowerCase(const QString& text)
                                         [](const QString& stretch) { return stretch.toLower(); });
 }
 
-QString ResolveName(const QString& path)
+QString FoldedName(const QString& name)
 {
-    // An embedded zero would silently cut the name that the system sees.
-    if (path.isEmpty() || path.contains(QChar(u'\0')))
-        return {};
-    if (Exists(NativeFromText(path)))
-        return path;
-
-    const qsizetype slash = path.lastIndexOf(u'/');
-    const QString folder = path.left(slash + 1);
-    const QString wanted = FoldedName(path.mid(slash + 1));
-    if (wanted.isEmpty())
-        return {};
-
-    const QByteArray nativeFolder = folder.isEmpty() ? QByteArray(".") : NativeFromText(folder);
-    const std::unique_ptr<DIR, int (*)(DIR*)> directory(opendir(nativeFolder.constData()),
-                                                        closedir);
-    if (!directory)
-        return {};
-    std::vector<QByteArray> matches;
-    while (const dirent* entry = readdir(directory.get())) {
-        if (MeansName(entry->d_name, wanted))
-            matches.emplace_back(entry->d_name);
-    }
-    if (matches.empty())
-        return {};
-    return folder + TextFromNative(*std::min_element(matches.begin(), matches.end()));
+    return ChangedBetweenLoneSurrogates(
+        name.normalized(QString::NormalizationForm_C),
+        [](const QString& stretch) { return stretch.toCaseFolded(); });
 }
 
 } // namespace lantern

@@ -20,6 +20,9 @@ QByteArray NativeFromText(QStringView text);
 // In lower case, with the bytes that are no text as they were (QString::toLower loses them).
 QString LowerCase(const QString& text);
 
+// What is the same for two names that differ only in letter case or in the composition of accents.
+QString FoldedName(const QString& name);
+
 // The name of the file that the path means: the path itself if it exists, otherwise the path with
 // its last component replaced by the one entry of its folder that equals it when neither letter
 // case nor the composition of accents counts (the first in byte order, if there are several).

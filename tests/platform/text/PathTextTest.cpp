@@ -3,8 +3,11 @@
 
 #include "Process.h"
 
+#include <algorithm>
 #include <gtest/gtest.h>
 #include <random>
+#include <set>
+#include <vector>
 
 namespace lantern {
 namespace {
@@ -120,6 +123,43 @@ TEST_F(ResolveNameTest, NamesWithDifferentBytesThatAreNoTextAreDifferent)
 {
     Make("Caf\xE9.MP3");
     EXPECT_EQ(ResolveName(In(TextFromNative("caf\xE8.mp3"))), QString());
+}
+
+// Names that are looked at by their plain letters alone, beside all of them folded.
+TEST_F(ResolveNameTest, AmongManyNamesTheOneIsFoundThatFoldsAlike)
+{
+    const std::vector<QByteArray> letters = {"a",        "B",        "b",
+                                             "k",        "1",        "e",
+                                             "\xCC\x81", "\xC3\xA9", "\xC3\x89",
+                                             "\xE9",     " ",        "\xE2\x84\xAA",
+                                             "\xC5\xBF", "s",        "\xF0\x90\x90\x80"};
+    std::mt19937 random(7);
+    const auto name = [&] {
+        QByteArray bytes;
+        for (std::size_t i = random() % 4 + 1; i > 0; --i)
+            bytes += letters[random() % letters.size()];
+        return bytes;
+    };
+    std::set<QByteArray> made;
+    while (made.size() < 500)
+        made.insert(name());
+    for (const QByteArray& one : made)
+        Make(one);
+    int found = 0;
+    for (int round = 0; round < 2000; ++round) {
+        const QByteArray asked = name();
+        const auto foldsAlike = [wanted =
+                                     FoldedName(TextFromNative(asked))](const QByteArray& one) {
+            return FoldedName(TextFromNative(one)) == wanted;
+        };
+        const auto first =
+            made.contains(asked) ? made.find(asked) : std::ranges::find_if(made, foldsAlike);
+        const QString expected = first == made.end() ? QString() : In(TextFromNative(*first));
+        ASSERT_EQ(ResolveName(In(TextFromNative(asked))), expected) << asked.toHex().constData();
+        found += expected.isEmpty() ? 0 : 1;
+    }
+    EXPECT_GT(found, 500);
+    EXPECT_LT(found, 1900);
 }
 
 TEST_F(ResolveNameTest, NothingIsFoundForAMissingFileOrAnEmptyPath)
