@@ -99,8 +99,7 @@ void ButtonControl::mousePressEvent(QMouseEvent* event)
 
 void ButtonControl::HandleMouseDown(const MouseReport& report)
 {
-    const bool isKnownButton = report.button != 0;
-    if (!isKnownButton || !m_enabled || !Raise(MouseDown, report))
+    if (!m_enabled || !Raise(MouseDown, report))
         return;
     m_lastButton = report.button;
     if (report.button != RightButton)
@@ -123,15 +122,14 @@ void ButtonControl::mouseDoubleClickEvent(QMouseEvent* event)
 void ButtonControl::mouseReleaseEvent(QMouseEvent* event)
 {
     const MouseReport report = PressReport(*event);
-    const bool isKnownButton = report.button != 0;
-    if (isKnownButton && m_enabled) {
+    if (m_enabled) {
         if (!Raise(MouseUp, report))
             return;
         if (report.button != RightButton)
             DrawButton(ButtonState::Normal, false);
     }
     const bool isOverSurface = rect().contains(event->position().toPoint());
-    if (isOverSurface && event->buttons() == Qt::NoButton)
+    if (isOverSurface && !IsAnyButtonHeld(*event))
         HandleClick();
 }
 

@@ -32,6 +32,18 @@ MouseReport ReportOf(const QMouseEvent& event, Qt::MouseButtons buttons)
             static_cast<float>(event.position().x()), static_cast<float>(event.position().y())};
 }
 
+bool IsOfAButtonWithoutNumber(const QEvent& event)
+{
+    switch (event.type()) {
+    case QEvent::MouseButtonPress:
+    case QEvent::MouseButtonDblClick:
+    case QEvent::MouseButtonRelease:
+        return ButtonBits(static_cast<const QMouseEvent&>(event).button()) == 0;
+    default:
+        return false;
+    }
+}
+
 } // namespace
 
 MouseReport PressReport(const QMouseEvent& event)
@@ -50,6 +62,11 @@ MouseReport InTwips(MouseReport report)
     report.x *= static_cast<float>(twips.x);
     report.y *= static_cast<float>(twips.y);
     return report;
+}
+
+bool IsAnyButtonHeld(const QMouseEvent& event)
+{
+    return ButtonBits(event.buttons()) != 0;
 }
 
 QCursor PointerShape(int number)
@@ -71,6 +88,11 @@ QCursor PointerShape(int number)
 Control::Control(QWidget* parent, Ambient ambient) : QWidget(parent), m_ambient(std::move(ambient))
 {
     InstallControlAccessibility();
+}
+
+bool Control::event(QEvent* event)
+{
+    return IsOfAButtonWithoutNumber(*event) || QWidget::event(event);
 }
 
 void Control::ForwardKey(const KeyHandler& handler, QKeyEvent& event)

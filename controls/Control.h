@@ -38,7 +38,8 @@ struct MouseReport {
 };
 MouseReport PressReport(const QMouseEvent& event);
 MouseReport MoveReport(const QMouseEvent& event);
-MouseReport InTwips(MouseReport report); // for the controls whose places are in twips
+MouseReport InTwips(MouseReport report);        // for the controls whose places are in twips
+bool IsAnyButtonHeld(const QMouseEvent& event); // of those that have a number
 
 using MouseHandler = std::function<void(const MouseReport&)>;
 // The handler may put another key in the place of the one that it is told.
@@ -49,6 +50,9 @@ QCursor PointerShape(int number);
 
 // What all controls have in common: what the host told them, reports of changes, events, and what
 // they tell assistive tools. Everything runs on the user-interface thread.
+//
+// A mouse may have more buttons than the events have numbers for, such as back and forward: what
+// those do, no control hears of, nor what lies behind it.
 class Control : public QWidget {
 public:
     explicit Control(QWidget* parent, Ambient ambient = {});
@@ -65,6 +69,7 @@ public:
 
 protected:
     virtual void AmbientChanged() {}
+    bool event(QEvent* event) override;
 
     // Calls the host's handler, if it has one. False if the host destroyed the control in it: then
     // nothing of the control may be touched any more.

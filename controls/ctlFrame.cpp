@@ -192,8 +192,7 @@ void ctlFrame::mouseReleaseEvent(QMouseEvent* event)
         return;
     // Any button clicks, once none is held any more.
     const bool isOver = rect().contains(event->position().toPoint());
-    const bool isClick =
-        event->buttons() == Qt::NoButton && std::exchange(m_isPressed, false) && isOver;
+    const bool isClick = !IsAnyButtonHeld(*event) && std::exchange(m_isPressed, false) && isOver;
     if (Raise(MouseUp, InTwips(report)) && isClick)
         std::ignore = Raise(Click);
 }

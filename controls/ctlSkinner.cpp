@@ -190,7 +190,7 @@ void ctlSkinner::mousePressEvent(QMouseEvent* event)
 void ctlSkinner::mouseReleaseEvent(QMouseEvent* event)
 {
     const std::optional<SkinPlace> place = PlaceOf(*event);
-    if (event->buttons() == Qt::NoButton)
+    if (!IsAnyButtonHeld(*event))
         m_pressed.reset();
     if (place)
         std::ignore = Raise(MouseUp, In(place->box, PressReport(*event)));
@@ -207,7 +207,7 @@ void ctlSkinner::mouseDoubleClickEvent(QMouseEvent* event)
 
 void ctlSkinner::mouseMoveEvent(QMouseEvent* event)
 {
-    if (event->buttons() == Qt::NoButton) {
+    if (!IsAnyButtonHeld(*event)) {
         m_pressed.reset(); // the release may have gone to the window system
         m_pressIsSpent = false;
     }

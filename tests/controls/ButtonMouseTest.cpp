@@ -151,12 +151,43 @@ TYPED_TEST(ButtonMouse, TheMiddleButtonDrawsButDoesNotClick)
 TYPED_TEST(ButtonMouse, AButtonWithoutANumberDoesNothing)
 {
     this->MoveTo(this->kInside);
+    for (const Qt::MouseButton last : {Qt::LeftButton, Qt::RightButton, Qt::MiddleButton}) {
+        this->Press(this->kInside, last);
+        this->Release(this->kInside, last);
+        this->Logged();
+        this->button->drawn = 0;
+        for (const Qt::MouseButton which : {Qt::BackButton, Qt::ForwardButton, Qt::TaskButton})
+            QTest::mouseDClick(this->window.windowHandle(), which, {}, this->kInside);
+        EXPECT_EQ(this->Logged(), Log{});
+        EXPECT_EQ(this->button->drawn, 0);
+    }
+}
+
+TYPED_TEST(ButtonMouse, AButtonWithoutANumberLeavesThePressOfAnotherAsItIs)
+{
+    this->MoveTo(this->kInside);
+    this->Press(this->kInside);
     this->Logged();
-    this->button->drawn = 0;
     this->Press(this->kInside, Qt::BackButton);
+    this->MoveTo(this->kInsideToo);
+    EXPECT_EQ(this->button->look, ButtonLook::Down);
+    this->Release(this->kInsideToo, Qt::BackButton);
+    EXPECT_EQ(this->Logged(), Log{});
+    EXPECT_EQ(this->button->look, ButtonLook::Down);
+    this->Release(this->kInsideToo);
+    EXPECT_EQ(this->Logged(), (Log{"MouseUp 1 0 20,14", "Click"}));
+}
+
+TYPED_TEST(ButtonMouse, AButtonWithoutANumberThatIsHeldTakesNoClickAway)
+{
+    this->MoveTo(this->kInside);
+    this->Press(this->kInside, Qt::BackButton);
+    this->Logged();
+    this->Press(this->kInside);
+    this->Release(this->kInside);
+    EXPECT_EQ(this->Logged(), (Log{"MouseDown 1 0 32,10", "MouseUp 1 0 32,10", "Click"}));
     this->Release(this->kInside, Qt::BackButton);
     EXPECT_EQ(this->Logged(), Log{});
-    EXPECT_EQ(this->button->drawn, 0);
 }
 
 TYPED_TEST(ButtonMouse, MovesWithTheRightButtonHeldChangeNothing)
