@@ -155,10 +155,10 @@ void ctlFrame::AmbientChanged()
 
 void ctlFrame::paintEvent(QPaintEvent* event)
 {
-    // A repaint that no change of the frame asked for: the window system did, or the host.
-    if (!m_isFresh)
+    // A repaint that no change of the frame asked for: the window system did, or the host. What the
+    // host changes in Paint asks for one more, which finds it drawn.
+    if (!std::exchange(m_isFresh, false))
         DrawSurface();
-    m_isFresh = false;
     OwnerDrawn::paintEvent(event);
 }
 

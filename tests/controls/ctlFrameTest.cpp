@@ -3,6 +3,7 @@
 
 #include "ControlHand.h"
 #include "GoldenImage.h"
+#include "PaintedRegion.h"
 #include "ProgramFont.h"
 
 #include <QAccessible>
@@ -285,6 +286,34 @@ TEST_F(ctlFrameTest, AHostThatSetsAPropertyInPaintHasItDrawnOnce)
     SetLook(2, "Words");
     EXPECT_EQ(painted, 2); // one for each property of the look
     EXPECT_EQ(At(kWidth / 2, 0), kShadow);
+}
+
+TEST_F(ctlFrameTest, AHostThatSetsAPropertyInPaintIsNotAskedForEver)
+{
+    window.show();
+    QApplication::processEvents();
+    int painted = 0;
+    frame->Paint = [&] { frame->SetCaption(QString::number(++painted)); };
+    frame->update();
+    for (int i = 0; i < 20; ++i)
+        QApplication::processEvents();
+    EXPECT_EQ(painted, 1);
+    frame->update();
+    for (int i = 0; i < 20; ++i)
+        QApplication::processEvents();
+    EXPECT_EQ(painted, 2);
+}
+
+TEST_F(ctlFrameTest, WhatAHostSetsInPaintIsShownOnTheWholeFrame)
+{
+    window.show();
+    QApplication::processEvents();
+    const PaintedRegion painted(*frame);
+    frame->Paint = [this] { frame->SetBackColor(7); };
+    frame->update(0, 0, 3, 3);
+    for (int i = 0; i < 20; ++i)
+        QApplication::processEvents();
+    EXPECT_EQ(painted.Region(), QRegion(frame->rect()));
 }
 
 TEST_F(ctlFrameTest, OnlyANewAmbientBackColourDrawsItAnew)

@@ -3,6 +3,7 @@
 
 #include "ControlHand.h"
 #include "GoldenImage.h"
+#include "PaintedRegion.h"
 
 #include <QAccessible>
 #include <QPainter>
@@ -17,24 +18,6 @@ namespace {
 
 constexpr QRgb kBlack = 0xFF000000;
 constexpr QRgb kOrange = 0xFFFFAB08;
-
-// The region of the widget that its paint events covered.
-class PaintedRegion : public QObject {
-public:
-    explicit PaintedRegion(QWidget& widget) { widget.installEventFilter(this); }
-    QRegion Take() { return std::exchange(m_region, {}); }
-
-protected:
-    bool eventFilter(QObject*, QEvent* event) override
-    {
-        if (event->type() == QEvent::Paint)
-            m_region += static_cast<QPaintEvent*>(event)->region();
-        return false;
-    }
-
-private:
-    QRegion m_region;
-};
 
 class ctlTickerTest : public ::testing::Test {
 protected:
