@@ -12,10 +12,15 @@ inline constexpr ColourValue kWhite = DirectColour(255, 255, 255);
 inline constexpr ColourValue kAccentColour = 568319; // the skin's orange
 inline constexpr ColourValue kDarkGrey = 4210752;    // behind the knob of a slider
 
+inline constexpr int kTextPixels = 11; // 8.25 points
+
 inline QFont PlayerFont()
 {
-    constexpr int kPixels = 11; // 8.25 points
-    return ProgramFont(QStringLiteral("Arial"), kPixels);
+    return ProgramFont(QStringLiteral("Arial"), kTextPixels);
+}
+inline QFont MessageFont()
+{
+    return ProgramFont(QStringLiteral("Tahoma"), kTextPixels);
 }
 
 } // namespace lantern

@@ -27,6 +27,7 @@ WindowParts::WindowParts(QWidget& window, TwipsPerPixel twips)
     m_systemText.setObjectName(QStringLiteral("SystemText"));
     m_systemText.SetFrameBorder(kNoBorder);
     m_systemText.SetFrameAlign(AlignCaptionCentre);
+    m_systemText.SetFrameFont(MessageFont());
     m_systemText.SetForeColor(kWhite);
     m_systemText.SetBackColor(kMessageGround);
     m_systemText.SetCaption(QString());
