@@ -162,6 +162,7 @@ private:
     void UpdateAccessKey();
     void UpdatePointer();
     void HandleMouseDown(const MouseReport& report);
+    bool IsOnSurface(QPoint point) const; // a part of it may be masked
     void HandleClick();
     void ClickWithValue(bool force);
     void BecomeHot();

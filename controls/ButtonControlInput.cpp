@@ -128,9 +128,13 @@ void ButtonControl::mouseReleaseEvent(QMouseEvent* event)
         if (report.button != RightButton)
             DrawButton(ButtonState::Normal, false);
     }
-    const bool isOverSurface = rect().contains(event->position().toPoint());
-    if (isOverSurface && !IsAnyButtonHeld(*event))
+    if (IsOnSurface(event->position().toPoint()) && !IsAnyButtonHeld(*event))
         HandleClick();
+}
+
+bool ButtonControl::IsOnSurface(QPoint point) const
+{
+    return rect().contains(point) && (mask().isEmpty() || mask().contains(point));
 }
 
 void ButtonControl::HandleClick()

@@ -44,6 +44,7 @@ Toolbar::Toolbar(QWidget& window, QWidget& pic, TwipsPerPixel twips)
     m_playTicker.setGeometry(PixelsOf(kTickerRect));
     for (const ToolbarButton& row : kToolbarButtons)
         MakeButton(row, pic);
+    PartSkipPairs();
     m_ctlSlider.setFocusProxy(&pic);
     m_ctlVolume.setFocusProxy(&pic);
     m_ctlSlider.Scroll = [this] {
@@ -103,6 +104,17 @@ void Toolbar::MakeButton(const ToolbarButton& row, QWidget& pic)
             Click(command);
     };
     button->show();
+}
+
+void Toolbar::PartSkipPairs()
+{
+    for (const SkipPair& pair : kSkipPairs) {
+        const int middle = MiddleOf(pair) / m_twips.x;
+        ctlPicBtn& back = tBtn(pair.back);
+        back.setMask(QRect(0, 0, middle - back.x(), back.height()));
+        ctlPicBtn& forward = tBtn(pair.forward);
+        forward.setMask(forward.rect().adjusted(middle - forward.x(), 0, 0, 0));
+    }
 }
 
 void Toolbar::LetButtonsTakeFocus()

@@ -62,6 +62,7 @@ private:
     void MakeFrame(ctlFrame& frame, const TwipRect& rect, const QString& name);
     void MakeSlider(ctlSlide& slider, const TwipRect& rect, const QString& name);
     void MakeButton(const ToolbarButton& row, QWidget& pic);
+    void PartSkipPairs();
     void LetButtonsTakeFocus();
 
     static constexpr std::int16_t kHighestIndex =

@@ -52,8 +52,8 @@ struct ToolbarButton {
     ButtonStyle style;
 };
 
-// From the back to the front. The two columns of skip buttons overlap, the later one in front, and
-// so do the wheel buttons by a row.
+// From the back to the front. The two columns of skip buttons overlap, and so do the wheel buttons
+// by a row.
 inline constexpr std::array kToolbarButtons = {
     ToolbarButton{CommandId::Open, BarFrame::TBar, {480, 60, 360, 360}, ButtonFace::Open, kPush},
     ToolbarButton{CommandId::Play, BarFrame::TBar, {840, 60, 360, 360}, ButtonFace::Play, kPush},
@@ -155,6 +155,16 @@ inline constexpr std::array kSharedPlaces = {
     SharedPlace{CommandId::Pause, CommandId::Play},
     SharedPlace{CommandId::RestoreScreen, CommandId::FullScreen}};
 
+// Two buttons in one row that overlap: each shows itself and takes the mouse on its own side of the
+// middle.
+struct SkipPair {
+    CommandId back;
+    CommandId forward;
+};
+inline constexpr std::array kSkipPairs = {
+    SkipPair{CommandId::Back10Seconds, CommandId::Forward10Seconds},
+    SkipPair{CommandId::Back60Seconds, CommandId::Forward60Seconds}};
+
 // The buttons that ask for the keyboard when the mouse lets go of them: those that a user presses
 // again and again between keys.
 inline constexpr std::array kFocusingButtons = {
@@ -168,6 +178,13 @@ constexpr const ToolbarButton& ToolbarButtonOf(CommandId command)
     if (found == kToolbarButtons.end())
         std::abort(); // a command that no button has is a bug of ours
     return *found;
+}
+
+// From the left of the bar.
+constexpr std::int32_t MiddleOf(const SkipPair& pair)
+{
+    const TwipRect& forward = ToolbarButtonOf(pair.forward).rect;
+    return (ToolbarButtonOf(pair.back).rect.left + forward.left + forward.width) / 2;
 }
 
 } // namespace lantern

@@ -322,6 +322,21 @@ TYPED_TEST(ButtonMouse, ACheckedButtonStaysDownWhileThePointerComesAndGoes)
     EXPECT_EQ(this->Logged(), (Log{"MouseOver", "MouseOut"}));
 }
 
+TYPED_TEST(ButtonMouse, WhatAMaskLeavesOutIsOutside)
+{
+    this->button->setMask(QRect(0, 0, 30, 24)); // of which kInsideToo is a part, kInside is not
+    this->MoveTo(this->kInside);
+    EXPECT_EQ(this->Logged(), Log{});
+    this->MoveTo(this->kInsideToo);
+    EXPECT_EQ(this->Logged(), Log{"MouseOver"});
+    this->Press(this->kInsideToo);
+    this->Release(this->kInside);
+    EXPECT_EQ(this->CountOf("Click"), 0);
+    this->Press(this->kInsideToo);
+    this->Release(this->kInsideToo);
+    EXPECT_EQ(this->CountOf("Click"), 1);
+}
+
 TYPED_TEST(ButtonMouse, AChildInFrontOfTheButtonIsOutside)
 {
     QWidget child(this->button);

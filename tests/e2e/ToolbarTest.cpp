@@ -10,6 +10,9 @@ namespace {
 constexpr QRgb kAmber = 0xFFFFAB08;     // what is drawn, and the ground of what is pressed or down
 constexpr QRgb kHotGround = 0xFF3D2902; // behind what lies under the pointer
 
+constexpr unsigned kMouseBack = 8;
+constexpr unsigned kMouseForward = 9;
+
 class ToolbarByHand : public Journey {
 protected:
     enum class Group { Left, Right };
@@ -22,8 +25,9 @@ protected:
     static constexpr Button kPlayOrPause = {Group::Left, {56, 4}, kLarge};
     static constexpr Button kStop = {Group::Left, {80, 4}, kLarge};
     static constexpr Button kQuickPlay = {Group::Left, {104, 4}, kLarge};
-    static constexpr Button kForward10 = {Group::Left, {136, 6}, {12, 5}};
-    static constexpr Button kBack10 = {Group::Left, {131, 6}, {2, 5}};
+    // At the line where the two meet, which lies on both.
+    static constexpr Button kForward10 = {Group::Left, {136, 6}, {6, 5}};
+    static constexpr Button kBack10 = {Group::Left, {131, 6}, {10, 5}};
     static constexpr Button kOptions = {Group::Left, {181, 4}, kLarge};
     static constexpr Button kWheelBalance = {Group::Left, {1, 1}, {12, 5}};
     static constexpr Button kSize1 = {Group::Right, {0, 7}, {6, 10}};
@@ -139,7 +143,7 @@ TEST_F(ToolbarByHand, TheSliderMovesThroughTheTrack)
     EXPECT_TRUE(AwaitTone(880));
 }
 
-TEST_F(ToolbarByHand, TheSkipButtonsAreAPairThatOverlaps)
+TEST_F(ToolbarByHand, EachHalfOfTheSkipButtonsIsOne)
 {
     OpenTwoTones();
     ASSERT_TRUE(AwaitTone(440));
@@ -159,6 +163,10 @@ TEST_F(ToolbarByHand, VolumeAndMuteAreHeard)
     Click(kMute);
     EXPECT_TRUE(AwaitSilence());
     EXPECT_TRUE(AwaitColour(At(kMute, {9, 1}), kAmber)); // down
+    for (const unsigned which : {kMouseBack, kMouseForward}) {
+        hand.Click(At(kMute, kMute.middle), which);
+        EXPECT_FALSE(AwaitSound(1s)) << which;
+    }
     Click(kMute);
     EXPECT_TRUE(AwaitSound());
     hand.Click(OnVolume(0.0));

@@ -93,6 +93,12 @@ TEST(ToolbarTable, OnlyThosePairsOfButtonsOverlapThatAreMeantTo)
     EXPECT_EQ(overlapping, meant);
 }
 
+TEST(ToolbarTable, ASkipPairMeetsInItsMiddle)
+{
+    for (const SkipPair& pair : kSkipPairs)
+        EXPECT_EQ(MiddleOf(pair), (1965 + 2310) / 2) << NumberOf(pair.back);
+}
+
 TEST(ToolbarTable, OnlyTheWheelButtonsHaveARedHover)
 {
     for (const ToolbarButton& button : kToolbarButtons) {

@@ -121,9 +121,10 @@ protected:
         if (m_sheet.isNull())
             m_sheet = bar;
         const qreal ratio = window.devicePixelRatioF();
-        const QPoint at = button.mapTo(&toolbar.TBar(), QPoint());
+        const QRect own = button.mask().isEmpty() ? button.rect() : button.mask().boundingRect();
+        const QPoint at = button.mapTo(&toolbar.TBar(), own.topLeft());
         const QRect part(QPoint(qRound(at.x() * ratio), qRound(at.y() * ratio)),
-                         QSize(qRound(button.width() * ratio), qRound(button.height() * ratio)));
+                         QSize(qRound(own.width() * ratio), qRound(own.height() * ratio)));
         for (int y = part.top(); y <= part.bottom(); ++y) {
             for (int x = part.left(); x <= part.right(); ++x)
                 m_sheet.setPixel(x, y, bar.pixel(x, y));

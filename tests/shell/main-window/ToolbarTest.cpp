@@ -3,6 +3,7 @@
 
 #include <QAccessible>
 
+#include <map>
 #include <set>
 
 namespace lantern {
@@ -44,6 +45,26 @@ TEST_F(ToolbarTest, AClickTellsTheCommandOfTheButton)
         ClickAt(FreePlaceOf(row.command));
         expected.push_back(row.command);
         ASSERT_EQ(clicks, expected);
+    }
+}
+
+TEST_F(ToolbarTest, EachHalfOfASkipPairBelongsToItsOwnButton)
+{
+    Show();
+    for (const SkipPair& pair : kSkipPairs) {
+        const QRect back = toolbar.tBtn(pair.back).geometry();
+        const QRect both = back.united(toolbar.tBtn(pair.forward).geometry());
+        const QPoint corner = toolbar.TBar().mapTo(&window, both.topLeft());
+        for (int x = 0; x < both.width(); ++x) {
+            const CommandId owner = x < both.width() / 2 ? pair.back : pair.forward;
+            for (const int y : {0, both.height() - 1}) {
+                const QPoint at = corner + QPoint(x, y);
+                ASSERT_EQ(window.childAt(at), &toolbar.tBtn(owner)) << x << ',' << y;
+                ClickAt(at);
+                ASSERT_EQ(clicks, std::vector<CommandId>{owner}) << x << ',' << y;
+                clicks.clear();
+            }
+        }
     }
 }
 
@@ -180,17 +201,39 @@ TEST_F(ToolbarTest, AnOwnerWithoutHandlersIsNotMissed)
 
 TEST_F(ToolbarTest, EveryButtonTellsWhatItIsForAndByWhichKey)
 {
-    std::set<QString> toolTips;
-    for (const ToolbarButton& row : kToolbarButtons) {
-        const QString toolTip = toolbar.tBtn(row.command).toolTip();
-        EXPECT_FALSE(toolTip.isEmpty()) << NumberOf(row.command);
-        EXPECT_TRUE(toolTips.insert(toolTip).second) << NumberOf(row.command);
-    }
-    EXPECT_EQ(toolbar.tBtn(CommandId::Pause).toolTip(), QStringLiteral("Pause (P)"));
-    EXPECT_EQ(toolbar.tBtn(CommandId::RestoreScreen).toolTip(),
-              QStringLiteral("Restore Screen (F)"));
-    EXPECT_EQ(toolbar.tBtn(CommandId::WheelTrack).toolTip(),
-              QStringLiteral("Track (T) - Adjust With Wheel"));
+    const std::map<std::int16_t, const char*> expected = {
+        {0, "Open (O)"},
+        {1, "Play (P)"},
+        {2, "Pause (P)"},
+        {3, "Stop (.)"},
+        {4, "Forward 10 seconds (Right Arrow)"},
+        {5, "Forward 60 seconds (Page Down)"},
+        {6, "Custom Speed/Quick Play (Q)"},
+        {7, "View at 1x size (1)"},
+        {8, "View at 2x size (2)"},
+        {9, "View at 3x size (3)"},
+        {10, "Full Screen (F)"},
+        {12, "Copy Screen to ClipBoard (C)"},
+        {14, "Options (ESC)"},
+        {16, "Exit (Alt+F4)"},
+        {20, "Restore Screen (F)"},
+        {21, "View at 4x size (4)"},
+        {22, "View at 5x size (5)"},
+        {24, "Rewind 10 seconds (Left Arrow)"},
+        {25, "Rewind 60 seconds (Page Up)"},
+        {26, "Mute/Restore Audio (M)"},
+        {31, "Balance (B) - Adjust With Wheel"},
+        {32, "Key / Pitch (K) - Adjust With Wheel"},
+        {33, "Track (T) - Adjust With Wheel"},
+        {34, "Volume (V) - Adjust With Wheel"},
+        {35, "Speed (S) - Adjust With Wheel"},
+        {41, "Increase Display Size (+)"},
+        {42, "Reduce Display Size (-)"},
+    };
+    ASSERT_EQ(expected.size(), kToolbarButtons.size());
+    for (const auto& [index, toolTip] : expected)
+        EXPECT_EQ(toolbar.tBtn(static_cast<CommandId>(index)).toolTip(), QLatin1StringView(toolTip))
+            << index;
 }
 
 TEST_F(ToolbarTest, AssistiveToolsHearANameForEverythingOnTheBar)
