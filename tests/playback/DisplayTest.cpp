@@ -213,10 +213,23 @@ TEST_F(DisplayTest, AnUnchangedPictureIsNotDrawnAgain)
 
 TEST_F(DisplayTest, APicWithoutAreaIsPaintedWithoutHarm)
 {
-    host.Pic = {0, 0};
     display.PaintDisplay();
-    host.Pic = {14, 14}; // less than a pixel
+    const std::vector<std::uint32_t> before = surface.Pixels;
+    const int changes = surface.Changes;
+    const TwipSize whole = host.Pic;
+    SetColour(0, 0xFF, 0, 0);
+    for (const TwipSize size : {TwipSize{0, 0}, TwipSize{14, 14}}) { // less than a pixel
+        host.Pic = size;
+        picture.PictureDirty = true;
+        display.PaintDisplay();
+        EXPECT_FALSE(picture.PictureDirty);
+        EXPECT_EQ(surface.Changes, changes);
+        EXPECT_EQ(surface.Pixels, before);
+    }
+    host.Pic = whole;
     display.PaintDisplay();
+    EXPECT_EQ(surface.At(0, 0), 0xFFFF0000u);
+    EXPECT_EQ(surface.At(287, 191), 0xFFFF0000u);
 }
 
 TEST_F(DisplayTest, AStepSizesTheWindowCentredAndShowsItsChrome)
