@@ -2,7 +2,6 @@
 #include "MediaLoader.h"
 
 #include "AudioEngine.h"
-#include "Blanks.h"
 #include "MediaTypes.h"
 #include "NameSearch.h"
 #include "NativeFile.h"
@@ -48,15 +47,15 @@ MediaLoader::MediaLoader(Track& track, AudioEngine& engine, MediaHost& host, Zip
 {
 }
 
-void MediaLoader::OpenMedia(const QString& path)
+QString MediaLoader::OpenMedia(const QString& path)
 {
     m_track.MediaLoading = true;
     m_host.SetTicker(-1, false);
-    const QString wanted = TrimBlanks(QString(path).remove(u'"'));
+    const QString wanted = PathInText(path);
     ClearMedia();
     m_track.CurrentMedia = wanted;
-    // The message ends here: the screen simply stays cleared.
-    if (AddMedia(wanted).isEmpty()) {
+    const QString message = AddMedia(wanted);
+    if (message.isEmpty()) {
         m_host.RememberLastPlayed(wanted);
         m_host.SetSliderValues(0, m_track.TotalLengthMs - 1, 0);
         m_host.Play(0);
@@ -65,6 +64,7 @@ void MediaLoader::OpenMedia(const QString& path)
     }
     m_host.SetTicker(0, true);
     m_track.MediaLoading = false;
+    return message;
 }
 
 void MediaLoader::ClearMedia()

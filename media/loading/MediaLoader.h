@@ -60,8 +60,9 @@ public:
     MediaLoader(Track& track, AudioEngine& engine, MediaHost& host, ZipAccess zip,
                 MediaLimits limits = {});
 
-    // Clears the old track, loads the path and plays it. Double quotes in the path are dropped.
-    void OpenMedia(const QString& path);
+    // Clears the old track, loads what the text names (PathInText) and plays it. The result is the
+    // message of AddMedia, which no window shows: the screen simply stays cleared.
+    QString OpenMedia(const QString& path);
     void ClearMedia();
 
     // Adds what the path names to the track. The result is a message, empty on success.

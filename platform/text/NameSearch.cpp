@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "NameSearch.h"
 
+#include "Blanks.h"
+
 #include <QByteArray>
 #include <QByteArrayView>
 
@@ -155,6 +157,16 @@ QString ResolveName(const QString& path)
             Keep(best, {0, name.toByteArray()});
     });
     return best ? parts.folder + TextFromNative(best->name) : QString();
+}
+
+bool NamesFile(const QString& path)
+{
+    return CanBeName(path) && IsFile(NativeFromText(path));
+}
+
+QString PathInText(const QString& text)
+{
+    return NamesFile(text) ? text : TrimBlanks(QString(text).remove(u'"'));
 }
 
 QString FindFile(const QString& stem, std::span<const QStringView> extensions)

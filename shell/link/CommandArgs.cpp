@@ -4,9 +4,14 @@
 #include "Blanks.h"
 #include "PathHelpers.h"
 #include "PathText.h"
+#include "UriList.h"
+
+#include <QSysInfo>
 
 #include <filesystem>
+#include <string_view>
 #include <system_error>
+#include <vector>
 
 namespace lantern {
 namespace {
@@ -16,6 +21,32 @@ constexpr QChar kQuote = u'"';
 QString Quoted(const QString& text)
 {
     return kQuote + text + kQuote;
+}
+
+QString AsArgument(const QString& text)
+{
+    return text.contains(u' ') ? Quoted(text) : text;
+}
+
+// The local file of an address; empty if the text is none.
+QString PathOfAddress(const QString& text)
+{
+    const QByteArray ownHost = QSysInfo::machineHostName().toUtf8();
+    return TextFromNative(FileNameOfUri(NativeFromText(text), ownHost).value_or(QByteArray()));
+}
+
+// A name is left as it was typed, for the way through command lines that can't change it. Marks
+// and outer blanks of a name would get lost there, and it goes by itself.
+QString TrackNamedBy(const QString& text, const QString& folder)
+{
+    const bool isAbsolute = text.startsWith(u'/') || folder.isEmpty();
+    const QString path = isAbsolute ? text : folder + u'/' + text;
+    if (FileCheck(path) == QStringLiteral("FILE")) {
+        const bool isPlain = TrimBlanks(QString(text).remove(kQuote)) == text;
+        return isPlain ? ResolveTypedPath(AsArgument(text), folder) : ResolveName(path);
+    }
+    const QString address = PathOfAddress(text);
+    return FileCheck(address) == QStringLiteral("FILE") ? ResolveName(address) : QString();
 }
 
 } // namespace
@@ -29,7 +60,7 @@ QString JoinedCommandLine(std::span<const char* const> arguments)
     for (const char* argument : arguments.subspan(1)) {
         const QString text = TextFromNative(argument);
         if (!text.isEmpty())
-            line += u' ' + (text.contains(u' ') ? Quoted(text) : text);
+            line += u' ' + AsArgument(text);
     }
     return line;
 }
@@ -58,11 +89,29 @@ ProgramArguments ProgramArguments::Of(std::span<const char* const> arguments)
 {
     std::error_code error;
     const std::filesystem::path folder = std::filesystem::current_path(error);
-    return {JoinedCommandLine(arguments), TextFromNative(folder.native())};
+    ProgramArguments given = {{}, TextFromNative(folder.native()), {}};
+    std::vector<const char*> line(arguments.begin(), arguments.end());
+    // It only says that what follows is a name.
+    if (line.size() > 1 && std::string_view(line[1]) == "--")
+        line.erase(line.begin() + 1);
+    given.CommandLine = JoinedCommandLine(line);
+    for (std::size_t i = 1; i < line.size(); ++i)
+        given.Each += TextFromNative(line[i]);
+    return given;
 }
 
 QString GetCommandArgs(const ProgramArguments& arguments)
 {
+    QStringList texts = {arguments.Each.join(u' ')};
+    if (arguments.Each.size() > 1)
+        texts += arguments.Each;
+    for (const QString& text : texts) {
+        if (const QString track = TrackNamedBy(text, arguments.Folder); !track.isEmpty())
+            return track;
+    }
+    const QString address = PathOfAddress(texts.front());
+    if (!address.isEmpty())
+        return address;
     return ResolveTypedPath(ParseCommandArgs(arguments.CommandLine), arguments.Folder);
 }
 

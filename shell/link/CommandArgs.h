@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 
 #include <span>
 
@@ -24,12 +25,16 @@ QString ResolveTypedPath(const QString& commandArgs, const QString& folder);
 // What a start was given, taken at once: the player changes its current folder soon after.
 struct ProgramArguments {
     QString CommandLine;
-    QString Folder; // the current folder of the start; empty if there was none
+    QString Folder;   // the current folder of the start; empty if there was none
+    QStringList Each; // the arguments one by one, without the program's name and a leading "--"
 
     static ProgramArguments Of(std::span<const char* const> arguments);
 };
 
-// The text that names a track, as it was typed, quotation marks included, with its full path.
+// The text that names a track, with its full path. That is the first file that is named, exactly as
+// it stands or as an address "file://", by all the arguments together, which may be one path that
+// the shell split, or by one of them. If they name none, it is what was typed, quotation marks
+// included.
 QString GetCommandArgs(const ProgramArguments& arguments);
 
 } // namespace lantern

@@ -468,6 +468,28 @@ TEST_F(OpenMediaTest, QuotesAnywhereAndOuterBlanksAreNotOfThePath)
     EXPECT_EQ(m_track.PacketCount(), 300);
 }
 
+TEST_F(OpenMediaTest, TextThatNamesAFileAsItStandsIsTakenAsItStands)
+{
+    MakePackets("abc.cdg", 600);
+    for (const char* name : {"a\"b\"c.cdg", "\"quoted\".cdg", " lead.cdg"}) {
+        const QString path = MakePackets(name, 300);
+        m_loader.OpenMedia(path);
+        EXPECT_EQ(m_track.CurrentMedia, path);
+        EXPECT_EQ(m_track.PacketCount(), 300) << name;
+    }
+    const QString blanks = MakePackets("folder.cdg ", 300);
+    m_loader.OpenMedia(blanks);
+    EXPECT_EQ(m_track.PacketCount(), 0) << "its extension is none of ours";
+}
+
+TEST_F(OpenMediaTest, AFolderOfThatNameDoesNotCountAsItStands)
+{
+    std::filesystem::create_directory(m_folder / "a\"b.cdg");
+    const QString path = MakePackets("ab.cdg", 300);
+    m_loader.OpenMedia(In("a\"b.cdg"));
+    EXPECT_EQ(m_track.CurrentMedia, path);
+}
+
 TEST_F(OpenMediaTest, OtherOuterWhiteSpaceIsOfThePath)
 {
     m_loader.OpenMedia(MakePackets("a.cdg", 300) + u'\n');
