@@ -121,7 +121,7 @@ bool PacketInterpreter::Interpret(bool repaint)
 // standard doesn't ask for the scroll offsets to return to rest, but lyrics are made for it.
 void PacketInterpreter::MemoryPreset()
 {
-    m_picture.RestView();
+    m_picture.ResetView();
     m_buffers.FGsetcolor(m_picture.CurrentPacket.PacketData[0] & kColourMask);
     m_buffers.FGfillpage();
     m_picture.PictureDirty = true;

@@ -50,14 +50,14 @@ void PictureMemory::Reset()
 {
     ColourTable = {};
     SendColours();
-    RestView();
+    ResetView();
     m_buffers.FGsetcolor(0);
     m_buffers.FGfillpage();
     BorderColour = 0;
     PictureDirty = true;
 }
 
-void PictureMemory::RestView()
+void PictureMemory::ResetView()
 {
     ViewLeft = kRestingViewLeft;
     ViewTop = kRestingViewTop;

@@ -59,7 +59,7 @@ public:
 
     // Black, with black colours, view and border at rest.
     void Reset();
-    void RestView();
+    void ResetView();
     // Makes ColourTable the colours of the next paint.
     void SendColours();
 

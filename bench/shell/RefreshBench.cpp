@@ -34,6 +34,7 @@ public:
     void DoKeyUp(KeyCode, ShiftBits) override {}
     void MouseWheel(std::int32_t, std::int32_t, std::int32_t, std::int32_t) override {}
     void ShowPopMenu() override {}
+    void ShowDeviceMenu() override {}
     void OpenWebSite() override {}
 };
 

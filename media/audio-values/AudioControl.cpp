@@ -5,18 +5,6 @@
 #include "Rounding.h"
 
 namespace lantern {
-namespace {
-
-QStringList DeviceNames(AudioEngine& engine)
-{
-    QStringList names;
-    const int count = engine.GetDeviceCount();
-    for (int i = 0; i < count; ++i)
-        names += engine.GetDeviceName(i);
-    return names;
-}
-
-} // namespace
 
 AudioControl::AudioControl(AudioEngine& engine, AudioControlHost& host)
     : m_engine(engine), m_host(host)
@@ -133,26 +121,24 @@ void AudioControl::EndToggle(AudioValue value, const ToggleStep& step)
 
 void AudioControl::SetAudioDevice(const QString& name)
 {
-    const int chosen = ChosenDevice(DeviceNames(m_engine), name);
+    const int chosen = ChosenDevice(DeviceNames(), name);
     AudioDevice = m_engine.GetDeviceName(chosen);
     m_host.SetDeviceText(AudioDevice);
     m_engine.SelectDevice(chosen);
 }
 
-void AudioControl::ToggleDeviceSave()
+QStringList AudioControl::DeviceNames() const
 {
-    AudioSave = m_host.IsDeviceSaveOn();
+    QStringList names;
+    const int count = m_engine.GetDeviceCount();
+    for (int i = 0; i < count; ++i)
+        names += m_engine.GetDeviceName(i);
+    return names;
 }
 
-void AudioControl::ShowDeviceMenu()
+void AudioControl::ToggleDeviceSave(bool isOn)
 {
-    m_host.SetOptionsOnTop(false);
-    m_host.SetPointersBlank(false);
-    if (!m_host.ShowMenu(DeviceMenuItems(DeviceNames(m_engine))))
-        return;
-    if (m_host.IsMaximised())
-        m_host.SetPointersBlank(true);
-    m_host.SetOptionsOnTop(true);
+    AudioSave = isOn;
 }
 
 void AudioControl::SetWheelType(WheelMode mode)

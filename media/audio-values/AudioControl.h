@@ -4,9 +4,9 @@
 #include "AudioDecisions.h"
 
 #include <QString>
+#include <QStringList>
 
 #include <cstdint>
-#include <vector>
 
 namespace lantern {
 
@@ -22,16 +22,6 @@ public:
     virtual void SetValueText(AudioValue value, const QString& text) = 0;
     // The chosen device, on its button in the options window.
     virtual void SetDeviceText(const QString& name) = 0;
-    // Whether the options window's button for keeping the device is down.
-    virtual bool IsDeviceSaveOn() = 0;
-
-    // The options window, if it is visible, into or out of the topmost band.
-    virtual void SetOptionsOnTop(bool onTop) = 0;
-    virtual bool IsMaximised() = 0;
-    virtual void SetPointersBlank(bool blank) = 0; // over the main window and its picture
-    // Clears the pop-up menu, fills it and runs it until it has closed. False if the window, and
-    // the audio control with it, was destroyed meanwhile.
-    [[nodiscard]] virtual bool ShowMenu(const std::vector<DeviceMenuItem>& items) = 0;
 };
 
 // The user's side of volume, balance, key, speed and output device. The engine holds the present
@@ -61,8 +51,9 @@ public:
 
     // The device of that name; the system's default if there is none.
     void SetAudioDevice(const QString& name);
-    void ToggleDeviceSave();
-    void ShowDeviceMenu();
+    QStringList DeviceNames() const; // in the order of the engine's devices
+    // Whether the device is kept from run to run.
+    void ToggleDeviceSave(bool isOn);
 
     // What the wheel changes from now on; shows its present value on the status line. Any number
     // is stored, but only those with a name do anything.

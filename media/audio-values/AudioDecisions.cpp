@@ -134,14 +134,4 @@ int ChosenDevice(const QStringList& deviceNames, const QString& wanted)
     return chosen;
 }
 
-std::vector<DeviceMenuItem> DeviceMenuItems(const QStringList& deviceNames)
-{
-    std::vector<DeviceMenuItem> items;
-    for (const QString& name : deviceNames)
-        items.push_back({name, kFirstDeviceItem + static_cast<int>(items.size())});
-    items.push_back({QStringLiteral("-"), 0});
-    items.push_back({QStringLiteral("Cancel"), kCancelItem});
-    return items;
-}
-
 } // namespace lantern

@@ -6,7 +6,6 @@
 
 #include <cstdint>
 #include <optional>
-#include <vector>
 
 // What the audio control and the wheel decide, from values to values.
 namespace lantern {
@@ -55,15 +54,5 @@ float AfterWheel(AudioValue value, float present, int direction);
 // The last device of that name, letter case not counting; 0, which is never compared, if there
 // is none.
 int ChosenDevice(const QStringList& deviceNames, const QString& wanted);
-
-struct DeviceMenuItem {
-    QString text; // "-" for a separator
-    int identifier = 0;
-
-    bool operator==(const DeviceMenuItem&) const = default;
-};
-inline constexpr int kFirstDeviceItem = 1000; // the identifier of device 0
-inline constexpr int kCancelItem = -1;
-std::vector<DeviceMenuItem> DeviceMenuItems(const QStringList& deviceNames);
 
 } // namespace lantern

@@ -69,18 +69,15 @@ QString MediaLoader::OpenMedia(const QString& path)
 
 void MediaLoader::ClearMedia()
 {
-    m_host.ResetView();
     m_host.SetSliderValues(0, 0, 0);
     // Before the clips go: the engine may be playing out of their memory.
     m_engine.CloseSound();
     m_track.PacketStore.Erase();
     m_track.ClipList.Erase();
-    m_host.FreeSnapshots();
     m_track.TotalLengthMs = 0;
     m_track.CurrentClip = 0;
     m_host.HideMessage();
-    m_host.ResetPlayedPacket();
-    m_host.ClearPicture();
+    m_host.ForgetPicture();
 }
 
 QString MediaLoader::AddMedia(const QString& path)

@@ -25,10 +25,7 @@ public:
     virtual void SetSliderValues(std::int32_t minimum, std::int32_t maximum,
                                  std::int32_t value) = 0;
     virtual void HideMessage() = 0;
-    virtual void ResetView() = 0; // the visible part of the picture to its place of rest
-    virtual void FreeSnapshots() = 0;
-    virtual void ResetPlayedPacket() = 0; // no packet counts as applied to the picture
-    virtual void ClearPicture() = 0;
+    virtual void ForgetPicture() = 0; // clears the screen; nothing of the old picture is kept
     virtual void Play(std::int32_t positionMs) = 0;
     virtual void RememberLastPlayed(const QString& path) = 0;
     // A member of an archive is not used, or with an empty name nothing of it. A window tells its

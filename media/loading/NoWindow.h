@@ -10,10 +10,7 @@ class NoWindow : public MediaHost {
     void SetTicker(int, bool) override {}
     void SetSliderValues(std::int32_t, std::int32_t, std::int32_t) override {}
     void HideMessage() override {}
-    void ResetView() override {}
-    void FreeSnapshots() override {}
-    void ResetPlayedPacket() override {}
-    void ClearPicture() override {}
+    void ForgetPicture() override {}
     void Play(std::int32_t) override {}
     void RememberLastPlayed(const QString&) override {}
 };

@@ -7,9 +7,9 @@
 
 namespace lantern {
 
-// What the player can be told to do. A command has one number, which its button, its item in the
-// menu and its keys share. From outside (a menu's key) any number may come: one without a name here
-// does nothing.
+// What the player can do at a user's wish. A command has one number, which its button, its item in
+// the menu and its keys share. From outside (a menu's key) any number may come: one without a name
+// here does nothing, unless it stands for a device.
 enum class CommandId : std::int16_t {
     Open = 0,
     Play = 1,
@@ -41,6 +41,9 @@ enum class CommandId : std::int16_t {
     Smaller = 42,
     WebSite = 44,
 };
+
+// The choice of the first output device; those of the others follow.
+inline constexpr std::int16_t kFirstDeviceCommand = 1000;
 
 constexpr std::int16_t NumberOf(CommandId command)
 {

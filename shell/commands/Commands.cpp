@@ -16,7 +16,7 @@ Commands::Commands(const CommandTargets& targets) : m_targets(targets)
 
 void Commands::MainPopup(CommandId command)
 {
-    if (const int device = NumberOf(command) - kFirstDeviceItem; device >= 0) {
+    if (const int device = NumberOf(command) - kFirstDeviceCommand; device >= 0) {
         m_targets.audio.SetAudioDevice(m_targets.engine.GetDeviceName(device));
         return;
     }

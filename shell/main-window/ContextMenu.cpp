@@ -43,12 +43,12 @@ constexpr std::array kRows = {
     MenuRow{Row::Command, CommandId::Exit},
 };
 
-ContextMenuItem ItemOf(const MenuRow& row, bool isMaximised)
+MenuEntry ItemOf(const MenuRow& row, bool isMaximised)
 {
     const QString key = QString::number(NumberOf(row.command));
     switch (row.row) {
     case Row::Separator:
-        return {QStringLiteral("-"), {}};
+        return MenuSeparator();
     case Row::Options:
         return {QStringLiteral("Options"), kOptionsKey};
     case Row::FullScreenCommand:
@@ -63,9 +63,9 @@ ContextMenuItem ItemOf(const MenuRow& row, bool isMaximised)
 
 } // namespace
 
-std::vector<ContextMenuItem> ContextMenuItems(const ContextMenuState& state)
+std::vector<MenuEntry> ContextMenuItems(const ContextMenuState& state)
 {
-    std::vector<ContextMenuItem> items;
+    std::vector<MenuEntry> items;
     for (const MenuRow& row : kRows) {
         if (!row.condition || state.*row.condition)
             items.push_back(ItemOf(row, state.isMaximised));

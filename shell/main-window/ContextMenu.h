@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include <QString>
+#include "MenuEntry.h"
 
 #include <vector>
 
@@ -17,16 +17,9 @@ struct ContextMenuState {
     bool isMaximised = false;
 };
 
-struct ContextMenuItem {
-    QString text; // "-" for a separator
-    QString key;  // the number of a command, or kOptionsKey; empty in a separator
-
-    bool operator==(const ContextMenuItem&) const = default;
-};
-
 // Shows the options, never hides them, unlike the command of their button.
 inline const QString kOptionsKey = QStringLiteral("OPTIONS");
 
-std::vector<ContextMenuItem> ContextMenuItems(const ContextMenuState& state);
+std::vector<MenuEntry> ContextMenuItems(const ContextMenuState& state);
 
 } // namespace lantern

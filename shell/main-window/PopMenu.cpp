@@ -24,30 +24,24 @@ PopMenu::PopMenu(QWidget& window)
     };
 }
 
-bool PopMenu::ShowCommands(const std::vector<ContextMenuItem>& items)
+bool PopMenu::ShowCommands(const std::vector<MenuEntry>& items)
+{
+    return Show(items, m_menuSidePic);
+}
+
+bool PopMenu::ShowDevices(const std::vector<MenuEntry>& items)
+{
+    return Show(items, {});
+}
+
+bool PopMenu::Show(const std::vector<MenuEntry>& items, const PictureReference& sidePicture)
 {
     if (m_isOpen)
         return true;
     m_menu.ResetMenu();
-    for (const ContextMenuItem& item : items)
+    for (const MenuEntry& item : items)
         m_menu.AddItem(item.text, item.key);
-    m_menu.SetUseLeftImage(true);
-    return Show(m_menuSidePic);
-}
-
-bool PopMenu::ShowDevices(const std::vector<DeviceMenuItem>& items)
-{
-    if (m_isOpen)
-        return true;
-    m_menu.ResetMenu();
-    for (const DeviceMenuItem& item : items)
-        m_menu.AddItem(item.text, QString::number(item.identifier));
-    m_menu.SetUseLeftImage(false);
-    return Show({});
-}
-
-bool PopMenu::Show(const PictureReference& sidePicture)
-{
+    m_menu.SetUseLeftImage(sidePicture != nullptr);
     const QPointer<QWidget> window(&m_window);
     m_isOpen = true;
     m_menu.ShowMenu(ctlMenus::kAtPointer, ctlMenus::kAtPointer, sidePicture);

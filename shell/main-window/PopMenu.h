@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "AudioDecisions.h"
-#include "ContextMenu.h"
+#include "MenuEntry.h"
 #include "ctlMenus.h"
 
 #include <functional>
@@ -24,11 +23,11 @@ public:
 
     // Each opens a menu at the pointer and returns when it has closed. While one is open, another
     // one doesn't open. False if the window, and the menu with it, was destroyed meanwhile.
-    [[nodiscard]] bool ShowCommands(const std::vector<ContextMenuItem>& items);
-    [[nodiscard]] bool ShowDevices(const std::vector<DeviceMenuItem>& items);
+    [[nodiscard]] bool ShowCommands(const std::vector<MenuEntry>& items);
+    [[nodiscard]] bool ShowDevices(const std::vector<MenuEntry>& items);
 
 private:
-    bool Show(const PictureReference& sidePicture);
+    bool Show(const std::vector<MenuEntry>& items, const PictureReference& sidePicture);
 
     QWidget& m_window;
     ctlMenus m_menu;

@@ -200,7 +200,7 @@ void f101::changeEvent(QEvent* event)
 {
     if (event->type() == QEvent::WindowStateChange) {
         if (isMinimized() && m_options)
-            m_options->ShowForm(QStringLiteral("NONE"));
+            m_options->ShowForm(kNoForm.toString());
         m_parts.FollowWindowState();
     }
     QWidget::changeEvent(event);

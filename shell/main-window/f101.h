@@ -5,6 +5,7 @@
 #include "AudioEngine.h"
 #include "CommandLink.h"
 #include "Commands.h"
+#include "ContextMenu.h"
 #include "ControlRefresh.h"
 #include "Display.h"
 #include "ImageClipboard.h"
@@ -65,9 +66,9 @@ public:
     void MouseWheel(std::int32_t keys, std::int32_t delta, std::int32_t x, std::int32_t y) override;
     // Returns when the menu has closed and what was chosen has run.
     void ShowPopMenu() override;
-    void ShowDeviceMenu();
+    void ShowDeviceMenu() override;
     void ToggleOptions(bool force) override;
-    void SetOptionsOnTop(bool onTop) override;
+    void SetOptionsOnTop(bool onTop);
     void SetWheelType(WheelMode mode);
     void UpdatePlayer();
 
@@ -88,6 +89,7 @@ private:
     void Unload();
     void VolumeMoved();
     void MenuClick(const QString& key);
+    void RunMenu(const std::function<bool()>& show);
     ContextMenuState MenuState();
     frmOptions& Options();
 
@@ -104,10 +106,7 @@ private:
     // MediaHost
     void SetSliderValues(std::int32_t minimum, std::int32_t maximum, std::int32_t value) override;
     void HideMessage() override;
-    void ResetView() override;
-    void FreeSnapshots() override;
-    void ResetPlayedPacket() override;
-    void ClearPicture() override;
+    void ForgetPicture() override;
     void Play(std::int32_t positionMs) override;
     void RememberLastPlayed(const QString& path) override;
 
@@ -115,10 +114,6 @@ private:
     void ShowStatus(const QString& text) override;
     void SetValueText(AudioValue value, const QString& text) override;
     void SetDeviceText(const QString& name) override;
-    bool IsDeviceSaveOn() override;
-    bool IsMaximised() override;
-    void SetPointersBlank(bool blank) override;
-    bool ShowMenu(const std::vector<DeviceMenuItem>& items) override;
 
     // CommandWindow
     void ShowOpenDialog() override;

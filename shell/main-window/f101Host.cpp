@@ -2,6 +2,7 @@
 // What the members of the main window ask of it.
 #include "f101.h"
 
+#include "DeviceMenu.h"
 #include "MediaTypes.h"
 #include "PlayerSettings.h"
 #include "frmOptions.h"
@@ -40,7 +41,7 @@ void f101::SetTicker(std::int32_t seconds, bool isPlaying)
 
 void f101::RefreshControls(std::int32_t positionMs, bool isPlaying)
 {
-    m_refresh.Refresh(positionMs, isPlaying, IsMaximised());
+    m_refresh.Refresh(positionMs, isPlaying, m_parts.IsMaximised());
     m_display.HideExpiredStatus();
 }
 
@@ -66,23 +67,11 @@ void f101::HideMessage()
     m_parts.ShowSystemText(false);
 }
 
-void f101::ResetView()
+void f101::ForgetPicture()
 {
-    m_picture.RestView();
-}
-
-void f101::FreeSnapshots()
-{
+    m_picture.ResetView();
     m_picture.FreeSnapshots();
-}
-
-void f101::ResetPlayedPacket()
-{
     m_picture.PlayedPacket = 0;
-}
-
-void f101::ClearPicture()
-{
     m_interpreter.ClearPicture();
 }
 
@@ -113,26 +102,6 @@ void f101::SetDeviceText(const QString& name)
     Options().dev(1).SetCaption(name);
 }
 
-bool f101::IsDeviceSaveOn()
-{
-    return Options().cmd(4).Value();
-}
-
-bool f101::IsMaximised()
-{
-    return m_parts.IsMaximised();
-}
-
-void f101::SetPointersBlank(bool blank)
-{
-    m_parts.SetPointersBlank(blank);
-}
-
-bool f101::ShowMenu(const std::vector<DeviceMenuItem>& items)
-{
-    return m_popMenu.ShowDevices(items);
-}
-
 // --- The commands
 
 void f101::ShowOpenDialog()
@@ -151,7 +120,7 @@ void f101::ShowOpenDialog()
 
 void f101::ShowAbout()
 {
-    Options().ShowForm(QStringLiteral("ABOUT"));
+    Options().ShowForm(kAboutForm.toString());
 }
 
 void f101::OpenWebSite()
@@ -173,25 +142,31 @@ ContextMenuState f101::MenuState()
             .canPause = can(CommandId::Pause),
             .canStop = can(CommandId::Stop),
             .canSkip = can(CommandId::Forward10Seconds),
-            .isMaximised = IsMaximised()};
+            .isMaximised = m_parts.IsMaximised()};
 }
 
 void f101::ShowPopMenu()
 {
     if (m_track.MediaLoading || m_popMenu.IsOpen())
         return;
-    SetOptionsOnTop(false);
-    SetPointersBlank(false);
-    if (!m_popMenu.ShowCommands(ContextMenuItems(MenuState())))
-        return;
-    if (IsMaximised())
-        SetPointersBlank(true);
-    SetOptionsOnTop(true);
+    RunMenu([this] { return m_popMenu.ShowCommands(ContextMenuItems(MenuState())); });
 }
 
 void f101::ShowDeviceMenu()
 {
-    m_audio.ShowDeviceMenu();
+    RunMenu([this] { return m_popMenu.ShowDevices(DeviceMenuItems(m_audio.DeviceNames())); });
+}
+
+// Show is false if the window was destroyed while the menu was open.
+void f101::RunMenu(const std::function<bool()>& show)
+{
+    SetOptionsOnTop(false);
+    m_parts.SetPointersBlank(false);
+    if (!show())
+        return;
+    if (m_parts.IsMaximised())
+        m_parts.SetPointersBlank(true);
+    SetOptionsOnTop(true);
 }
 
 void f101::MenuClick(const QString& key)
@@ -218,8 +193,8 @@ frmOptions& f101::Options()
 void f101::ToggleOptions(bool force)
 {
     frmOptions& options = Options();
-    options.ShowForm(force || !options.isVisible() ? QStringLiteral("OPTIONS")
-                                                   : QStringLiteral("NONE"));
+    const bool shows = force || !options.isVisible();
+    options.ShowForm((shows ? kOptionsForm : kNoForm).toString());
     if (options.isVisible())
         options.activateWindow();
 }

@@ -18,7 +18,8 @@ public:
     virtual void DoKeyUp(KeyCode keyCode, ShiftBits shift) = 0;
     virtual void MouseWheel(std::int32_t keys, std::int32_t delta, std::int32_t x,
                             std::int32_t y) = 0;
-    virtual void ShowPopMenu() = 0; // where the pointer is
+    virtual void ShowPopMenu() = 0;    // where the pointer is, as is the next one
+    virtual void ShowDeviceMenu() = 0; // runs what was chosen, too
     virtual void OpenWebSite() = 0;
 };
 

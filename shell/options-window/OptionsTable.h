@@ -80,25 +80,52 @@ inline constexpr auto kOptionsPlaces = [] {
     });
 }();
 
-// The buttons as designed; those of dev have no face.
+// The words for what is to be seen of the window.
+inline constexpr QStringView kOptionsForm = u"OPTIONS";
+inline constexpr QStringView kAboutForm = u"ABOUT";
+inline constexpr QStringView kNoForm = u"NONE";
+
+// What a button does to the sound.
+using OptionsAction = void (*)(AudioControl& audio, bool isDown);
+
+inline constexpr OptionsAction kKeepDevice = [](AudioControl& audio, bool isDown) {
+    audio.ToggleDeviceSave(isDown);
+};
+inline constexpr OptionsAction kToggleBalance = [](AudioControl& audio, bool) {
+    audio.ToggleBalance(false);
+};
+inline constexpr OptionsAction kTogglePitch = [](AudioControl& audio, bool) {
+    audio.TogglePitch(false);
+};
+inline constexpr OptionsAction kToggleSpeed = [](AudioControl& audio, bool) {
+    audio.ToggleSpeed(false);
+};
+inline constexpr OptionsAction kToggleVolume = [](AudioControl& audio, bool) {
+    audio.ToggleVolume(false);
+};
+
+// The buttons as designed. A click on one of cmd shows a form, or acts on the sound; those of dev
+// have no face, and open the menu of devices.
 struct OptionsButton {
     OptionsControl control;
     std::size_t index;
     std::optional<ButtonFace> face;
     bool isCheckBox;
     std::int16_t mousePointer;
+    QStringView form = {};
+    OptionsAction act = nullptr;
 };
 
 inline constexpr std::array kOptionsButtons = {
-    OptionsButton{OptionsControl::cmd, 0, ButtonFace::Hide, false, 1},
-    OptionsButton{OptionsControl::cmd, 1, ButtonFace::About, false, 1},
-    OptionsButton{OptionsControl::cmd, 2, ButtonFace::Hide, false, 1},
-    OptionsButton{OptionsControl::cmd, 3, ButtonFace::ReturnToOptions, false, 1},
-    OptionsButton{OptionsControl::cmd, 4, ButtonFace::RememberDevice, true, 0},
-    OptionsButton{OptionsControl::cmd, 5, ButtonFace::CustomBalance, true, 1},
-    OptionsButton{OptionsControl::cmd, 6, ButtonFace::CustomKey, true, 1},
-    OptionsButton{OptionsControl::cmd, 7, ButtonFace::CustomSpeed, true, 0},
-    OptionsButton{OptionsControl::cmd, 8, ButtonFace::Mute, true, 0},
+    OptionsButton{OptionsControl::cmd, 0, ButtonFace::Hide, false, 1, kNoForm},
+    OptionsButton{OptionsControl::cmd, 1, ButtonFace::About, false, 1, kAboutForm},
+    OptionsButton{OptionsControl::cmd, 2, ButtonFace::Hide, false, 1, kNoForm},
+    OptionsButton{OptionsControl::cmd, 3, ButtonFace::ReturnToOptions, false, 1, kOptionsForm},
+    OptionsButton{OptionsControl::cmd, 4, ButtonFace::RememberDevice, true, 0, {}, kKeepDevice},
+    OptionsButton{OptionsControl::cmd, 5, ButtonFace::CustomBalance, true, 1, {}, kToggleBalance},
+    OptionsButton{OptionsControl::cmd, 6, ButtonFace::CustomKey, true, 1, {}, kTogglePitch},
+    OptionsButton{OptionsControl::cmd, 7, ButtonFace::CustomSpeed, true, 0, {}, kToggleSpeed},
+    OptionsButton{OptionsControl::cmd, 8, ButtonFace::Mute, true, 0, {}, kToggleVolume},
     OptionsButton{OptionsControl::dev, 0, std::nullopt, true, 0},
     OptionsButton{OptionsControl::dev, 1, std::nullopt, true, 0},
 };

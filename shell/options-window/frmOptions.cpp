@@ -165,7 +165,7 @@ ctlPicBtn* frmOptions::MakeButton(const OptionsPlace& place)
     if (design.face)
         GiveFace(*button, *design.face);
     if (place.control == OptionsControl::cmd)
-        button->Click = [this, command = place.index] { Click(command); };
+        button->Click = [this, &design, button] { Click(design, *button); };
     else
         button->Click = [this, button] { ChooseDevice(*button); };
     return button;
@@ -215,8 +215,8 @@ void frmOptions::NameForReaders()
 
 void frmOptions::ShowForm(const QString& word)
 {
-    BringToFront(word == u"OPTIONS" ? OptionsPanel::Skinner : OptionsPanel::SkinAbout);
-    const bool isShown = word != u"NONE";
+    BringToFront(word == kOptionsForm ? OptionsPanel::Skinner : OptionsPanel::SkinAbout);
+    const bool isShown = word != kNoForm;
     if (isShown && !isVisible())
         StandBeforePlayer();
     const bool hadKeyboard = isActiveWindow();
@@ -242,43 +242,18 @@ void frmOptions::StandBeforePlayer()
     windowHandle()->setTransientParent(m_mainWindow.windowHandle());
 }
 
-void frmOptions::Click(std::size_t command)
+void frmOptions::Click(const OptionsButton& design, const ctlPicBtn& button)
 {
-    switch (command) {
-    case 0:
-    case 2:
-        ShowForm(QStringLiteral("NONE"));
-        break;
-    case 1:
-        ShowForm(QStringLiteral("ABOUT"));
-        break;
-    case 3:
-        ShowForm(QStringLiteral("OPTIONS"));
-        break;
-    case 4:
-        m_audio.ToggleDeviceSave();
-        break;
-    case 5:
-        m_audio.ToggleBalance(false);
-        break;
-    case 6:
-        m_audio.TogglePitch(false);
-        break;
-    case 7:
-        m_audio.ToggleSpeed(false);
-        break;
-    case 8:
-        m_audio.ToggleVolume(false);
-        break;
-    default:
-        break;
-    }
+    if (design.act)
+        design.act(m_audio, button.Value());
+    else
+        ShowForm(design.form.toString());
 }
 
 void frmOptions::ChooseDevice(ctlPicBtn& button)
 {
     const QPointer<QWidget> window(this);
-    m_audio.ShowDeviceMenu();
+    m_player.ShowDeviceMenu();
     if (!window)
         return;
     button.SetValue(false); // nothing is switched by it
@@ -310,7 +285,7 @@ void frmOptions::resizeEvent(QResizeEvent*)
 // The window manager's close, too, only hides.
 void frmOptions::closeEvent(QCloseEvent* event)
 {
-    ShowForm(QStringLiteral("NONE"));
+    ShowForm(kNoForm.toString());
     event->accept();
 }
 

@@ -77,7 +77,7 @@ private:
     void BringToFront(OptionsPanel panel);
     void StandBeforePlayer();
 
-    void Click(std::size_t command);
+    void Click(const OptionsButton& design, const ctlPicBtn& button);
     void ChooseDevice(ctlPicBtn& button);
     void SliderMoved(std::size_t slider);
 

@@ -225,36 +225,21 @@ TEST_F(AudioControlTest, SetAudioDeviceFallsBackOnTheFirst)
     }
 }
 
+TEST_F(AudioControlTest, TheDevicesAreNamedInTheOrderOfTheEngine)
+{
+    m_engine.Devices = {QStringLiteral("Default"), QStringLiteral("HDMI")};
+    EXPECT_EQ(m_audio.DeviceNames(),
+              (QStringList{QStringLiteral("Default"), QStringLiteral("HDMI")}));
+    m_engine.Devices.clear();
+    EXPECT_EQ(m_audio.DeviceNames(), QStringList());
+}
+
 TEST_F(AudioControlTest, ToggleDeviceSaveTakesTheButtonsState)
 {
-    m_host.DeviceSaveOn = true;
-    m_audio.ToggleDeviceSave();
+    m_audio.ToggleDeviceSave(true);
     EXPECT_TRUE(m_audio.AudioSave);
-    m_host.DeviceSaveOn = false;
-    m_audio.ToggleDeviceSave();
+    m_audio.ToggleDeviceSave(false);
     EXPECT_FALSE(m_audio.AudioSave);
-}
-
-TEST_F(AudioControlTest, TheDeviceMenuStandsAboveTheOptionsWindow)
-{
-    m_audio.ShowDeviceMenu();
-    EXPECT_THAT(m_host.MenuCalls,
-                ElementsAre("options below", "pointers default", "menu of 3", "options on top"));
-}
-
-TEST_F(AudioControlTest, InFullScreenThePointersAreBlankAgainAfterTheDeviceMenu)
-{
-    m_host.Maximised = true;
-    m_audio.ShowDeviceMenu();
-    EXPECT_THAT(m_host.MenuCalls, ElementsAre("options below", "pointers default", "menu of 3",
-                                              "pointers blank", "options on top"));
-}
-
-TEST_F(AudioControlTest, NothingFollowsAMenuThatOutlivedItsWindow)
-{
-    m_host.GoneAfterMenu = true;
-    m_audio.ShowDeviceMenu();
-    EXPECT_EQ(m_host.MenuCalls.back(), "menu of 3");
 }
 
 TEST_F(AudioControlTest, TheWheelStartsOnTheVolume)

@@ -210,14 +210,5 @@ TEST(ChosenDevice, TheFirstIsTheFallback)
     EXPECT_EQ(ChosenDevice({}, QStringLiteral("HDMI")), 0);
 }
 
-TEST(DeviceMenuItems, ListTheDevicesThenASeparatorAndCancel)
-{
-    const std::vector<DeviceMenuItem> expected = {{QStringLiteral("Default"), 1000},
-                                                  {QStringLiteral("HDMI"), 1001},
-                                                  {QStringLiteral("-"), 0},
-                                                  {QStringLiteral("Cancel"), -1}};
-    EXPECT_EQ(DeviceMenuItems({QStringLiteral("Default"), QStringLiteral("HDMI")}), expected);
-}
-
 } // namespace
 } // namespace lantern

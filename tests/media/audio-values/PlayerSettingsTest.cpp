@@ -3,6 +3,7 @@
 #include "AudioControl.h"
 #include "FakeAudioEngine.h"
 #include "PathText.h"
+#include "RecordingAudioHost.h"
 #include "Track.h"
 #include "clsINI.h"
 
@@ -114,27 +115,13 @@ TEST_F(PlayerSettingsTest, TheDeviceCountsOnlyWhereItIsKept)
     EXPECT_EQ(kept.AudioDevice, QStringLiteral("Headset"));
 }
 
-class NoWindows : public AudioControlHost {
-public:
-    void ShowStatus(const QString& text) override { statuses.append(text); }
-    void SetValueText(AudioValue, const QString&) override {}
-    void SetDeviceText(const QString&) override {}
-    bool IsDeviceSaveOn() override { return false; }
-    void SetOptionsOnTop(bool) override {}
-    bool IsMaximised() override { return false; }
-    void SetPointersBlank(bool) override {}
-    bool ShowMenu(const std::vector<DeviceMenuItem>&) override { return true; }
-
-    QStringList statuses;
-};
-
 class LoadedPlayerTest : public PlayerSettingsTest {
 protected:
     void Load() { LoadPlayerSettings(m_store, m_track, m_zoomStep, m_audio); }
     void Save() { SaveSettingsToStore(m_store, 4, m_engine, m_audio); }
 
     FakeAudioEngine m_engine;
-    NoWindows m_windows;
+    RecordingAudioHost m_windows;
     AudioControl m_audio{m_engine, m_windows};
     Track m_track;
     std::int32_t m_zoomStep = -1;
@@ -164,7 +151,7 @@ TEST_F(LoadedPlayerTest, WhatWasStoredGoesToItsPlaces)
     EXPECT_EQ(m_audio.CustomVolume, 60.0F);
     EXPECT_TRUE(m_audio.AudioSave);
     EXPECT_EQ(m_audio.AudioDevice, QStringLiteral("Headset"));
-    EXPECT_EQ(m_windows.statuses.size(), 4) << "balance, key, speed and volume are shown";
+    EXPECT_EQ(m_windows.Statuses.size(), 4U) << "balance, key, speed and volume are shown";
     EXPECT_EQ(m_engine.SelectedDevice, 0) << "the device is chosen later";
 }
 

@@ -33,10 +33,7 @@ public:
                std::to_string(value));
     }
     void HideMessage() override { Record("HideMessage"); }
-    void ResetView() override { Record("ResetView"); }
-    void FreeSnapshots() override { Record("FreeSnapshots"); }
-    void ResetPlayedPacket() override { Record("ResetPlayedPacket"); }
-    void ClearPicture() override { Record("ClearPicture"); }
+    void ForgetPicture() override { Record("ForgetPicture"); }
     void Play(std::int32_t positionMs) override
     {
         Record("Play " + std::to_string(positionMs));

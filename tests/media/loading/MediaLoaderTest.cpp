@@ -401,9 +401,8 @@ TEST_F(MediaLoaderTest, TheLimitsHoldTheLongestDisc)
 
 class OpenMediaTest : public MediaLoaderTest {
 protected:
-    const std::vector<std::string> m_cleared = {
-        "ResetView",   "SetSliderValues 0 0 0", "CloseSound",  "FreeSnapshots",
-        "HideMessage", "ResetPlayedPacket",     "ClearPicture"};
+    const std::vector<std::string> m_cleared = {"SetSliderValues 0 0 0", "CloseSound",
+                                                "HideMessage", "ForgetPicture"};
 
     std::vector<std::string> Calls(const std::vector<std::string>& before,
                                    const std::vector<std::string>& after) const

@@ -16,7 +16,7 @@ constexpr ContextMenuState kPlaying = {
 QStringList TextsOf(const ContextMenuState& state)
 {
     QStringList texts;
-    for (const ContextMenuItem& item : ContextMenuItems(state))
+    for (const MenuEntry& item : ContextMenuItems(state))
         texts += item.text;
     return texts;
 }
@@ -24,7 +24,7 @@ QStringList TextsOf(const ContextMenuState& state)
 QStringList KeysOf(const ContextMenuState& state)
 {
     QStringList keys;
-    for (const ContextMenuItem& item : ContextMenuItems(state))
+    for (const MenuEntry& item : ContextMenuItems(state))
         keys += item.key;
     return keys;
 }

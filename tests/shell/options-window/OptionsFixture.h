@@ -28,6 +28,7 @@ public:
         Calls.push_back("wheel " + std::to_string(delta));
     }
     void ShowPopMenu() override { Calls.emplace_back("menu"); }
+    void ShowDeviceMenu() override { Calls.emplace_back("device menu"); }
     void OpenWebSite() override { Calls.emplace_back("web site"); }
 
     std::vector<std::string> Calls;

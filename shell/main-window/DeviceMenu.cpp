@@ -1,0 +1,24 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "DeviceMenu.h"
+
+#include "CommandId.h"
+
+namespace lantern {
+namespace {
+
+constexpr int kCancelNumber = -1; // no command has it
+
+} // namespace
+
+std::vector<MenuEntry> DeviceMenuItems(const QStringList& deviceNames)
+{
+    std::vector<MenuEntry> items;
+    for (const QString& name : deviceNames)
+        items.push_back(
+            {name, QString::number(kFirstDeviceCommand + static_cast<int>(items.size()))});
+    items.push_back(MenuSeparator());
+    items.push_back({QStringLiteral("Cancel"), QString::number(kCancelNumber)});
+    return items;
+}
+
+} // namespace lantern
