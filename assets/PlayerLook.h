@@ -1,14 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "Colours.h"
 #include "ProgramFont.h"
-#include "SystemColours.h"
 
 namespace lantern {
 
 // What all that stands on the skin is drawn with.
-inline constexpr ColourValue kBlack = DirectColour(0, 0, 0);
-inline constexpr ColourValue kWhite = DirectColour(255, 255, 255);
 inline constexpr ColourValue kAccentColour = 568319; // the skin's orange
 inline constexpr ColourValue kDarkGrey = 4210752;    // behind the knob of a slider
 

@@ -2,7 +2,6 @@
 #include "FrameLayout.h"
 
 #include <array>
-#include <cmath>
 
 namespace lantern {
 namespace {
@@ -26,11 +25,6 @@ constexpr int kTitleMargin = 4;
 constexpr int kTitleTop = 2;
 constexpr int kTitlePadding = 4; // pixels by which the title bar is higher than its text
 
-int RoundTiesToEven(double value)
-{
-    return static_cast<int>(std::nearbyint(value));
-}
-
 std::uint32_t EdgeLinesOf(std::int32_t border)
 {
     const auto style = static_cast<std::size_t>(static_cast<std::uint32_t>(border));
@@ -46,7 +40,7 @@ int CaptionLeft(std::int32_t align, int width, int textWidth, int margin, int tw
         return width - textWidth - margin;
     case AlignCaptionCentre: {
         const int leftTwips = (width - textWidth) * twips / 2; // may end between two pixels
-        return RoundTiesToEven(static_cast<double>(leftTwips) / twips);
+        return NearestPixel(leftTwips, twips);
     }
     default:
         return 0;
@@ -77,7 +71,7 @@ FrameLayout LayoutGroupBox(const FrameLook& look, QSize size, TwipsPerPixel twip
     if (hasText)
         layout.text = blank + look.caption + blank;
     const QSize text = measure(layout.text);
-    const int top = look.caption.isEmpty() ? 0 : RoundTiesToEven(text.height() / 2.0);
+    const int top = look.caption.isEmpty() ? 0 : RoundToEven(text.height() / 2.0);
     layout.edge = {0, top, size.width(), size.height()};
     layout.edgeLines = EdgeLinesOf(look.border);
     layout.edgeSides = look.isDivider ? EdgeTop : EdgeAllSides;

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "RetainedSurface.h"
-#include "ScreenMetrics.h"
+#include "Twips.h"
 
 #include <QSize>
 #include <QString>

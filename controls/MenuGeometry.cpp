@@ -43,23 +43,18 @@ int MenuGeometry::TextLeft() const
 
 int MenuGeometry::ItemTop(std::size_t index) const
 {
-    return kTopMargin + PixelsOf(static_cast<std::int32_t>(index) * itemHeight, twips.y);
+    return kTopMargin + NearestPixel(static_cast<std::int32_t>(index) * itemHeight, twips.y);
 }
 
 int MenuGeometry::SeparatorTop(std::size_t index) const
 {
     const std::int32_t top = kTopMargin * twips.y + static_cast<std::int32_t>(index) * itemHeight;
-    return PixelsOf(top + itemHeight / 2, twips.y);
+    return NearestPixel(top + itemHeight / 2, twips.y);
 }
 
 Box MenuGeometry::Bar(std::size_t index, int windowWidth) const
 {
     return {TextLeft() - 1, ItemTop(index), windowWidth - kRightMargin, ItemTop(index + 1)};
-}
-
-int PixelsOf(std::int32_t twipCount, std::int32_t twipsPerPixel)
-{
-    return static_cast<int>(std::nearbyint(static_cast<double>(twipCount) / twipsPerPixel));
 }
 
 QRect KeptOnScreen(const QRect& menu, const QRect& screen)

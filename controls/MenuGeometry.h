@@ -2,7 +2,7 @@
 #pragma once
 
 #include "RetainedSurface.h"
-#include "ScreenMetrics.h"
+#include "Twips.h"
 
 #include <QRect>
 
@@ -34,9 +34,6 @@ struct MenuGeometry {
     int SeparatorTop(std::size_t index) const; // of the upper of its two lines, in pixels
     Box Bar(std::size_t index, int windowWidth) const;
 };
-
-// To the nearest pixel.
-int PixelsOf(std::int32_t twipCount, std::int32_t twipsPerPixel);
 
 // Moves a menu up and to the left so that it ends on the screen; it may then begin off it.
 QRect KeptOnScreen(const QRect& menu, const QRect& screen);

@@ -4,6 +4,7 @@
 #include "ControlAccessibility.h"
 #include "FrameAccessible.h"
 #include "ProgramFont.h"
+#include "ScreenMetrics.h"
 
 #include <QMouseEvent>
 
@@ -15,7 +16,7 @@ namespace lantern {
 namespace {
 
 constexpr int kFontPixels = 11; // 8.25 points
-constexpr QSize kBuiltInTwips = {2805, 1635};
+constexpr TwipSize kBuiltInSize = {2805, 1635};
 
 QPoint WithinRect(QPoint point, const QRect& rect)
 {
@@ -32,8 +33,7 @@ ctlFrame::ctlFrame(QWidget* parent, Ambient ambient)
 {
     Load({});
     m_look.caption = HostAmbient().displayName;
-    const TwipsPerPixel twips = ScreenTwips();
-    resize(kBuiltInTwips.width() / twips.x, kBuiltInTwips.height() / twips.y);
+    resize(PixelsOf(kBuiltInSize, ScreenTwips()));
 }
 
 template <typename Self, typename Each>

@@ -15,7 +15,7 @@
 namespace lantern {
 namespace {
 
-constexpr std::int32_t kSideTwips = 480;
+constexpr TwipSize kDesignSize = {480, 480};
 
 MenuState& SharedMenuState()
 {
@@ -39,8 +39,7 @@ int Placeable(std::int32_t pixel)
 
 ctlMenus::ctlMenus(QWidget* parent, Ambient ambient) : Control(parent, std::move(ambient))
 {
-    const TwipsPerPixel twips = ScreenTwips();
-    setFixedSize(kSideTwips / twips.x, kSideTwips / twips.y);
+    setFixedSize(PixelsOf(kDesignSize, ScreenTwips()));
     hide();
     Load({}); // the defaults
 }

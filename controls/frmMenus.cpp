@@ -3,6 +3,7 @@
 
 #include "MenuAccessible.h"
 #include "ProgramFont.h"
+#include "ScreenMetrics.h"
 
 #include <QGuiApplication>
 #include <QKeyEvent>
@@ -105,8 +106,8 @@ void frmMenus::FitToItems()
     for (const MenuItem& item : m_state.items)
         widest = std::max(widest, Measure(item.caption, font()).Width());
     const MenuGeometry geometry = Geometry();
-    const QSize size(PixelsOf(geometry.Width(widest), geometry.twips.x),
-                     PixelsOf(geometry.Height(m_state.items.size()), geometry.twips.y));
+    const QSize size(NearestPixel(geometry.Width(widest), geometry.twips.x),
+                     NearestPixel(geometry.Height(m_state.items.size()), geometry.twips.y));
     const QRect menu(pos(), size.expandedTo(QSize(1, 1)));
     setGeometry(KeptOnScreen(menu, ScreenFor(pos())));
     ClearGround(); // the surface is a new one

@@ -7,7 +7,6 @@ namespace lantern {
 namespace {
 
 constexpr double kMessageSeconds = 3.0;
-constexpr ColourValue kWhite = 0xFFFFFF;
 
 ColourValue TableColour(const ColourBytes& table, std::int16_t entry)
 {

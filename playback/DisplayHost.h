@@ -1,16 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "Colours.h"
 #include "Zoom.h"
 
 #include <QString>
 
-#include <cstdint>
-
 namespace lantern {
-
-// A colour as the window's parts take it: red in the low byte, then green, then blue.
-using ColourValue = std::uint32_t;
 
 // What the display asks of the window that the picture stands in. Lengths are in twips, except
 // where a name says pixels. Everything runs on the user-interface thread.

@@ -7,6 +7,7 @@
 #include <cstdlib>
 
 namespace lantern {
+
 int ValidZoomStep(int step)
 {
     return step < kFullScreenStep || step > kLargestZoomStep ? kDefaultZoomStep : step;
@@ -44,12 +45,6 @@ TwipSize WindowSizeForZoom(int step, float factor, const WindowFrame& frame)
     return {RoundToEven(scale * kVisibleWidth * frame.twipsX + 2 * frame.marginX),
             RoundToEven(frame.toolbarHeight + scale * kVisibleHeight * frame.twipsY +
                         2 * frame.marginX + gap)};
-}
-
-TwipRect CentredOn(TwipSize desktop, TwipSize window)
-{
-    return {(desktop.width - window.width) / 2, (desktop.height - window.height) / 2, window.width,
-            window.height};
 }
 
 } // namespace lantern

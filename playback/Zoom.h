@@ -1,31 +1,17 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "Twips.h"
+
 #include <cstdint>
 
 // The steps of the display size. Steps 1 to 5 are that multiple of the visible picture; step 0 is
-// the whole screen. Lengths are in twips, 1/1440 inch, the unit of the window's layout.
+// the whole screen. Lengths are in twips.
 namespace lantern {
 
 inline constexpr int kFullScreenStep = 0;
 inline constexpr int kDefaultZoomStep = 2;
 inline constexpr int kLargestZoomStep = 5;
-
-struct TwipSize {
-    std::int32_t width = 0;
-    std::int32_t height = 0;
-
-    bool operator==(const TwipSize&) const = default;
-};
-
-struct TwipRect {
-    std::int32_t left = 0;
-    std::int32_t top = 0;
-    std::int32_t width = 0;
-    std::int32_t height = 0;
-
-    bool operator==(const TwipRect&) const = default;
-};
 
 // What a window of a zoom step is made of besides the picture.
 struct WindowFrame {
@@ -47,8 +33,5 @@ int PreviousZoomStep(int step);
 
 // The window that shows the picture at the step's size times the factor.
 TwipSize WindowSizeForZoom(int step, float factor, const WindowFrame& frame);
-
-// The rectangle of that size in the middle of a desktop.
-TwipRect CentredOn(TwipSize desktop, TwipSize window);
 
 } // namespace lantern

@@ -42,16 +42,16 @@ constexpr std::array<QRgb, 31> kSystemColours = {
     0xFFD4D0C8, // 30 menu bar
 };
 
-constexpr QRgb kBlack = 0xFF000000;
+constexpr QRgb kBlackPixel = 0xFF000000;
 
 } // namespace
 
 QRgb ResolveColour(ColourValue value)
 {
     if ((value & 0x80000000u) == 0)
-        return kBlack | (value & 0xFF) << 16 | (value & 0xFF00) | (value >> 16 & 0xFF);
+        return kBlackPixel | (value & 0xFF) << 16 | (value & 0xFF00) | (value >> 16 & 0xFF);
     const std::size_t number = value & 0xFF;
-    return number < kSystemColours.size() ? kSystemColours[number] : kBlack;
+    return number < kSystemColours.size() ? kSystemColours[number] : kBlackPixel;
 }
 
 QRgb ResolveColour(SystemColour colour)

@@ -41,7 +41,7 @@ Toolbar::Toolbar(QWidget& window, QWidget& pic, TwipsPerPixel twips)
     m_ctlVolume.SetValue(kFirstVolume);
     m_playTicker.setObjectName(QStringLiteral("PlayTicker"));
     m_playTicker.setAccessibleName(QStringLiteral("Time"));
-    m_playTicker.setGeometry(PixelsOf(kTickerRect));
+    m_playTicker.setGeometry(PixelsOf(kTickerRect, m_twips));
     for (const ToolbarButton& row : kToolbarButtons)
         MakeButton(row, pic);
     PartSkipPairs();
@@ -64,7 +64,7 @@ void Toolbar::MakeFrame(ctlFrame& frame, const TwipRect& rect, const QString& na
     frame.SetFrameBorder(kNoBorder);
     frame.SetCaption(QString());
     frame.SetBackColor(kBlack);
-    frame.setGeometry(PixelsOf(rect));
+    frame.setGeometry(PixelsOf(rect, m_twips));
     frame.show();
 }
 
@@ -74,7 +74,7 @@ void Toolbar::MakeSlider(ctlSlide& slider, const TwipRect& rect, const QString& 
     slider.SetSliderColor(kAccentColour);
     slider.SetSliderBack(kDarkGrey);
     slider.SetBackColor(kBlack);
-    slider.setGeometry(PixelsOf(rect));
+    slider.setGeometry(PixelsOf(rect, m_twips));
 }
 
 // Shown one by one, so that a button counts as visible before its window is: what is hidden then
@@ -96,7 +96,7 @@ void Toolbar::MakeButton(const ToolbarButton& row, QWidget& pic)
     button->SetPictureDown(ButtonPicture(row.face, FaceState::Down));
     button->SetPictureOver(ButtonPicture(row.face, FaceState::Over));
     button->SetPictureDisabled(ButtonPicture(row.face, FaceState::Disabled));
-    button->setGeometry(PixelsOf(row.rect));
+    button->setGeometry(PixelsOf(row.rect, m_twips));
     button->Refresh();
     button->setFocusProxy(&pic);
     button->Click = [this, command = row.command] {
@@ -138,12 +138,13 @@ void Toolbar::SetupToolbar()
 
 void Toolbar::Place(const TwipRect& bar)
 {
-    m_tBar.setGeometry(PixelsOf(bar));
+    m_tBar.setGeometry(PixelsOf(bar, m_twips));
     const BarLayout layout = LayoutBar(bar.width, m_twips.x);
-    m_tBar2.setGeometry(PixelsOf({layout.rightGroupLeft, kTBar2.top, kTBar2.width, kTBar2.height}));
+    m_tBar2.setGeometry(
+        PixelsOf({layout.rightGroupLeft, kTBar2.top, kTBar2.width, kTBar2.height}, m_twips));
     m_tBarZoom.setVisible(layout.isZoomVisible);
-    m_ctlSlider.setGeometry(
-        PixelsOf({layout.sliderLeft, kSliderRect.top, layout.sliderWidth, kSliderRect.height}));
+    m_ctlSlider.setGeometry(PixelsOf(
+        {layout.sliderLeft, kSliderRect.top, layout.sliderWidth, kSliderRect.height}, m_twips));
 }
 
 ctlPicBtn& Toolbar::tBtn(CommandId command)
@@ -165,12 +166,6 @@ ctlFrame& Toolbar::FrameOf(BarFrame frame)
         return m_tBarZoom;
     }
     std::abort();
-}
-
-QRect Toolbar::PixelsOf(const TwipRect& rect) const
-{
-    return {rect.left / m_twips.x, rect.top / m_twips.y, rect.width / m_twips.x,
-            rect.height / m_twips.y};
 }
 
 } // namespace lantern

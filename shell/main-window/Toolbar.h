@@ -2,8 +2,8 @@
 #pragma once
 
 #include "CommandId.h"
-#include "ScreenMetrics.h"
 #include "ToolbarTable.h"
+#include "Twips.h"
 #include "ctlFrame.h"
 #include "ctlPicBtn.h"
 #include "ctlSlide.h"
@@ -58,7 +58,6 @@ public:
 
 private:
     ctlFrame& FrameOf(BarFrame frame);
-    QRect PixelsOf(const TwipRect& rect) const;
     void MakeFrame(ctlFrame& frame, const TwipRect& rect, const QString& name);
     void MakeSlider(ctlSlide& slider, const TwipRect& rect, const QString& name);
     void MakeButton(const ToolbarButton& row, QWidget& pic);

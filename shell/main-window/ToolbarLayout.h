@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "ScreenMetrics.h"
 #include "ToolbarTable.h"
+#include "Twips.h"
 
 // Where the toolbar lies in a window, and how its parts follow its width. In twips.
 namespace lantern {

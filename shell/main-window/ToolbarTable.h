@@ -5,7 +5,7 @@
 #include "CommandId.h"
 #include "PlayerLook.h"
 #include "SystemColours.h"
-#include "Zoom.h"
+#include "Twips.h"
 
 #include <algorithm>
 #include <array>

@@ -55,13 +55,4 @@ QSize MinimumPixels(int toolbarPixels)
     return {338, toolbarPixels + 242 + 5};
 }
 
-QRect PixelsOf(const TwipRect& rect, TwipsPerPixel twips)
-{
-    const auto nearest = [](std::int32_t length, std::int32_t perPixel) {
-        return RoundToEven(static_cast<double>(length) / perPixel);
-    };
-    return {nearest(rect.left, twips.x), nearest(rect.top, twips.y), rect.width / twips.x,
-            rect.height / twips.y};
-}
-
 } // namespace lantern

@@ -1,9 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "ScreenMetrics.h"
 #include "ToolbarLayout.h"
-#include "Zoom.h"
+#include "Twips.h"
 
 #include <QRect>
 #include <QSize>
@@ -56,8 +55,5 @@ TwipRect SystemTextRect(const TwipRect& picture, std::int32_t twipsY);
 // What the window can't be made smaller than, and not larger than.
 QSize MinimumPixels(int toolbarPixels);
 inline constexpr QSize kMaximumPixels = {200000, 200000};
-
-// To the nearest pixel; a size loses the part of a pixel that it doesn't fill.
-QRect PixelsOf(const TwipRect& rect, TwipsPerPixel twips);
 
 } // namespace lantern

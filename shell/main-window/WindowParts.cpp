@@ -3,6 +3,7 @@
 
 #include "ArtPictures.h"
 #include "PlayerLook.h"
+#include "ScreenMetrics.h"
 
 #include <QPainter>
 #include <QPixmap>

@@ -4,7 +4,7 @@
 #include "AudioControl.h"
 #include "ButtonArt.h"
 #include "PlayerLook.h"
-#include "Zoom.h"
+#include "Twips.h"
 
 #include <QStringView>
 

@@ -6,6 +6,7 @@
 #include "AudioControl.h"
 #include "KeyMap.h"
 #include "OptionsHost.h"
+#include "ScreenMetrics.h"
 #include "modAPI.h"
 
 #include <QCloseEvent>
@@ -66,7 +67,7 @@ frmOptions::frmOptions(QWidget& mainWindow, OptionsHost& player, AudioControl& a
 {
     // The program runs on when no other window is to be seen.
     setAttribute(Qt::WA_QuitOnClose, false);
-    resize(PixelsOf({0, 0, kOptionsSize.width, kOptionsSize.height}).size());
+    resize(PixelsOf(kOptionsSize, m_twips));
     MakeControls();
     m_skinner.Initialize(this, false, true);
     m_skinAbout.Initialize(this, false, true);
@@ -89,18 +90,12 @@ ctlSkinner& frmOptions::Panel(OptionsPanel panel)
     return panel == OptionsPanel::Skinner ? m_skinner : m_skinAbout;
 }
 
-QRect frmOptions::PixelsOf(const TwipRect& rect) const
-{
-    return {rect.left / m_twips.x, rect.top / m_twips.y, rect.width / m_twips.x,
-            rect.height / m_twips.y};
-}
-
 void frmOptions::Centre()
 {
     const QRect desktop = DesktopRect();
     const TwipRect place =
         CentredOn({desktop.width() * m_twips.x, desktop.height() * m_twips.y}, kOptionsSize);
-    move(desktop.topLeft() + PixelsOf(place).topLeft());
+    move(desktop.topLeft() + PixelsOf(place, m_twips).topLeft());
 }
 
 void frmOptions::MakeControls()
@@ -108,7 +103,7 @@ void frmOptions::MakeControls()
     for (std::size_t i = 0; i < kOptionsPlaces.size(); ++i) {
         const OptionsPlace& place = kOptionsPlaces[i];
         m_controls[i] = MakeControl(place);
-        m_controls[i]->setGeometry(PixelsOf(place.rect));
+        m_controls[i]->setGeometry(PixelsOf(place.rect, m_twips));
         if (place.control == OptionsControl::lab)
             m_lab.at(place.index)->FitToText();
     }

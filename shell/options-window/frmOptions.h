@@ -4,8 +4,8 @@
 #include "KeyRepeats.h"
 #include "OptionsParts.h"
 #include "OptionsTable.h"
-#include "ScreenMetrics.h"
 #include "SpectrumSurface.h"
+#include "Twips.h"
 #include "WheelTurns.h"
 #include "ctlPicBtn.h"
 #include "ctlSkinner.h"
@@ -63,7 +63,6 @@ protected:
 private:
     ctlSlide& Slider(AudioValue value) { return *m_sliders.at(static_cast<std::size_t>(value)); }
     ctlSkinner& Panel(OptionsPanel panel);
-    QRect PixelsOf(const TwipRect& rect) const;
 
     void MakeControls();
     QWidget* MakeControl(const OptionsPlace& place);

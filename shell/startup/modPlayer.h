@@ -3,7 +3,7 @@
 
 #include "CommandArgs.h"
 #include "InstanceLock.h"
-#include "ScreenMetrics.h"
+#include "Twips.h"
 #include "clsINI.h"
 
 #include <QByteArrayView>

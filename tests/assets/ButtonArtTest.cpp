@@ -14,7 +14,7 @@
 namespace lantern {
 namespace {
 
-constexpr QRgb kBlack = qRgb(0, 0, 0);
+constexpr QRgb kBlackPixel = qRgb(0, 0, 0);
 constexpr QRgb kOrange = qRgb(255, 171, 8);
 constexpr QRgb kShade = qRgb(163, 109, 5);
 constexpr std::array kRatios{1, 2, 3};
@@ -187,7 +187,7 @@ TEST(ButtonArt, FacesOfStraightLinesHaveNoHalfCoveredPixel)
           ButtonFace::Smaller, ButtonFace::Size4})
         for (const int ratio : kRatios)
             ForEachPixel(Drawn(face, FaceState::Normal, ratio), [&](int x, int y, QRgb pixel) {
-                EXPECT_TRUE(pixel == kBlack || pixel == kOrange || pixel == kShade)
+                EXPECT_TRUE(pixel == kBlackPixel || pixel == kOrange || pixel == kShade)
                     << static_cast<int>(face) << " at " << x << ", " << y << ": " << std::hex
                     << pixel;
             });
@@ -204,12 +204,12 @@ TEST(ButtonArt, ThePressedPlateHasSharpSides)
             const int right = (plate.left + plate.width) * ratio - 1;
             const int middle = (2 * plate.top + plate.height) * ratio / 2;
             const auto pixel = [&](int x) {
-                return image.valid(x, middle) ? image.pixel(x, middle) : kBlack;
+                return image.valid(x, middle) ? image.pixel(x, middle) : kBlackPixel;
             };
-            EXPECT_EQ(pixel(left - 1), kBlack);
+            EXPECT_EQ(pixel(left - 1), kBlackPixel);
             EXPECT_EQ(pixel(left), kOrange);
             EXPECT_EQ(pixel(right), kOrange);
-            EXPECT_EQ(pixel(right + 1), kBlack);
+            EXPECT_EQ(pixel(right + 1), kBlackPixel);
         }
     }
 }
@@ -218,7 +218,7 @@ TEST(ButtonArt, ThePressedPlateHasSharpSides)
 // them, or the other way about: each must show its arrow in the strip that stays free.
 TEST(ButtonArt, SkipButtonsKeepTheirArrowInTheFiveOuterColumns)
 {
-    const auto lit = [](QRgb pixel) { return pixel != kBlack; };
+    const auto lit = [](QRgb pixel) { return pixel != kBlackPixel; };
     for (const ButtonFace face : {ButtonFace::Back10Seconds, ButtonFace::Back60Seconds}) {
         const QImage image = Drawn(face, FaceState::Normal);
         EXPECT_GE(CountInColumns(image, 0, 5, lit), 12);
@@ -238,7 +238,7 @@ TEST(ButtonArt, WheelButtonsLeaveTheirFirstAndLastRowBlack)
          face <= static_cast<int>(ButtonFace::WheelTrack); ++face)
         for (const FaceState state : kFaceStates)
             ForEachPixel(Drawn(static_cast<ButtonFace>(face), state), [&](int, int y, QRgb pixel) {
-                EXPECT_TRUE((y > 0 && y < 9) || pixel == kBlack) << face;
+                EXPECT_TRUE((y > 0 && y < 9) || pixel == kBlackPixel) << face;
             });
 }
 

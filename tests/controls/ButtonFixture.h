@@ -22,8 +22,8 @@ constexpr QRgb kRed = 0xFFFF0000;
 constexpr QRgb kGreen = 0xFF00FF00;
 constexpr QRgb kBlue = 0xFF0000FF;
 constexpr QRgb kYellow = 0xFFFFFF00;
-constexpr QRgb kBlack = 0xFF000000;
-constexpr QRgb kWhite = 0xFFFFFFFF;
+constexpr QRgb kBlackPixel = 0xFF000000;
+constexpr QRgb kWhitePixel = 0xFFFFFFFF;
 constexpr QRgb kFace = 0xFFD4D0C8;
 constexpr QRgb kShadow = 0xFF808080;
 

@@ -71,8 +71,9 @@ TEST_F(MaskedPictureTest, ASilhouetteLeavesTheMaskOut)
 
 TEST_F(MaskedPictureTest, InOneColourLightPartsMayBeLeftOutToo)
 {
-    Draw(Picture::FromImage(FourPixels()), {.mask = kRed, .colour = kBlack, .isMonochrome = true});
-    EXPECT_EQ(Row(1, 2, 4), (std::vector<QRgb>{kGround, kBlack, kGround, kBlack}));
+    Draw(Picture::FromImage(FourPixels()),
+         {.mask = kRed, .colour = kBlackPixel, .isMonochrome = true});
+    EXPECT_EQ(Row(1, 2, 4), (std::vector<QRgb>{kGround, kBlackPixel, kGround, kBlackPixel}));
 }
 
 TEST_F(MaskedPictureTest, AWidthThatIsNoMultipleOfFourIsPaintedAsStraight)
@@ -109,9 +110,9 @@ TEST_F(MaskedPictureTest, ABitmapThatIsTransparentLetsTheTargetShow)
     EXPECT_EQ(Row(1, 2, 1)[0], kGround);
     EXPECT_EQ(Row(1, 3, 1)[0], qRgb(0x90, 0x18, 0x20));
     EXPECT_EQ(Row(1, 4, 1)[0], kBlue);
-    surface.Clear(kBlack);
+    surface.Clear(kBlackPixel);
     Draw(Picture::FromImage(image), {.colour = kGreen, .isMonochrome = true});
-    EXPECT_EQ(Row(1, 2, 3), (std::vector<QRgb>{kBlack, kGreen, kGreen}));
+    EXPECT_EQ(Row(1, 2, 3), (std::vector<QRgb>{kBlackPixel, kGreen, kGreen}));
 }
 
 TEST_F(MaskedPictureTest, ASizeOfNothingPaintsNothing)

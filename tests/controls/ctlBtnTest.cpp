@@ -43,16 +43,16 @@ protected:
 
 TEST_F(ctlBtnTest, ARaisedButtonHasEdgesThatTurnRoundWhenPressed)
 {
-    ExpectEdges(kWhite, kShadow);
-    EXPECT_EQ(Count(kWhite), 23 + 58);
+    ExpectEdges(kWhitePixel, kShadow);
+    EXPECT_EQ(Count(kWhitePixel), 23 + 58);
     EXPECT_EQ(Count(kShadow), 23 + 60);
     MoveTo(kInside);
-    ExpectEdges(kWhite, kShadow);
+    ExpectEdges(kWhitePixel, kShadow);
     Press(kInside);
-    ExpectEdges(kShadow, kWhite);
+    ExpectEdges(kShadow, kWhitePixel);
     Release(kInside);
     button->SetEnabled(false);
-    ExpectEdges(kWhite, kShadow);
+    ExpectEdges(kWhitePixel, kShadow);
 }
 
 TEST_F(ctlBtnTest, AFlatButtonHasEdgesOnlyWhileHotOrDown)
@@ -60,9 +60,9 @@ TEST_F(ctlBtnTest, AFlatButtonHasEdgesOnlyWhileHotOrDown)
     button->SetButtonType(2);
     EXPECT_EQ(Count(kFace), 60 * 24);
     MoveTo(kInside);
-    ExpectEdges(kWhite, kShadow);
+    ExpectEdges(kWhitePixel, kShadow);
     Press(kInside);
-    ExpectEdges(kShadow, kWhite);
+    ExpectEdges(kShadow, kWhitePixel);
     Release(kInside);
     button->SetEnabled(false);
     EXPECT_EQ(Count(kFace), 60 * 24);
@@ -96,7 +96,7 @@ TEST_F(ctlBtnTest, APressedCaptionMovesByAPixelAndAHotOneDoesNot)
     const auto firstBlack = [this] {
         for (int y = 0; y < 24; ++y) {
             for (int x = 0; x < 60; ++x) {
-                if (At(x, y) == kBlack)
+                if (At(x, y) == kBlackPixel)
                     return QPoint(x, y);
             }
         }
@@ -123,10 +123,10 @@ TEST_F(ctlBtnTest, ADisabledPictureIsEngravedAndItsLightPartsDropOut)
     button->SetEnabled(false);
     EXPECT_EQ(At(26, 11), kShadow);
     EXPECT_EQ(At(29, 11), kShadow);
-    EXPECT_EQ(At(27, 12), kWhite);
-    EXPECT_EQ(At(30, 12), kWhite);
+    EXPECT_EQ(At(27, 12), kWhitePixel);
+    EXPECT_EQ(At(30, 12), kWhitePixel);
     EXPECT_EQ(Count(kShadow), 4);
-    EXPECT_EQ(Count(kWhite), 4);
+    EXPECT_EQ(Count(kWhitePixel), 4);
     EXPECT_EQ(Count(kFace), 60 * 24 - 8);
 }
 

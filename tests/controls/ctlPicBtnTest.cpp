@@ -32,7 +32,7 @@ protected:
         button->SetPicture(PlainPicture(kBlue));
         button->SetPictureOver(PlainPicture(kGreen, {4, 4}));
         button->SetPictureDown(PlainPicture(kYellow));
-        button->SetPictureDisabled(PlainPicture(kBlack));
+        button->SetPictureDisabled(PlainPicture(kBlackPixel));
     }
     void PressInside()
     {
@@ -50,16 +50,16 @@ TEST_F(ctlPicBtnTest, EachStateHasItsPictureAtTheTopLeftCorner)
     SetPictures();
     EXPECT_EQ(At(0, 0), kBlue);
     EXPECT_EQ(At(7, 5), kBlue);
-    EXPECT_EQ(At(8, 5), kWhite);
-    EXPECT_EQ(At(7, 6), kWhite);
+    EXPECT_EQ(At(8, 5), kWhitePixel);
+    EXPECT_EQ(At(7, 6), kWhitePixel);
     MoveTo(kInside);
     EXPECT_EQ(At(3, 3), kGreen);
-    EXPECT_EQ(At(4, 3), kWhite); // unscaled, of its own size
+    EXPECT_EQ(At(4, 3), kWhitePixel); // unscaled, of its own size
     Press(kInside);
     EXPECT_EQ(At(0, 0), kYellow);
     Release(kInside);
     button->SetEnabled(false);
-    EXPECT_EQ(At(0, 0), kBlack);
+    EXPECT_EQ(At(0, 0), kBlackPixel);
 }
 
 TEST_F(ctlPicBtnTest, WithoutPictureTheOthersArentShownEither)
@@ -71,7 +71,7 @@ TEST_F(ctlPicBtnTest, WithoutPictureTheOthersArentShownEither)
     EXPECT_EQ(button->look, ButtonLook::Down);
     EXPECT_FALSE(Shows(kYellow, {0, 0, 60, 24}));
     button->SetEnabled(false);
-    EXPECT_FALSE(Shows(kBlack, {0, 0, 60, 24}));
+    EXPECT_FALSE(Shows(kBlackPixel, {0, 0, 60, 24}));
 }
 
 TEST_F(ctlPicBtnTest, AStateWithoutItsOwnPictureShowsTheNormalOne)
@@ -89,13 +89,13 @@ TEST_F(ctlPicBtnTest, OnHoverTheCaptionTakesTheOverColour)
 {
     button->SetPicture(PlainPicture(kBlue));
     button->SetCaption(kBlocks);
-    EXPECT_TRUE(Shows(kBlack, {8, 0, 60, 24}));
+    EXPECT_TRUE(Shows(kBlackPixel, {8, 0, 60, 24}));
     MoveTo(kInside);
     EXPECT_EQ(At(0, 0), kBlue);
     EXPECT_TRUE(Shows(kRed, {8, 0, 60, 24}));
-    EXPECT_FALSE(Shows(kBlack, {8, 0, 60, 24}));
+    EXPECT_FALSE(Shows(kBlackPixel, {8, 0, 60, 24}));
     PressInside();
-    EXPECT_TRUE(Shows(kBlack, {8, 0, 60, 24}));
+    EXPECT_TRUE(Shows(kBlackPixel, {8, 0, 60, 24}));
 }
 
 TEST_F(ctlPicBtnTest, ADisabledCaptionIsEngraved)
@@ -104,7 +104,7 @@ TEST_F(ctlPicBtnTest, ADisabledCaptionIsEngraved)
     button->SetBackColor(DirectColour(0, 0, 255));
     button->SetEnabled(false);
     EXPECT_TRUE(Shows(kShadow, {0, 0, 60, 24}));
-    EXPECT_FALSE(Shows(kBlack, {0, 0, 60, 24}));
+    EXPECT_FALSE(Shows(kBlackPixel, {0, 0, 60, 24}));
     int lightest = 0;
     for (int y = 0; y < 24; ++y) {
         for (int x = 0; x < 60; ++x)
@@ -117,11 +117,11 @@ TEST_F(ctlPicBtnTest, TheCaptionOfACheckBoxStandsBesideThePicture)
 {
     button->SetPicture(PlainPicture(kBlue, {20, 24}));
     button->SetCaption(QString(QChar(0x2588)));
-    EXPECT_TRUE(Shows(kBlack, {20, 0, 40, 24})); // in the middle of the button
+    EXPECT_TRUE(Shows(kBlackPixel, {20, 0, 40, 24})); // in the middle of the button
     button->SetIsCheckBox(true);
     button->SetCaption(button->Caption()); // lays it out anew
-    EXPECT_TRUE(Shows(kBlack, {23, 0, 33, 24}));
-    EXPECT_FALSE(Shows(kBlack, {36, 0, 60, 24}));
+    EXPECT_TRUE(Shows(kBlackPixel, {23, 0, 33, 24}));
+    EXPECT_FALSE(Shows(kBlackPixel, {36, 0, 60, 24}));
 }
 
 TEST_F(ctlPicBtnTest, ACheckedBoxLooksDownButDisabledWins)
@@ -131,13 +131,13 @@ TEST_F(ctlPicBtnTest, ACheckedBoxLooksDownButDisabledWins)
     button->SetValue(true);
     EXPECT_EQ(At(0, 0), kYellow);
     button->SetEnabled(false);
-    EXPECT_EQ(At(0, 0), kBlack);
+    EXPECT_EQ(At(0, 0), kBlackPixel);
 }
 
 TEST_F(ctlPicBtnTest, ATransparentPictureShowsTheBackColour)
 {
     button->SetPicture(PlainPicture(0x00000000));
-    EXPECT_EQ(At(0, 0), kWhite);
+    EXPECT_EQ(At(0, 0), kWhitePixel);
 }
 
 TEST_F(ctlPicBtnTest, ItsOwnSetsAreReported)

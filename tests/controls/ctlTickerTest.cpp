@@ -16,7 +16,7 @@
 namespace lantern {
 namespace {
 
-constexpr QRgb kBlack = 0xFF000000;
+constexpr QRgb kBlackPixel = 0xFF000000;
 constexpr QRgb kOrange = 0xFFFFAB08;
 
 class ctlTickerTest : public ::testing::Test {
@@ -74,8 +74,8 @@ TEST_F(ctlTickerTest, TheMarginsAreBlack)
     ticker.SetTicker(5328, true);
     for (int y = 0; y < 24; ++y) {
         for (int x = 0; x < 5; ++x) {
-            EXPECT_EQ(ShownAt(ticker, x, y), kBlack);
-            EXPECT_EQ(ShownAt(ticker, 68 - x, y), kBlack);
+            EXPECT_EQ(ShownAt(ticker, x, y), kBlackPixel);
+            EXPECT_EQ(ShownAt(ticker, 68 - x, y), kBlackPixel);
         }
     }
 }
@@ -183,8 +183,8 @@ TEST_F(ctlTickerTest, IsBlackBeyondTheStrip)
     ticker.SetTicker(754, true);
     ticker.resize(100, 40);
     ticker.grab();
-    EXPECT_EQ(ShownAt(ticker, 99, 39), kBlack);
-    EXPECT_EQ(ShownAt(ticker, 99, 0), kBlack);
+    EXPECT_EQ(ShownAt(ticker, 99, 39), kBlackPixel);
+    EXPECT_EQ(ShownAt(ticker, 99, 0), kBlackPixel);
     const QSize strip = Composed(QStringLiteral("12:34")).size();
     QImage shown = Strip().copy(QRect(QPoint(), strip));
     EXPECT_EQ(shown, Composed(QStringLiteral("12:34")));

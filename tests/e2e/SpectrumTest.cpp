@@ -12,7 +12,7 @@ namespace {
 constexpr QRect kField(594 + 79, 490 + 167, 275, 36);
 constexpr int kBarPitch = 5;
 constexpr int kBars = 55;
-constexpr QRgb kBlack = 0xFF000000;
+constexpr QRgb kBlackPixel = 0xFF000000;
 
 class SpectrumJourney : public Journey {
 protected:
@@ -24,7 +24,7 @@ protected:
         for (int bar = 0; bar < kBars; ++bar) {
             int height = 0;
             while (height < field.height() &&
-                   field.pixel(bar * kBarPitch + 1, field.height() - 1 - height) != kBlack)
+                   field.pixel(bar * kBarPitch + 1, field.height() - 1 - height) != kBlackPixel)
                 ++height;
             heights.push_back(height);
         }
@@ -55,7 +55,7 @@ protected:
         const auto isNothing = [this] {
             QImage black = eyes.Area(kField);
             const QImage field = black;
-            black.fill(kBlack);
+            black.fill(kBlackPixel);
             return field == black;
         };
         return Eventually(isNothing, kPatience, 20ms);

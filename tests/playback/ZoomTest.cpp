@@ -85,11 +85,5 @@ TEST(Zoom, SizesAreRoundedToTheNearestTwipAndTiesToTheEvenOne)
     EXPECT_EQ(WindowSizeForZoom(1, 1.046875F, frame), (TwipSize{302, 206}));
 }
 
-TEST(Zoom, AWindowIsCentredAlsoOnADesktopSmallerThanIt)
-{
-    EXPECT_EQ(CentredOn({19200, 12000}, {9390, 6585}), (TwipRect{4905, 2707, 9390, 6585}));
-    EXPECT_EQ(CentredOn({1000, 1000}, {2000, 3000}), (TwipRect{-500, -1000, 2000, 3000}));
-}
-
 } // namespace
 } // namespace lantern

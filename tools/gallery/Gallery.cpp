@@ -20,7 +20,7 @@ Gallery::Gallery() : m_skinner(this), m_page(m_skinner), m_lastEvent(new QLabel(
     setObjectName(QStringLiteral("gallery"));
     m_skinner.setObjectName(QStringLiteral("skin"));
     m_skinner.Initialize(this, true, true);
-    m_skinner.SetBackColor(kBlackGround);
+    m_skinner.SetBackColor(kBlack);
     m_skinner.SetCaption(QStringLiteral("  ") + windowTitle());
     m_skinner.DblClick = m_page.Teller(m_skinner, "DblClick");
     m_page.Told = [this](const QString& line) {

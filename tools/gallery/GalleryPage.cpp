@@ -41,8 +41,8 @@ QString NameOf(Pose pose)
 Ambient GalleryPage::GalleryAmbient()
 {
     return {.font = ProgramFont(QStringLiteral("Arial"), kFontPixels),
-            .backColor = kBlackGround,
-            .foreColor = kWhiteText,
+            .backColor = kBlack,
+            .foreColor = kWhite,
             .displayName = {}};
 }
 

@@ -14,8 +14,6 @@
 namespace lantern {
 
 inline constexpr ColourValue kAccent = DirectColour(255, 171, 8);
-inline constexpr ColourValue kBlackGround = DirectColour(0, 0, 0);
-inline constexpr ColourValue kWhiteText = DirectColour(255, 255, 255);
 inline constexpr ColourValue kDarkGrey = DirectColour(64, 64, 64);
 
 // How a button of the gallery is shown. Hot and Pressed are what only the user makes of it.

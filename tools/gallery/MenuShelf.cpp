@@ -50,15 +50,15 @@ MenuState StateOf(bool useIcons, bool useLeftImage)
                                .caption = QString::fromLatin1(entry.caption),
                                .enabled = entry.isEnabled,
                                .picture = IconOf(entry),
-                               .foreColor = kWhiteText,
-                               .hotForeColor = kBlackGround,
+                               .foreColor = kWhite,
+                               .hotForeColor = kBlack,
                                .hotBackColor = kAccent});
     }
     state.useIcons = useIcons;
     state.useLeftImage = useLeftImage;
     state.sidePicture = MenuSidePicture();
-    state.backColor = kBlackGround;
-    state.leftPicBackColor = kBlackGround;
+    state.backColor = kBlack;
+    state.leftPicBackColor = kBlack;
     return state;
 }
 
@@ -94,11 +94,11 @@ ctlMenus& PlaceMenu(GalleryPage& page)
 {
     ctlMenus& menu = page.Place<ctlMenus>(QStringLiteral("menu"), {});
     menu.SetFont(MenuFont());
-    menu.SetItemForeColor(kWhiteText);
-    menu.SetItemHotForeColor(kBlackGround);
-    menu.SetBackColor(kBlackGround);
+    menu.SetItemForeColor(kWhite);
+    menu.SetItemHotForeColor(kBlack);
+    menu.SetBackColor(kBlack);
     menu.SetItemHotBackColor(kAccent);
-    menu.SetLeftPicBackColor(kBlackGround);
+    menu.SetLeftPicBackColor(kBlack);
     menu.SetUseIcons(true);
     menu.SetUseLeftImage(true);
     menu.ItemClicked = [&page, &menu](std::int16_t& index, const QString&, const QString& key) {

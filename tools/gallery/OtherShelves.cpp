@@ -94,7 +94,7 @@ void ShelveSkins(GalleryPage& page, QPoint corner)
         ctlSkinner& skin = page.Place<ctlSkinner>(QStringLiteral("skin.") + name,
                                                   {corner.x() + left, corner.y() + 20, width, 40});
         skin.SetCaption(caption);
-        skin.SetBackColor(kBlackGround);
+        skin.SetBackColor(kBlack);
     };
     place(QStringLiteral("caption"), 0, 154, QStringLiteral(" Options"));
     place(QStringLiteral("plain"), 170, 69, QString());
@@ -115,7 +115,7 @@ void ShelveFrames(GalleryPage& page, QPoint corner)
                 page.Place<ctlFrame>(QStringLiteral("frame.%1.%2").arg(style).arg(row),
                                      {place, row < 3 ? kSize : QSize(kSize.width(), 16)});
             if (row == 0) { // as the player's are; the others in the colours of the system
-                frame.SetBackColor(kBlackGround);
+                frame.SetBackColor(kBlack);
                 frame.SetForeColor(kAccent);
             }
             frame.SetFrameBorder(style);

@@ -12,7 +12,7 @@ namespace {
 
 constexpr QRgb kRed = 0xFFFF0000;
 constexpr QRgb kBlue = 0xFF0000FF;
-constexpr QRgb kBlack = 0xFF000000;
+constexpr QRgb kBlackPixel = 0xFF000000;
 
 class RetainedSurfaceTest : public ::testing::Test {
 protected:
@@ -53,7 +53,7 @@ TEST_F(RetainedSurfaceTest, AFilledBoxEndsBeforeItsRightAndBottomEdges)
     EXPECT_EQ(Count(kRed), 3);
     EXPECT_EQ(At(2, 3), kRed);
     EXPECT_EQ(At(4, 3), kRed);
-    EXPECT_EQ(At(5, 3), kBlack);
+    EXPECT_EQ(At(5, 3), kBlackPixel);
 }
 
 TEST_F(RetainedSurfaceTest, AnEmptyOrReversedBoxDrawsNothing)
@@ -67,7 +67,7 @@ TEST_F(RetainedSurfaceTest, ALineLeavesOutItsEnd)
 {
     m_surface.Line(3, 9, 3, 0, kRed);
     EXPECT_EQ(At(3, 9), kRed);
-    EXPECT_EQ(At(3, 0), kBlack);
+    EXPECT_EQ(At(3, 0), kBlackPixel);
     EXPECT_EQ(Count(kRed), 9);
     m_surface.Line(0, 5, 2, 5, kBlue);
     EXPECT_EQ(Count(kBlue), 2);
@@ -92,7 +92,7 @@ TEST_F(RetainedSurfaceTest, TheRightAndBottomSidesOwnTheirCorners)
     EXPECT_EQ(At(18, 0), leftTop);
     EXPECT_EQ(At(19, 0), rightBottom);
     EXPECT_EQ(At(0, 9), rightBottom);
-    EXPECT_EQ(At(1, 1), kBlack);
+    EXPECT_EQ(At(1, 1), kBlackPixel);
 }
 
 TEST_F(RetainedSurfaceTest, ADoubleEdgeStandsInsideItsOuterLine)
@@ -102,7 +102,7 @@ TEST_F(RetainedSurfaceTest, ADoubleEdgeStandsInsideItsOuterLine)
     EXPECT_EQ(At(1, 1), ResolveColour(SystemColour::ButtonHighlight));
     EXPECT_EQ(At(18, 8), ResolveColour(SystemColour::ButtonShadow));
     EXPECT_EQ(At(19, 9), ResolveColour(SystemColour::DarkShadow));
-    EXPECT_EQ(At(2, 2), kBlack);
+    EXPECT_EQ(At(2, 2), kBlackPixel);
 }
 
 TEST_F(RetainedSurfaceTest, OnlyTheSidesAskedForAreDrawn)
@@ -183,9 +183,9 @@ TEST_F(RetainedSurfaceTest, TextIsDrawnInItsBoxAndColour)
 {
     m_surface.Fit(QSize(60, 20), 1.0);
     m_surface.DrawText(QStringLiteral("HHH"), {10, 2, 60, 20}, TextLeft, Font(), kRed);
-    EXPECT_LT(Count(kBlack), 60 * 20 - 30);
+    EXPECT_LT(Count(kBlackPixel), 60 * 20 - 30);
     for (int y = 0; y < 20; ++y)
-        EXPECT_EQ(At(9, y), kBlack);
+        EXPECT_EQ(At(9, y), kBlackPixel);
 }
 
 // Each pixel of another colour than its neighbours.
@@ -264,10 +264,10 @@ TEST_F(RetainedSurfaceTest, AnOpaqueLineHidesWhatLiesBehindIt)
     m_surface.Clear(kBlue);
     const QString blanks = QStringLiteral("  ");
     const QSize size = RetainedSurface::PrintedSize(blanks, Font());
-    m_surface.PrintOpaque(blanks, QPoint(2, 1), Font(), kRed, kBlack);
-    EXPECT_EQ(Count(kBlack), size.width() * std::min(size.height(), 9));
+    m_surface.PrintOpaque(blanks, QPoint(2, 1), Font(), kRed, kBlackPixel);
+    EXPECT_EQ(Count(kBlackPixel), size.width() * std::min(size.height(), 9));
     m_surface.Clear(kBlue);
-    m_surface.PrintOpaque(QString(), QPoint(2, 1), Font(), kRed, kBlack);
+    m_surface.PrintOpaque(QString(), QPoint(2, 1), Font(), kRed, kBlackPixel);
     EXPECT_EQ(Count(kBlue), 200);
 }
 

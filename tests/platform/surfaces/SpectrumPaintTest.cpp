@@ -12,7 +12,7 @@ namespace {
 
 constexpr QRgb kOrange = 0xFFFFAB08;
 constexpr QRgb kTan = 0xFF7F6632;
-constexpr QRgb kBlack = 0xFF000000;
+constexpr QRgb kBlackPixel = 0xFF000000;
 
 // A spectrum a moment after its top, so that the caps stand above the bars.
 std::vector<SpectrumBar> FallingBars()
@@ -29,7 +29,7 @@ std::vector<SpectrumBar> FallingBars()
 QImage Painted(int ratio, std::vector<SpectrumBar> bars)
 {
     QImage field(275 * ratio, 36 * ratio, QImage::Format_RGB32);
-    field.fill(kBlack);
+    field.fill(kBlackPixel);
     const SpectrumLayout layout = LayOutSpectrum(field.size(), ratio);
     bars.resize(static_cast<std::size_t>(layout.count));
     QPainter painter(&field);
@@ -46,11 +46,11 @@ TEST(SpectrumPaint, CapsStandOverTheBarsThatFell)
 TEST(SpectrumPaint, ABarGlowsFromItsFootToTheFirstColour)
 {
     const QImage field = Painted(2, std::vector<SpectrumBar>(55, {.height = 1.0F, .cap = 1.0F}));
-    EXPECT_EQ(field.pixel(1, 0), kTan);    // the cap
-    EXPECT_EQ(field.pixel(1, 2), kBlack);  // the gap below it
-    EXPECT_EQ(field.pixel(1, 4), kOrange); // the top of the bar
+    EXPECT_EQ(field.pixel(1, 0), kTan);        // the cap
+    EXPECT_EQ(field.pixel(1, 2), kBlackPixel); // the gap below it
+    EXPECT_EQ(field.pixel(1, 4), kOrange);     // the top of the bar
     EXPECT_EQ(field.pixel(8, 36), kOrange);
-    EXPECT_EQ(field.pixel(9, 36), kBlack); // between two bars
+    EXPECT_EQ(field.pixel(9, 36), kBlackPixel); // between two bars
     for (int y = 36; y < 71; ++y)
         EXPECT_GE(qGray(field.pixel(1, y)), qGray(field.pixel(1, y + 1)));
     EXPECT_LT(std::abs(qRed(field.pixel(1, 71)) - qRed(kTan)), 8);
@@ -60,14 +60,14 @@ TEST(SpectrumPaint, BarsAtRestAreNotSeen)
 {
     QImage black = Painted(1, {});
     const QImage field = black;
-    black.fill(kBlack);
+    black.fill(kBlackPixel);
     EXPECT_EQ(field, black);
 }
 
 TEST(SpectrumPaint, WithoutALayoutNothingIsPainted)
 {
     QImage field(10, 10, QImage::Format_RGB32);
-    field.fill(kBlack);
+    field.fill(kBlackPixel);
     const QImage black = field;
     QPainter painter(&field);
     SpectrumPaint().DrawBars(painter, FallingBars());

@@ -176,13 +176,5 @@ TEST(WindowLayout, AtEverySizeThePartsStayInsideAndApart)
     }
 }
 
-TEST(WindowLayout, PlacesAreTheNearestPixelsAndSizesTheWholeOnes)
-{
-    EXPECT_EQ(PixelsOf({150, 165, 300, 314}, {15, 15}), QRect(10, 11, 20, 20));
-    EXPECT_EQ(PixelsOf({157, 158, 15, 15}, {15, 15}), QRect(10, 11, 1, 1));
-    EXPECT_EQ(PixelsOf({24, 25, 36, 40}, {12, 10}), QRect(2, 2, 3, 4));
-    EXPECT_EQ(PixelsOf({-15, -30, 0, 0}, {15, 15}), QRect(-1, -2, 0, 0));
-}
-
 } // namespace
 } // namespace lantern

@@ -625,7 +625,7 @@ TEST_F(frmOptionsTest, AScreenOfOtherTwipsHasTheSameWindowInItsPixels)
 {
     frmOptions fine(mainWindow, player, audio, nullptr, {12, 12});
     EXPECT_EQ(fine.size(), QSize(515, 275));
-    EXPECT_EQ(fine.ctlSpeed().geometry(), QRect(147, 103, 250, 15));
+    EXPECT_EQ(fine.ctlSpeed().geometry(), QRect(148, 104, 250, 15));
 }
 
 TEST_F(frmOptionsTest, AssistiveToolsKnowEveryControlByAName)
