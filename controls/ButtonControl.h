@@ -167,7 +167,7 @@ private:
     void ClickWithValue(bool force);
     void BecomeHot();
     void CheckPointer();
-    bool HasUseFor(KeyCode keyCode);
+    bool ActsOnKey(KeyCode keyCode); // false if the button has no use for it
     bool RaiseKeyPress(const QKeyEvent& event);
 
     QString m_caption;
@@ -189,7 +189,7 @@ private:
     std::uint8_t m_lastKey = 0;
     ButtonState m_lastState = ButtonState::Normal;
     QString m_lastCaption;
-    std::optional<ButtonLook> m_shownLook; // none if the surface doesn't show the present values
+    std::optional<ButtonLook> m_shownLook; // none if the surface doesn't show the current values
     bool m_paintingAllowed = true;
 
     bool m_mouseOver = false;

@@ -170,11 +170,11 @@ void ButtonControl::keyPressEvent(QKeyEvent* event)
     if (!Raise(KeyDown, keyCode, ShiftBitsOf(*event)))
         return;
     m_lastKey = static_cast<std::uint8_t>(keyCode);
-    event->setAccepted(HasUseFor(keyCode) || keyCode != typed);
+    event->setAccepted(ActsOnKey(keyCode) || keyCode != typed);
     (void)RaiseKeyPress(*event);
 }
 
-bool ButtonControl::HasUseFor(KeyCode keyCode)
+bool ButtonControl::ActsOnKey(KeyCode keyCode)
 {
     switch (keyCode) {
     case KeyCode::Blank:

@@ -21,11 +21,11 @@ public:
 
     void PaintDisplay() override;
 
-    // The step that comes nearest to the present size; 0 in full screen.
+    // The step that comes nearest to the current size; 0 in full screen.
     int NearestZoom();
     // Sizes the window for a step, times the factor. Step 0 goes to full screen and back.
     void SetZoom(int zoom, float factor);
-    // One step along the ring, from the present size.
+    // One step along the ring, from the current size.
     void ZoomIn();
     void ZoomOut();
 

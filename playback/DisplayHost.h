@@ -28,12 +28,12 @@ public:
     virtual void ShowSystemText(bool visible) = 0;
 
     virtual TwipSize PicSize() = 0;     // of the surface that the picture is shown on
-    virtual WindowFrame Frame() = 0;    // for the present window state
+    virtual WindowFrame Frame() = 0;    // for the current window state
     virtual TwipSize DesktopSize() = 0; // of the screen
 
     virtual bool IsMaximised() = 0; // without chrome, on the whole screen
     virtual void SetMaximised(bool maximised) = 0;
-    virtual void CalcMargins() = 0; // for the present window state
+    virtual void CalcMargins() = 0; // for the current window state
     virtual void MoveWindow(const TwipRect& rect) = 0;
     // Holds the window's drawing, so that several changes are seen as one.
     virtual void LockWindowUpdate(bool locked) = 0;

@@ -62,7 +62,7 @@ void AudioControl::Set(AudioValue value, float number, bool showStatus)
         m_host.ShowStatus(AudioStatusText(value, clamped));
 }
 
-float AudioControl::Present(AudioValue value)
+float AudioControl::CurrentValue(AudioValue value)
 {
     switch (value) {
     case AudioValue::Balance:
@@ -109,7 +109,7 @@ void AudioControl::ToggleSpeed(bool toDefault)
 
 ToggleStep AudioControl::Toggle(AudioValue value, double custom, bool toDefault)
 {
-    return Toggled(value, RoundToEven(static_cast<double>(Present(value))), custom, toDefault);
+    return Toggled(value, RoundToEven(static_cast<double>(CurrentValue(value))), custom, toDefault);
 }
 
 // The wheel goes on to change what was just toggled.
@@ -152,7 +152,7 @@ void AudioControl::SetWheelType(WheelMode mode)
 
 void AudioControl::TurnWheel(AudioValue value, int direction)
 {
-    Set(value, AfterWheel(value, Present(value), direction), true);
+    Set(value, AfterWheel(value, CurrentValue(value), direction), true);
 }
 
 } // namespace lantern

@@ -24,7 +24,7 @@ public:
     virtual void SetDeviceText(const QString& name) = 0;
 };
 
-// The user's side of volume, balance, key, speed and output device. The engine holds the present
+// The user's side of volume, balance, key, speed and output device. The engine holds the current
 // values; here are the procedures that change and show them, and the custom values that the
 // toggles switch to.
 class AudioControl {
@@ -55,7 +55,7 @@ public:
     // Whether the device is kept from run to run.
     void ToggleDeviceSave(bool isOn);
 
-    // What the wheel changes from now on; shows its present value on the status line. Any number
+    // What the wheel changes from now on; shows its current value on the status line. Any number
     // is stored, but only those with a name do anything.
     void SetWheelType(WheelMode mode);
 
@@ -71,7 +71,7 @@ public:
     WheelMode WheelType = WheelMode::Volume;
 
 private:
-    float Present(AudioValue value);
+    float CurrentValue(AudioValue value);
     void Set(AudioValue value, float number, bool showStatus);
     ToggleStep Toggle(AudioValue value, double custom, bool toDefault);
     void EndToggle(AudioValue value, const ToggleStep& step);

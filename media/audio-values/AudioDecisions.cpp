@@ -101,22 +101,22 @@ std::optional<AudioValue> WheelValue(WheelMode mode)
     return std::nullopt;
 }
 
-ToggleStep Toggled(AudioValue value, std::int32_t present, double custom, bool toDefault)
+ToggleStep Toggled(AudioValue value, std::int32_t current, double custom, bool toDefault)
 {
     const ValueTraits& traits = TraitsOf(value);
     // The state that the volume leaves is silence, which is not its neutral value.
     if (value == AudioValue::Volume && toDefault)
         return {.value = traits.neutral, .custom = traits.neutral};
-    if (present != 0)
-        return {.value = 0, .custom = static_cast<double>(present)};
+    if (current != 0)
+        return {.value = 0, .custom = static_cast<double>(current)};
     if (toDefault)
         return {.value = 0, .custom = custom};
     return {.value = custom == 0 ? traits.customIfZero : custom, .custom = custom};
 }
 
-float AfterWheel(AudioValue value, float present, int direction)
+float AfterWheel(AudioValue value, float current, int direction)
 {
-    auto from = static_cast<double>(present);
+    auto from = static_cast<double>(current);
     if (value == AudioValue::Balance)
         from = RoundToEven(from);
     else if (value == AudioValue::Volume)

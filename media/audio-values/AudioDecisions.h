@@ -43,13 +43,13 @@ struct ToggleStep {
 
     bool operator==(const ToggleStep&) const = default;
 };
-// Present is the value as a whole number. Leaves 0 for the custom value, or the value's own
+// Current is the value as a whole number. Leaves 0 for the custom value, or the value's own
 // choice if that is 0, and any other value for 0; toDefault always goes to the neutral value.
-ToggleStep Toggled(AudioValue value, std::int32_t present, double custom, bool toDefault);
+ToggleStep Toggled(AudioValue value, std::int32_t current, double custom, bool toDefault);
 
 // The value after a turn of the wheel: direction is -1, 0 or 1. Balance and volume go on from
 // whole numbers.
-float AfterWheel(AudioValue value, float present, int direction);
+float AfterWheel(AudioValue value, float current, int direction);
 
 // The last device of that name, letter case not counting; 0, which is never compared, if there
 // is none.

@@ -58,7 +58,7 @@ public:
     virtual void Close() = 0;
 
     virtual State GetState() = 0;
-    // Frames of the present stream that have been heard by now, between two frames too; 0 before
+    // Frames of the current stream that have been heard by now, between two frames too; 0 before
     // the first. It may step back by a little, but stays within what the source gave.
     virtual double HeardFrames() = 0;
 };

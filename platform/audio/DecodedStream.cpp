@@ -64,9 +64,9 @@ DecodedStream::DecodedStream(std::unique_ptr<SoundContainer> container)
 {
 }
 
-std::unique_ptr<DecodedStream> DecodedStream::Open(const ByteSource& bytes, const Halt& halt)
+std::unique_ptr<DecodedStream> DecodedStream::Open(const ByteSource& bytes, const WorkLimit& limit)
 {
-    auto container = SoundContainer::Open(bytes, halt);
+    auto container = SoundContainer::Open(bytes, limit);
     if (!container)
         return nullptr;
     std::unique_ptr<DecodedStream> stream(new DecodedStream(std::move(container)));
@@ -222,7 +222,7 @@ void DecodedStream::KeepWithinClaim()
 
 void DecodedStream::EndSound()
 {
-    if (m_container->Halted())
+    if (m_container->LimitReached())
         return;
     DecodePacket(nullptr);
     if (m_converter)

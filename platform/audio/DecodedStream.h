@@ -20,7 +20,7 @@ namespace lantern {
 class DecodedStream {
 public:
     // Null if nothing decodes to at least one frame. Both references must outlive it.
-    static std::unique_ptr<DecodedStream> Open(const ByteSource& bytes, const Halt& halt);
+    static std::unique_ptr<DecodedStream> Open(const ByteSource& bytes, const WorkLimit& limit);
 
     int SampleRate() const { return m_sampleRate; }
     SampleKind Kind() const { return m_sampleKind; }

@@ -77,8 +77,8 @@ void PulseOutput::MoveStream()
         return;
     }
     const std::string& target = m_connection.HasSink(m_device) ? m_device : devices.front().id;
-    const char* present = pa_stream_get_device_name(m_stream);
-    if (present == nullptr || target != present) {
+    const char* current = pa_stream_get_device_name(m_stream);
+    if (current == nullptr || target != current) {
         Forget(pa_context_move_sink_input_by_name(pa_stream_get_context(m_stream),
                                                   pa_stream_get_index(m_stream), target.c_str(),
                                                   nullptr, nullptr));

@@ -61,12 +61,13 @@ bool SoundContainer::MayDecode(const AVCodec& decoder)
     return av_match_list(decoder.name, kDecoders, ',') > 0;
 }
 
-std::unique_ptr<SoundContainer> SoundContainer::Open(const ByteSource& bytes, const Halt& halt)
+std::unique_ptr<SoundContainer> SoundContainer::Open(const ByteSource& bytes,
+                                                     const WorkLimit& limit)
 {
     av_log_set_level(AV_LOG_QUIET);
     av_max_alloc(kLargestAllocation);
 
-    std::unique_ptr<SoundContainer> container(new SoundContainer(bytes, halt));
+    std::unique_ptr<SoundContainer> container(new SoundContainer(bytes, limit));
     if (!container->OpenInput() || !container->ChooseStream())
         return nullptr;
     container->ReadMusepackHeader();
@@ -95,7 +96,7 @@ bool SoundContainer::OpenInput()
     context->max_probe_packets = 1;
     context->interrupt_callback.opaque = this;
     context->interrupt_callback.callback = [](void* opaque) {
-        return static_cast<SoundContainer*>(opaque)->m_halt.Reached() ? 1 : 0;
+        return static_cast<SoundContainer*>(opaque)->m_limit.Reached() ? 1 : 0;
     };
     // On failure the library frees the context itself.
     if (avformat_open_input(&context, nullptr, input, nullptr) < 0)
@@ -135,7 +136,7 @@ bool SoundContainer::ReadPacket(AVPacket& packet)
 {
     for (;;) {
         av_packet_unref(&packet);
-        if (m_halt.Reached() || av_read_frame(m_format.get(), &packet) < 0)
+        if (m_limit.Reached() || av_read_frame(m_format.get(), &packet) < 0)
             return false;
         if (packet.stream_index == m_stream->index)
             return true;
@@ -173,7 +174,7 @@ double SoundContainer::Progress() const
 int SoundContainer::ReadBytes(void* opaque, std::uint8_t* out, int size)
 {
     auto& self = *static_cast<SoundContainer*>(opaque);
-    if (self.m_halt.Reached())
+    if (self.m_limit.Reached())
         return AVERROR_EXIT;
     const std::size_t got =
         self.m_bytes.ReadAt(self.m_position, std::span(out, static_cast<std::size_t>(size)));

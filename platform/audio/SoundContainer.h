@@ -3,7 +3,7 @@
 
 #include "AvPointers.h"
 #include "ByteSource.h"
-#include "Halt.h"
+#include "WorkLimit.h"
 
 #include <cstdint>
 #include <memory>
@@ -30,7 +30,7 @@ struct ContainerKind {
 class SoundContainer {
 public:
     // Null if the bytes are no such container or have no audio. Both references must outlive it.
-    static std::unique_ptr<SoundContainer> Open(const ByteSource& bytes, const Halt& halt);
+    static std::unique_ptr<SoundContainer> Open(const ByteSource& bytes, const WorkLimit& limit);
 
     // False for a decoder that no sound of ours needs; the library may offer others.
     static bool MayDecode(const AVCodec& decoder);
@@ -50,10 +50,12 @@ public:
     std::int64_t SilentFrames() const { return m_silentFrames; }
     // How far the reading has come, from 0 to 1.
     double Progress() const;
-    bool Halted() const { return m_halt.Reached(); }
+    bool LimitReached() const { return m_limit.Reached(); }
 
 private:
-    SoundContainer(const ByteSource& bytes, const Halt& halt) : m_bytes(bytes), m_halt(halt) {}
+    SoundContainer(const ByteSource& bytes, const WorkLimit& limit) : m_bytes(bytes), m_limit(limit)
+    {
+    }
 
     static int ReadBytes(void* opaque, std::uint8_t* out, int size);
     static std::int64_t SeekBytes(void* opaque, std::int64_t offset, int whence);
@@ -65,7 +67,7 @@ private:
     void ReadMusepackHeader();
 
     const ByteSource& m_bytes;
-    const Halt& m_halt;
+    const WorkLimit& m_limit;
     std::int64_t m_position = 0;
     // The format context uses the byte context until its own end.
     AvPointer<AVIOContext> m_io;

@@ -30,7 +30,7 @@ public:
     explicit BackgroundDecoder(std::unique_ptr<ByteSource> bytes) : m_bytes(std::move(bytes)) {}
     ~BackgroundDecoder() override
     {
-        m_halt.Stop();
+        m_limit.Stop();
         if (m_thread.joinable())
             m_thread.join();
     }
@@ -55,7 +55,7 @@ private:
     void DecodeToEnd();
 
     std::unique_ptr<ByteSource> m_bytes;
-    Halt m_halt;
+    WorkLimit m_limit;
     std::unique_ptr<DecodedStream> m_stream; // the thread's, once that runs
     std::unique_ptr<PcmStore> m_store;
     int m_sampleRate = 0;
@@ -66,9 +66,9 @@ private:
 
 bool BackgroundDecoder::Start(milliseconds timeToMeasure)
 {
-    m_halt.AllowUntil(Halt::Clock::now() + kTimeToOpen);
-    m_stream = DecodedStream::Open(*m_bytes, m_halt);
-    m_halt.AllowUntil(Halt::Clock::time_point::max());
+    m_limit.AllowUntil(WorkLimit::Clock::now() + kTimeToOpen);
+    m_stream = DecodedStream::Open(*m_bytes, m_limit);
+    m_limit.AllowUntil(WorkLimit::Clock::time_point::max());
     if (!m_stream)
         return false;
     const SampleKind kind = m_stream->Kind();
@@ -77,7 +77,7 @@ bool BackgroundDecoder::Start(milliseconds timeToMeasure)
     m_thread = std::thread([this] { DecodeToEnd(); });
 
     // The length is wanted as soon as a sound is open, long before it is decoded.
-    const Halt measuring(timeToMeasure);
+    const WorkLimit measuring(timeToMeasure);
     m_expectedFrames = std::min(MeasureSound(*m_bytes, m_sampleRate, measuring).frames,
                                 PcmStore::LongestSound(kind, m_sampleRate));
     return true;
@@ -137,12 +137,12 @@ std::int32_t SoundDecoder::FileDurationMs(const QString& path)
 std::int32_t SoundDecoder::DurationMs(const ByteSource& bytes)
 {
     // Only a decoded frame proves that there is a sound, and tells its rate.
-    const Halt halt(kTimeForDuration);
-    const auto stream = DecodedStream::Open(bytes, halt);
+    const WorkLimit limit(kTimeForDuration);
+    const auto stream = DecodedStream::Open(bytes, limit);
     if (!stream)
         return 0;
     const int rate = stream->SampleRate();
-    const std::int64_t frames = std::min(MeasureSound(bytes, rate, halt).frames,
+    const std::int64_t frames = std::min(MeasureSound(bytes, rate, limit).frames,
                                          PcmStore::LongestSound(stream->Kind(), rate));
     return static_cast<std::int32_t>((frames * 1000 + rate / 2) / rate);
 }

@@ -39,7 +39,7 @@ std::int64_t SkippedFrames(const AVPacket& packet)
     return std::int64_t{AV_RL32(data)} + AV_RL32(data + 4);
 }
 
-PacketSurvey Survey(SoundContainer& container, const Halt& halt)
+PacketSurvey Survey(SoundContainer& container, const WorkLimit& limit)
 {
     PacketSurvey survey(container.Stream().time_base);
     const AvPointer<AVPacket> packet = Made(av_packet_alloc());
@@ -49,7 +49,7 @@ PacketSurvey Survey(SoundContainer& container, const Halt& halt)
         survey.ticks += std::clamp<std::int64_t>(packet->duration, 0, INT32_MAX);
         survey.skippedFrames += SkippedFrames(*packet);
     }
-    survey.complete = !halt.Reached();
+    survey.complete = !limit.Reached();
     return survey;
 }
 
@@ -120,16 +120,16 @@ SoundLength LengthByRule(const SoundContainer& container, const PacketSurvey& su
     return {};
 }
 
-SoundLength LengthByDecoding(const ByteSource& bytes, const Halt& halt)
+SoundLength LengthByDecoding(const ByteSource& bytes, const WorkLimit& limit)
 {
-    const auto stream = DecodedStream::Open(bytes, halt);
+    const auto stream = DecodedStream::Open(bytes, limit);
     if (!stream)
         return {};
     std::size_t size = 0;
     for (auto block = stream->NextBlock(); !block.empty(); block = stream->NextBlock())
         size += block.size();
     const auto frames = static_cast<std::int64_t>(size / StereoFrameSize(stream->Kind()));
-    if (!halt.Reached())
+    if (!limit.Reached())
         return {.frames = frames, .exact = true};
     const double progress = std::max(stream->Container().Progress(), 1e-6);
     return {.frames = WholeOf(frames, progress)};
@@ -137,9 +137,9 @@ SoundLength LengthByDecoding(const ByteSource& bytes, const Halt& halt)
 
 } // namespace
 
-SoundLength MeasureSound(const ByteSource& bytes, int sampleRate, const Halt& halt)
+SoundLength MeasureSound(const ByteSource& bytes, int sampleRate, const WorkLimit& limit)
 {
-    const auto container = SoundContainer::Open(bytes, halt);
+    const auto container = SoundContainer::Open(bytes, limit);
     if (!container)
         return {};
     const std::int64_t claimed = container->ClaimedFrames(sampleRate);
@@ -149,14 +149,14 @@ SoundLength MeasureSound(const ByteSource& bytes, int sampleRate, const Halt& ha
         if (TailBearsOut(*container, claimed, sampleRate))
             return {.frames = claimed, .exact = true};
         if (!container->SeekTo(0))
-            return LengthByDecoding(bytes, halt);
+            return LengthByDecoding(bytes, limit);
     }
 
-    const PacketSurvey survey = Survey(*container, halt);
+    const PacketSurvey survey = Survey(*container, limit);
     if (!survey.complete)
         return Estimate(*container, survey, sampleRate);
     const SoundLength length = LengthByRule(*container, survey, sampleRate);
-    return length.exact ? length : LengthByDecoding(bytes, halt);
+    return length.exact ? length : LengthByDecoding(bytes, limit);
 }
 
 } // namespace lantern

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "ByteSource.h"
-#include "Halt.h"
+#include "WorkLimit.h"
 
 #include <cstdint>
 
@@ -15,6 +15,6 @@ struct SoundLength {
 };
 
 // The rate is that of the decoded sound. Once halted, an estimate by what has been seen.
-SoundLength MeasureSound(const ByteSource& bytes, int sampleRate, const Halt& halt);
+SoundLength MeasureSound(const ByteSource& bytes, int sampleRate, const WorkLimit& limit);
 
 } // namespace lantern

@@ -57,7 +57,7 @@ void SoundRenderer::SetSound(SoundDecoder* sound, const Wish& wish)
 {
     const std::scoped_lock lock(m_workMutex);
     m_now.playing = false;
-    Halt();
+    PauseOutput();
     m_shaper.Stop();
     m_sound = sound;
     m_started = false;
@@ -167,17 +167,17 @@ void SoundRenderer::TakeWish()
 SoundRenderer::Clock::duration SoundRenderer::Work()
 {
     if (!m_now.playing || m_done || m_sound == nullptr) {
-        Halt();
+        PauseOutput();
         return kSleepsAtMost;
     }
     if (!m_started) {
         StartAt(m_now.startFrame);
     } else if (m_output.GetState() == AudioOutput::State::Interrupted) {
         Recover();
-    } else if (m_halted) {
+    } else if (m_outputPaused) {
         m_output.Resume();
     }
-    m_halted = false;
+    m_outputPaused = false;
     FillRing();
     if (!m_begun && CanBegin()) {
         m_begun = true;
@@ -188,9 +188,9 @@ SoundRenderer::Clock::duration SoundRenderer::Work()
     return behind ? Clock::duration::zero() : rest;
 }
 
-void SoundRenderer::Halt()
+void SoundRenderer::PauseOutput()
 {
-    if (!std::exchange(m_halted, true)) {
+    if (!std::exchange(m_outputPaused, true)) {
         m_output.Pause();
     }
 }
@@ -296,7 +296,7 @@ SoundRenderer::Clock::duration SoundRenderer::Watch()
         const Clock::time_point now = Clock::now();
         if (now - *(m_silentSince = m_silentSince.value_or(now)) > kSilenceBearable) {
             m_silentSince.reset();
-            m_report(Event::Speechless, m_now.serial);
+            m_report(Event::NoDevice, m_now.serial);
         }
         return kRefillEvery;
     }
@@ -307,7 +307,7 @@ SoundRenderer::Clock::duration SoundRenderer::Watch()
     const double left = (static_cast<double>(*end) - heard) / m_sound->SampleRate();
     if (left <= 0.0) {
         m_done = true;
-        Halt();
+        PauseOutput();
         m_report(Event::Finished, m_now.serial);
         return kSleepsAtMost;
     }

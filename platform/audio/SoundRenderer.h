@@ -35,8 +35,8 @@ public:
         bool playing = false;
     };
     enum class Event {
-        Finished,  // the sound has been heard to its end
-        Speechless // there is no device, and has been none for a while
+        Finished, // the sound has been heard to its end
+        NoDevice  // there is no device, and has been none for a while
     };
     // Called on the renderer's thread, with the serial of the wish that it concerns.
     using Report = std::function<void(Event, std::uint64_t serial)>;
@@ -69,7 +69,7 @@ private:
     Clock::time_point WishDue() const;
     void SleepFor(Clock::duration rest);
     Clock::duration Work();
-    void Halt();
+    void PauseOutput();
     void StartAt(std::int64_t mediaFrame);
     void Recover();
     void ChangeShape();
@@ -103,7 +103,7 @@ private:
     bool m_started = false; // the output stands at m_now's place
     bool m_begun = false;
     bool m_starved = false; // the decoder has no more as yet
-    bool m_halted = true;
+    bool m_outputPaused = true;
     bool m_done = false;
     std::optional<Clock::time_point> m_silentSince;
 

@@ -258,7 +258,7 @@ void StudioEngine::OnReport(SoundRenderer::Event event, std::uint64_t serial)
     if (serial != m_serial || m_status != SoundStatus::Playing) {
         return; // about a place that has been left meanwhile
     }
-    if (event == SoundRenderer::Event::Speechless) {
+    if (event == SoundRenderer::Event::NoDevice) {
         PauseSound();
         return;
     }

@@ -6,8 +6,8 @@
 namespace lantern {
 namespace {
 
-constexpr char16_t kFirstRider = 0xDC80;
-constexpr char16_t kLastRider = 0xDCFF;
+constexpr char16_t kFirstByteAsText = 0xDC80;
+constexpr char16_t kLastByteAsText = 0xDCFF;
 
 // The length of the well-formed UTF-8 sequence at the start of the bytes; 0 if there is none.
 // The ranges are those of table 3-7 of the Unicode standard.
@@ -104,7 +104,7 @@ QByteArray NativeFromText(QStringView text)
         const char16_t unit = text[position].unicode();
         if (IsSurrogatePair(text, position)) {
             position += 2;
-        } else if (unit >= kFirstRider && unit <= kLastRider) {
+        } else if (unit >= kFirstByteAsText && unit <= kLastByteAsText) {
             flush();
             bytes += static_cast<char>(unit & 0xFF);
             plainStart = ++position;

@@ -30,8 +30,8 @@ int OpenPipe()
 // What the program was started to ignore, as by nohup, it goes on ignoring.
 bool IsIgnored(int number)
 {
-    struct sigaction present = {};
-    return sigaction(number, nullptr, &present) == 0 && present.sa_handler == SIG_IGN;
+    struct sigaction current = {};
+    return sigaction(number, nullptr, &current) == 0 && current.sa_handler == SIG_IGN;
 }
 
 void HandleSignals(void (*handler)(int))

@@ -15,8 +15,8 @@ namespace {
 constexpr QChar kNull = u'\0';
 constexpr QChar kBar = u'|';
 constexpr QChar kSeparator = u'/';
-// A buffer that is too small still tells how large it should be, if it is longer than this.
-constexpr std::int32_t kLongestUntold = 4;
+// A buffer that is too small reports how large it should be, if it is longer than this.
+constexpr std::int32_t kLongestWithoutReport = 4;
 
 std::int32_t LengthOf(const QString& text)
 {
@@ -187,7 +187,7 @@ void clsOpenSaveDialog::RaiseDialogError(std::int32_t code, DialogKind kind)
 {
     if (code == kBufferTooSmall) {
         m_minimumBufferSizeRequired =
-            m_request.file.Length() > kLongestUntold ? m_request.file.At(0) : -1;
+            m_request.file.Length() > kLongestWithoutReport ? m_request.file.At(0) : -1;
     }
     throw DialogError(code, kind);
 }

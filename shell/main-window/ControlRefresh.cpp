@@ -39,7 +39,7 @@ void ControlRefresh::SetOptions(frmOptions* options)
     m_options = options;
     if (!m_options)
         return;
-    const PlayerState now = Present(0, false, false);
+    const PlayerState now = CurrentState(0, false, false);
     for (const CheckRule& rule : kCheckRules) {
         if (!rule.value || !Applies(rule, now))
             continue;
@@ -48,7 +48,8 @@ void ControlRefresh::SetOptions(frmOptions* options)
     }
 }
 
-PlayerState ControlRefresh::Present(std::int32_t positionMs, bool isPlaying, bool isMaximised) const
+PlayerState ControlRefresh::CurrentState(std::int32_t positionMs, bool isPlaying,
+                                         bool isMaximised) const
 {
     const auto whole = [](float value) { return RoundToEven(static_cast<double>(value)); };
     return {.balance = whole(m_engine.GetEngineBalance()),
@@ -68,7 +69,7 @@ PlayerState ControlRefresh::Present(std::int32_t positionMs, bool isPlaying, boo
 
 void ControlRefresh::Refresh(std::int32_t positionMs, bool isPlaying, bool isMaximised)
 {
-    PlayerState now = Present(positionMs, isPlaying, isMaximised);
+    PlayerState now = CurrentState(positionMs, isPlaying, isMaximised);
     for (const CheckRule& rule : kCheckRules) {
         if (!Applies(rule, now))
             continue;
@@ -77,7 +78,7 @@ void ControlRefresh::Refresh(std::int32_t positionMs, bool isPlaying, bool isMax
         now.wheelType = m_audio.WheelType; // it goes with a slider of the options that moved
         SetCheckState(rule.toolbarButton, rule.optionIndex, rule.isDown(now));
     }
-    RestFocus(now.wheelType);
+    ReturnFocusToPicture(now.wheelType);
     for (const ButtonRule& rule : kButtonRules) {
         const std::int16_t visible = rule.isVisible ? rule.isVisible(now) : kLeaveVisible;
         SetButtonState(rule.button, rule.isEnabled(now), visible);
@@ -94,7 +95,7 @@ void ControlRefresh::ShowValue(AudioValue value, std::int32_t number)
 
 // The button of the wheel's mode hands the focus on to the picture, so that no control keeps the
 // keys. A wheel type may be any number, and those without a mode have no button.
-void ControlRefresh::RestFocus(WheelMode wheelType)
+void ControlRefresh::ReturnFocusToPicture(WheelMode wheelType)
 {
     if (wheelType >= WheelMode::Balance && wheelType <= WheelMode::Speed)
         m_toolbar.tBtn(WheelCommand(wheelType)).setFocus();

@@ -27,7 +27,7 @@ public:
     ControlRefresh(Toolbar& toolbar, AudioEngine& engine, const AudioControl& audio,
                    const Track& track);
 
-    // The options window, borrowed; null while there is none. A new one takes the present values
+    // The options window, borrowed; null while there is none. A new one takes the current values
     // at once, without an event: nobody has moved its sliders.
     void SetOptions(frmOptions* options);
 
@@ -43,9 +43,9 @@ public:
     void SetButtonState(CommandId command, bool enabled, std::int16_t visible = kLeaveVisible);
 
 private:
-    PlayerState Present(std::int32_t positionMs, bool isPlaying, bool isMaximised) const;
+    PlayerState CurrentState(std::int32_t positionMs, bool isPlaying, bool isMaximised) const;
     void ShowValue(AudioValue value, std::int32_t number);
-    void RestFocus(WheelMode wheelType);
+    void ReturnFocusToPicture(WheelMode wheelType);
 
     Toolbar& m_toolbar;
     AudioEngine& m_engine;

@@ -180,7 +180,7 @@ TEST_F(ctlSlideTest, ANewValueIsReportedDrawnAndRaised)
     EXPECT_EQ(Told(), Texts{"VALUE"});
 }
 
-TEST_F(ctlSlideTest, ThePresentValueAgainIsNothing)
+TEST_F(ctlSlideTest, TheCurrentValueAgainIsNothing)
 {
     slide->SetValue(50);
     EXPECT_EQ(Told(), (Texts{"VALUE", "Change 50"}));

@@ -49,7 +49,7 @@ public:
     // Positions are milliseconds within the loaded sound. A seek is exact to the sample at
     // position * rate / 1000 and clamps to the sound.
     virtual void SeekSound(std::int32_t positionMs) = 0;
-    virtual void StartSound() = 0; // starts or resumes at the present position
+    virtual void StartSound() = 0; // starts or resumes at the current position
     virtual void PauseSound() = 0;
     virtual void StopSound() = 0; // stops and returns to 0
     virtual SoundStatus GetSoundStatus() = 0;

@@ -247,7 +247,7 @@ TEST_F(AudioControlTest, TheWheelStartsOnTheVolume)
     EXPECT_EQ(m_audio.WheelType, WheelMode::Volume);
 }
 
-TEST_F(AudioControlTest, SetWheelTypeSendsThePresentValueThroughItsSetter)
+TEST_F(AudioControlTest, SetWheelTypeSendsTheCurrentValueThroughItsSetter)
 {
     m_engine.Balance = 2.5F;
     m_engine.Pitch = 3;

@@ -129,20 +129,20 @@ TEST(WheelValue, EachModeHasItsNumber)
     }
 }
 
-// Every present value, with a custom value of each sign and none, both ways.
+// Every current value, with a custom value of each sign and none, both ways.
 TEST(Toggled, AValueAroundZeroGoesToZeroAndIsKeptOrComesBack)
 {
     const std::pair<AudioValue, double> customsIfZero[] = {
         {AudioValue::Balance, 50}, {AudioValue::KeyPitch, -2}, {AudioValue::Speed, 20}};
     for (const auto& [value, customIfZero] : customsIfZero) {
-        for (int present = -90; present <= 90; ++present) {
+        for (int current = -90; current <= 90; ++current) {
             for (const double custom : {-50.0, 0.0, 12.5}) {
-                const ToggleStep toggled = Toggled(value, present, custom, false);
-                const ToggleStep forced = Toggled(value, present, custom, true);
-                const double kept = present != 0 ? present : custom;
+                const ToggleStep toggled = Toggled(value, current, custom, false);
+                const ToggleStep forced = Toggled(value, current, custom, true);
+                const double kept = current != 0 ? current : custom;
                 EXPECT_EQ(forced, (ToggleStep{0, kept}));
                 const double back = custom == 0 ? customIfZero : custom;
-                EXPECT_EQ(toggled, (ToggleStep{present != 0 ? 0 : back, kept}));
+                EXPECT_EQ(toggled, (ToggleStep{current != 0 ? 0 : back, kept}));
             }
         }
     }
@@ -150,9 +150,9 @@ TEST(Toggled, AValueAroundZeroGoesToZeroAndIsKeptOrComesBack)
 
 TEST(Toggled, TheVolumeGoesToSilenceAndIsKeptOrComesBack)
 {
-    for (int present = 1; present <= 100; ++present) {
-        EXPECT_EQ(Toggled(AudioValue::Volume, present, 55, false),
-                  (ToggleStep{0, static_cast<double>(present)}));
+    for (int current = 1; current <= 100; ++current) {
+        EXPECT_EQ(Toggled(AudioValue::Volume, current, 55, false),
+                  (ToggleStep{0, static_cast<double>(current)}));
     }
     EXPECT_EQ(Toggled(AudioValue::Volume, 0, 55, false), (ToggleStep{55, 55}));
     EXPECT_EQ(Toggled(AudioValue::Volume, 0, 0, false), (ToggleStep{100, 0}));
@@ -160,9 +160,9 @@ TEST(Toggled, TheVolumeGoesToSilenceAndIsKeptOrComesBack)
 
 TEST(Toggled, TheVolumesDefaultIsFullAndReplacesTheCustomValue)
 {
-    for (int present = 0; present <= 100; ++present) {
+    for (int current = 0; current <= 100; ++current) {
         for (const double custom : {0.0, 55.0})
-            EXPECT_EQ(Toggled(AudioValue::Volume, present, custom, true), (ToggleStep{100, 100}));
+            EXPECT_EQ(Toggled(AudioValue::Volume, current, custom, true), (ToggleStep{100, 100}));
     }
 }
 
@@ -170,7 +170,7 @@ TEST(AfterWheel, EachValueHasItsStepAndItsRounding)
 {
     struct Case {
         AudioValue value;
-        float present;
+        float current;
         float down, same, up;
     };
     const Case cases[] = {
@@ -186,9 +186,9 @@ TEST(AfterWheel, EachValueHasItsStepAndItsRounding)
         {AudioValue::Speed, -90, -92, -90, -88},
     };
     for (const Case& each : cases) {
-        EXPECT_EQ(AfterWheel(each.value, each.present, -1), each.down);
-        EXPECT_EQ(AfterWheel(each.value, each.present, 0), each.same);
-        EXPECT_EQ(AfterWheel(each.value, each.present, 1), each.up);
+        EXPECT_EQ(AfterWheel(each.value, each.current, -1), each.down);
+        EXPECT_EQ(AfterWheel(each.value, each.current, 0), each.same);
+        EXPECT_EQ(AfterWheel(each.value, each.current, 1), each.up);
     }
 }
 

@@ -22,14 +22,14 @@ Bytes Encoded(const Pcm& pcm, const char* command, const char* name)
 // A stream on bytes of its own.
 class Decoded {
 public:
-    explicit Decoded(Bytes bytes, std::size_t haltAfter = SIZE_MAX) : m_bytes(std::move(bytes))
+    explicit Decoded(Bytes bytes, std::size_t stopAfter = SIZE_MAX) : m_bytes(std::move(bytes))
     {
-        m_bytes.HaltAfter(m_halt, haltAfter);
-        m_stream = DecodedStream::Open(m_bytes, m_halt);
+        m_bytes.StopAfter(m_limit, stopAfter);
+        m_stream = DecodedStream::Open(m_bytes, m_limit);
     }
     DecodedStream* operator->() const { return m_stream.get(); }
     explicit operator bool() const { return m_stream != nullptr; }
-    Halt& TheHalt() { return m_halt; }
+    WorkLimit& TheLimit() { return m_limit; }
 
     std::vector<std::byte> NextBytes()
     {
@@ -61,7 +61,7 @@ public:
     }
 
 private:
-    Halt m_halt;
+    WorkLimit m_limit;
     WatchedBytes m_bytes;
     std::unique_ptr<DecodedStream> m_stream;
 };
@@ -229,7 +229,7 @@ TEST(DecodedStream, HaltedItEndsWithoutPromises)
     Decoded module(ModImage());
     ASSERT_TRUE(module);
     EXPECT_FALSE(module.NextBytes().empty());
-    module.TheHalt().Stop();
+    module.TheLimit().Stop();
     EXPECT_TRUE(module.NextBytes().empty());
     EXPECT_TRUE(module.NextBytes().empty());
 }

@@ -18,7 +18,7 @@ public:
     SoundContainer* operator->() const { return m_container.get(); }
     explicit operator bool() const { return m_container != nullptr; }
     const WatchedBytes& Source() const { return m_bytes; }
-    Halt& TheHalt() { return m_halt; }
+    WorkLimit& TheLimit() { return m_limit; }
 
     std::vector<std::int64_t> ReadStamps()
     {
@@ -29,10 +29,10 @@ public:
     }
 
 private:
-    std::unique_ptr<SoundContainer> Open() { return SoundContainer::Open(m_bytes, m_halt); }
+    std::unique_ptr<SoundContainer> Open() { return SoundContainer::Open(m_bytes, m_limit); }
 
     WatchedBytes m_bytes;
-    Halt m_halt;
+    WorkLimit m_limit;
     std::unique_ptr<SoundContainer> m_container;
     AvPointer<AVPacket> m_packet = Made(av_packet_alloc());
 };
@@ -82,26 +82,26 @@ TEST(SoundContainer, HaltedItDeliversNoMore)
 {
     Opened module(ItImage()); // held in memory as a whole: there is nothing to be read
     ASSERT_TRUE(module);
-    EXPECT_FALSE(module->Halted());
-    module.TheHalt().Stop();
-    EXPECT_TRUE(module->Halted());
+    EXPECT_FALSE(module->LimitReached());
+    module.TheLimit().Stop();
+    EXPECT_TRUE(module->LimitReached());
     EXPECT_TRUE(module.ReadStamps().empty());
 }
 
 TEST(SoundContainer, HaltedBeforeOrWhileItIsOpenedItIsNone)
 {
-    Halt halt;
-    halt.Stop();
+    WorkLimit limit;
+    limit.Stop();
     const WatchedBytes wav(WavImage(MakeTicks(44100, 2, 44100)));
-    EXPECT_EQ(SoundContainer::Open(wav, halt), nullptr);
+    EXPECT_EQ(SoundContainer::Open(wav, limit), nullptr);
     EXPECT_EQ(wav.BytesRead(), 0U);
     // This one needs more than one read to open.
     const SoundFolder folder;
     const QStringList command = QStringLiteral("lame --quiet -t -b 128 in.wav").split(u' ');
     WatchedBytes mp3(
         ReadFile(folder.Encode(MakeTicks(44100, 2, 12 * 44100), command, QStringLiteral("a.mp3"))));
-    Halt later;
-    mp3.HaltAfter(later, 70000);
+    WorkLimit later;
+    mp3.StopAfter(later, 70000);
     EXPECT_EQ(SoundContainer::Open(mp3, later), nullptr);
 }
 

@@ -20,24 +20,24 @@ Bytes Encoded(const Pcm& pcm, const char* command, const char* name)
 
 SoundLength Measured(const Bytes& bytes)
 {
-    return MeasureSound(WatchedBytes(bytes), kRate, Halt());
+    return MeasureSound(WatchedBytes(bytes), kRate, WorkLimit());
 }
 
 // What opening the container takes, for those that know no end of it.
 std::size_t BytesReadToOpen(const Bytes& bytes)
 {
-    const Halt halt;
+    const WorkLimit limit;
     const WatchedBytes watched(bytes);
-    EXPECT_TRUE(SoundContainer::Open(watched, halt));
+    EXPECT_TRUE(SoundContainer::Open(watched, limit));
     return watched.BytesRead();
 }
 
 SoundLength MeasuredUpTo(std::size_t bytesRead, const Bytes& bytes)
 {
-    Halt halt;
+    WorkLimit limit;
     WatchedBytes watched(bytes);
-    watched.HaltAfter(halt, bytesRead);
-    return MeasureSound(watched, kRate, halt);
+    watched.StopAfter(limit, bytesRead);
+    return MeasureSound(watched, kRate, limit);
 }
 
 TEST(SoundLength, BytesThatAreNoSoundHaveNone)
@@ -45,15 +45,15 @@ TEST(SoundLength, BytesThatAreNoSoundHaveNone)
     const SoundLength none = Measured(Bytes(100000, 0x55));
     EXPECT_EQ(none.frames, 0);
     EXPECT_FALSE(none.exact);
-    Halt halt;
-    halt.Stop();
-    EXPECT_EQ(MeasureSound(WatchedBytes(ItImage()), kRate, halt).frames, 0);
+    WorkLimit limit;
+    limit.Stop();
+    EXPECT_EQ(MeasureSound(WatchedBytes(ItImage()), kRate, limit).frames, 0);
 }
 
 TEST(SoundLength, UncompressedSoundIsMeasuredByItsTail)
 {
     const WatchedBytes wav(WavImage(MakeTicks(kRate, 2, 60 * kRate + 7)));
-    const SoundLength length = MeasureSound(wav, kRate, Halt());
+    const SoundLength length = MeasureSound(wav, kRate, WorkLimit());
     EXPECT_EQ(length.frames, 60 * kRate + 7);
     EXPECT_TRUE(length.exact);
     EXPECT_LT(wav.BytesRead(), 2000000U);
@@ -80,7 +80,7 @@ TEST(SoundLength, BeforeAnyPacketTheClaimIsAllThereIs)
 TEST(SoundLength, AtAnotherRateItIsAsLong)
 {
     const Bytes wav = WavImage(MakeTicks(kRate, 2, 2 * kRate));
-    EXPECT_EQ(MeasureSound(WatchedBytes(wav), 2 * kRate, Halt()).frames, 4 * kRate);
+    EXPECT_EQ(MeasureSound(WatchedBytes(wav), 2 * kRate, WorkLimit()).frames, 4 * kRate);
 }
 
 TEST(SoundLength, PacketsAreCountedLessWhatTheyTellToSkip)
@@ -88,11 +88,11 @@ TEST(SoundLength, PacketsAreCountedLessWhatTheyTellToSkip)
     const Pcm pcm = MakeTicks(kRate, 2, 5 * kRate + 123);
     const Bytes mp3 = Encoded(pcm, "lame --quiet -b 128 in.wav", "a.mp3");
     const WatchedBytes watched(mp3);
-    const SoundLength length = MeasureSound(watched, kRate, Halt());
+    const SoundLength length = MeasureSound(watched, kRate, WorkLimit());
     EXPECT_EQ(length.frames, 5 * kRate + 123);
     EXPECT_TRUE(length.exact);
     // At twice the rate all of it counts twice.
-    EXPECT_EQ(MeasureSound(watched, 2 * kRate, Halt()).frames, 2 * (5 * kRate + 123));
+    EXPECT_EQ(MeasureSound(watched, 2 * kRate, WorkLimit()).frames, 2 * (5 * kRate + 123));
 }
 
 TEST(SoundLength, PartOfThePacketsStandsForTheWhole)
@@ -149,7 +149,7 @@ TEST(SoundLength, AHaltedDecodeStandsForTheWhole)
     Bytes wma = Encoded(pcm, "ffmpeg -y -v error -i in.wav -c:a wmav2", "a.wma");
     wma.resize(wma.size() / 2);
     const WatchedBytes watched(wma);
-    const SoundLength whole = MeasureSound(watched, kRate, Halt());
+    const SoundLength whole = MeasureSound(watched, kRate, WorkLimit());
     EXPECT_TRUE(whole.exact);
     EXPECT_NEAR(static_cast<double>(whole.frames), 20.0 * kRate, 1.0 * kRate);
     const SoundLength part = MeasuredUpTo(watched.BytesRead() - wma.size() / 3, wma);
@@ -171,7 +171,7 @@ TEST(SoundLength, ACutOffSoundOfAClaimIsDecoded)
 TEST(SoundLength, AModuleLastsAsLongAsItSays)
 {
     const WatchedBytes module(ModImage());
-    const SoundLength length = MeasureSound(module, 48000, Halt());
+    const SoundLength length = MeasureSound(module, 48000, WorkLimit());
     EXPECT_EQ(length.frames, std::int64_t{48} * kModuleLengthMs);
     EXPECT_TRUE(length.exact);
 }

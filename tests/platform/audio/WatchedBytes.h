@@ -2,8 +2,8 @@
 #pragma once
 
 #include "ByteSource.h"
-#include "Halt.h"
 #include "TestSounds.h"
+#include "WorkLimit.h"
 
 #include <algorithm>
 #include <atomic>
@@ -19,10 +19,10 @@ class WatchedBytes final : public ByteSource {
 public:
     explicit WatchedBytes(Bytes bytes) : m_bytes(std::move(bytes)) {}
 
-    void HaltAfter(Halt& halt, std::size_t bytes)
+    void StopAfter(WorkLimit& limit, std::size_t bytes)
     {
-        m_halt = &halt;
-        m_haltAfter = bytes;
+        m_limit = &limit;
+        m_stopAfter = bytes;
     }
     void TakeForEachRead(std::chrono::milliseconds time) { m_timeOfRead = time; }
     std::size_t BytesRead() const { return m_bytesRead; }
@@ -37,16 +37,16 @@ public:
         const std::size_t size = std::min(part.size(), out.size());
         std::copy_n(part.begin(), size, out.begin());
         m_bytesRead += size;
-        if (m_halt != nullptr && m_bytesRead >= m_haltAfter)
-            m_halt->Stop();
+        if (m_limit != nullptr && m_bytesRead >= m_stopAfter)
+            m_limit->Stop();
         return size;
     }
 
 private:
     Bytes m_bytes;
     mutable std::atomic<std::size_t> m_bytesRead = 0;
-    Halt* m_halt = nullptr;
-    std::size_t m_haltAfter = 0;
+    WorkLimit* m_limit = nullptr;
+    std::size_t m_stopAfter = 0;
     std::chrono::milliseconds m_timeOfRead{0};
 };
 

@@ -32,8 +32,8 @@ protected:
 
     static bool IsIgnored()
     {
-        struct sigaction present = {};
-        return sigaction(GetParam(), nullptr, &present) == 0 && present.sa_handler == SIG_IGN;
+        struct sigaction current = {};
+        return sigaction(GetParam(), nullptr, &current) == 0 && current.sa_handler == SIG_IGN;
     }
 
 private:

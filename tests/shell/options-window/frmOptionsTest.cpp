@@ -326,7 +326,7 @@ TEST_F(frmOptionsTest, EitherDeviceButtonOpensTheMenuOfDevicesAndGivesTheFocusBa
     }
 }
 
-// The window's value, then the wheel's present value once more, as the user touches it.
+// The window's value, then the wheel's current value once more, as the user touches it.
 TEST_F(frmOptionsTest, ASliderTakesTheWheelAndThenSetsItsValue)
 {
     ShowOptions();

@@ -148,7 +148,7 @@ inline std::string Sectors(const std::vector<CdgPacket>& packets)
     return sectors;
 }
 
-inline constexpr QRgb kBlack = 0xFF000000;
+inline constexpr QRgb kBlackPixel = 0xFF000000;
 inline constexpr QRgb kRed = 0xFFFF0000;
 inline constexpr QRgb kGreen = 0xFF00FF00;
 inline constexpr QRgb kBlue = 0xFF0000FF;

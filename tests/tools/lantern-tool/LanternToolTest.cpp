@@ -113,8 +113,8 @@ TEST_F(LanternToolTest, InfoTellsWhyAMemberIsNoPartOfTheTrack)
 TEST_F(LanternToolTest, AFrameIsTheVisiblePictureAfterThePacket)
 {
     const std::string track = MakeBlocks();
-    ExpectBlocks(Frame(track, "0"), kBlack, kBlack, kBlack);
-    ExpectBlocks(Frame(track, "1"), kBlack, kBlack, kBlack);
+    ExpectBlocks(Frame(track, "0"), kBlackPixel, kBlackPixel, kBlackPixel);
+    ExpectBlocks(Frame(track, "1"), kBlackPixel, kBlackPixel, kBlackPixel);
     ExpectBlocks(Frame(track, "2"), kRed, kRed, kRed);
     ExpectBlocks(Frame(track, "3"), kGreen, kRed, kRed);
     ExpectBlocks(Frame(track, "4"), kGreen, kBlue, kRed);
@@ -144,7 +144,7 @@ TEST_F(LanternToolTest, SeveralPacketsAreVisitedInTheOrderGiven)
     ExpectBlocks(frame("4"), kGreen, kBlue, kRed);
     ExpectBlocks(frame("2"), kRed, kRed, kRed);
     ExpectBlocks(frame("14"), kGreen, kBlue, kRed);
-    ExpectBlocks(frame("0"), kBlack, kBlack, kBlack);
+    ExpectBlocks(frame("0"), kBlackPixel, kBlackPixel, kBlackPixel);
     ExpectBlocks(frame("3"), kGreen, kRed, kRed);
 }
 

@@ -161,8 +161,8 @@ TEST_F(Thumbnail, EnlargedItIsSharp)
     const QImage image = Draw(track, "864");
     EXPECT_EQ(Count(image, kWhite), 18 * 36);
     EXPECT_EQ(image.pixel(17, 35), kWhite);
-    EXPECT_EQ(image.pixel(18, 35), kBlack);
-    EXPECT_EQ(Count(image, kBlack), 864 * 576 - 18 * 36);
+    EXPECT_EQ(image.pixel(18, 35), kBlackPixel);
+    EXPECT_EQ(Count(image, kBlackPixel), 864 * 576 - 18 * 36);
 }
 
 TEST_F(Thumbnail, AnyFormOfATrackHasOne)

@@ -8,12 +8,12 @@ namespace lantern {
 
 // Ends work that runs inside a library: asked between packets and at every read of bytes. Stop may
 // be called from any thread.
-class Halt {
+class WorkLimit {
 public:
     using Clock = std::chrono::steady_clock;
 
-    Halt() = default;
-    explicit Halt(std::chrono::milliseconds allowed) : m_deadline(Clock::now() + allowed) {}
+    WorkLimit() = default;
+    explicit WorkLimit(std::chrono::milliseconds allowed) : m_deadline(Clock::now() + allowed) {}
 
     // While no other thread is at work with it.
     void AllowUntil(Clock::time_point deadline) { m_deadline = deadline; }
