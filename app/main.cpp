@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "MakeAudioEngine.h"
 #include "RunPlayer.h"
+#include "Version.h"
 #include "f101.h"
 #include "modAPI.h"
 

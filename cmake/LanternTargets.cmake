@@ -19,8 +19,7 @@ target_compile_options(lantern_options INTERFACE
     -Wcast-align -Wconversion -Wsign-conversion -Wdouble-promotion -Wformat=2
     -Wimplicit-fallthrough -Werror)
 target_compile_definitions(lantern_options INTERFACE
-    QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_KEYWORDS QT_NO_FOREACH
-    LANTERN_VERSION="${PROJECT_VERSION}")
+    QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_KEYWORDS QT_NO_FOREACH)
 if(LANTERN_SANITIZE)
     target_compile_options(lantern_options INTERFACE
         -fsanitize=${LANTERN_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)

@@ -12,6 +12,7 @@
 
 namespace lantern {
 
+inline constexpr std::int32_t kNoBorder = 0;
 inline constexpr std::int32_t kTitleBarBorder = 7;
 
 enum FrameAlignment : std::int32_t { AlignCaptionLeft, AlignCaptionRight, AlignCaptionCentre };

@@ -15,12 +15,6 @@ bool IsBackslashPath(const QString& path)
            QStringView(path).mid(1).startsWith(QStringLiteral(":\\"));
 }
 
-// With the separator at its end; empty for a bare file name.
-QString FolderOf(const QString& path)
-{
-    return path.left(path.lastIndexOf(SeparatorOf(path)) + 1);
-}
-
 bool IsAbsolute(const QString& path)
 {
     return path.startsWith(u'/') || IsBackslashPath(path);
@@ -33,6 +27,11 @@ bool IsAbsolute(const QString& path)
 QChar SeparatorOf(const QString& path)
 {
     return IsBackslashPath(path) ? QChar(u'\\') : QChar(u'/');
+}
+
+QString FolderOf(const QString& path, QChar separator)
+{
+    return path.left(path.lastIndexOf(separator) + 1);
 }
 
 QString FileCheck(const QString& path)
@@ -58,7 +57,7 @@ QString StripExtension(const QString& path)
 
 QString RelativePath(const QString& basePath, const QString& fullPath)
 {
-    const QString folder = FolderOf(basePath);
+    const QString folder = FolderOf(basePath, SeparatorOf(basePath));
     if (!fullPath.startsWith(folder, Qt::CaseInsensitive))
         return fullPath;
     return fullPath.mid(folder.size());
@@ -68,7 +67,7 @@ QString AbsolutePath(const QString& basePath, const QString& storedPath)
 {
     if (storedPath.isEmpty() || IsAbsolute(storedPath))
         return storedPath;
-    return FolderOf(basePath) + storedPath;
+    return FolderOf(basePath, SeparatorOf(basePath)) + storedPath;
 }
 
 } // namespace lantern

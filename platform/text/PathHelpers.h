@@ -13,6 +13,9 @@ QString FileCheck(const QString& path);
 // What separates the folders of the path: "/" here, "\\" in a path of another system.
 QChar SeparatorOf(const QString& path);
 
+// The folder of the path, with the separator at its end; empty for a bare file name.
+QString FolderOf(const QString& path, QChar separator);
+
 // The text behind the last "." of the whole path, in lower case; empty without any ".". A dot in
 // a folder's name counts when the file's name has none.
 QString FileExtension(const QString& path);

@@ -32,11 +32,6 @@ QString PathOf(const QUrl& url)
     return TextFromNative(FileNameOfUri(url.toEncoded(), {}).value_or(QByteArray()));
 }
 
-QString FolderOf(const QString& path)
-{
-    return path.left(path.lastIndexOf(kSeparator) + 1);
-}
-
 bool IsFolder(const QString& path)
 {
     return FileCheck(path) == QStringLiteral("DIR");
@@ -100,7 +95,7 @@ private:
         // The toolkit's list can't enter a folder by a name that is no text.
         if (IsFolder(file.path) && MayBeShownOnly(ShownPath(file.path)))
             return QStringLiteral("This folder can't be shown here. Please rename it.");
-        if (m_request.pathMustExist && !IsFolder(FolderOf(file.path)))
+        if (m_request.pathMustExist && !IsFolder(FolderOf(file.path, kSeparator)))
             return QStringLiteral("There is no such folder.");
         const bool isThere = !FileCheck(file.path).isEmpty();
         if (file.match == ShownFile::Match::None || (m_request.fileMustExist && !isThere))
@@ -157,10 +152,10 @@ QList<QUrl> Places()
 // The folder and the name to begin with. A folder that is gone gives way to the nearest one above.
 void GoTo(PathDialog& dialog, const FileDialogRequest& request)
 {
-    const QString pathFolder = FolderOf(request.initialPath);
+    const QString pathFolder = FolderOf(request.initialPath, kSeparator);
     QString folder = pathFolder.isEmpty() ? request.initialFolder : pathFolder;
     while (!folder.isEmpty() && !IsFolder(folder))
-        folder = FolderOf(folder.chopped(1));
+        folder = FolderOf(folder.chopped(1), kSeparator);
     if (folder.isEmpty())
         folder = QDir::homePath();
     dialog.setDirectory(ShownPath(folder));

@@ -13,8 +13,4 @@ inline const QString kApplicationId = QStringLiteral("io.github.lyric_lantern.pl
 
 inline const QString kWebSite = QStringLiteral("https://lyric-lantern.example/");
 
-inline constexpr int kMajorVersion = 5;
-inline constexpr int kMinorVersion = 0;
-inline constexpr int kRevision = 525;
-
 } // namespace lantern

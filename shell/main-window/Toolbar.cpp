@@ -2,6 +2,7 @@
 #include "Toolbar.h"
 
 #include "CommandTable.h"
+#include "PlayerLook.h"
 #include "ToolbarLayout.h"
 
 #include <algorithm>
@@ -10,7 +11,6 @@
 namespace lantern {
 namespace {
 
-constexpr std::int32_t kNoBorder = 0;
 constexpr std::int32_t kFirstVolume = 50;
 
 } // namespace
@@ -88,14 +88,8 @@ void Toolbar::MakeButton(const ToolbarButton& row, QWidget& pic)
     button->setObjectName(QStringLiteral("tBtn(%1)").arg(NumberOf(row.command)));
     button->DisableRefresh();
     button->SetBackColor(kBlack);
-    button->SetForeColor(row.style.foreColor);
-    button->SetOverColor(row.style.overColor);
-    button->SetIsCheckBox(row.style.isCheckBox);
-    button->SetMousePointer(row.style.mousePointer);
-    button->SetPicture(ButtonPicture(row.face, FaceState::Normal));
-    button->SetPictureDown(ButtonPicture(row.face, FaceState::Down));
-    button->SetPictureOver(ButtonPicture(row.face, FaceState::Over));
-    button->SetPictureDisabled(ButtonPicture(row.face, FaceState::Disabled));
+    GiveStyle(*button, row.style);
+    GiveFace(*button, row.face);
     button->setGeometry(PixelsOf(row.rect, m_twips));
     button->Refresh();
     button->setFocusProxy(&pic);

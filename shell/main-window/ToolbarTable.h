@@ -2,8 +2,8 @@
 #pragma once
 
 #include "ButtonArt.h"
+#include "ButtonDress.h"
 #include "CommandId.h"
-#include "PlayerLook.h"
 #include "SystemColours.h"
 #include "Twips.h"
 
@@ -24,14 +24,6 @@ inline constexpr TwipRect kTBarZoom = {0, 0, 1440, 510};
 inline constexpr TwipRect kSliderRect = {480, 465, 2070, 180};
 inline constexpr TwipRect kVolumeRect = {1500, 405, 1500, 180};
 inline constexpr TwipRect kTickerRect = {1650, 0, 1035, 360};
-
-// What a button has besides its place and its face. The colours are those of a caption.
-struct ButtonStyle {
-    bool isCheckBox;
-    std::int16_t mousePointer;
-    ColourValue foreColor;
-    ColourValue overColor;
-};
 
 inline constexpr ColourValue kButtonText = SystemReference(SystemColour::ButtonText);
 inline constexpr ColourValue kCaptionRed = DirectColour(255, 0, 0);

@@ -12,7 +12,6 @@ namespace lantern {
 namespace {
 
 constexpr ColourValue kMessageGround = 16576; // orange
-constexpr std::int32_t kNoBorder = 0;
 
 } // namespace
 

@@ -2,16 +2,15 @@
 #include "f101.h"
 
 #include "Application.h"
-#include "KeyMap.h"
 #include "MakeZipHandler.h"
 #include "PlayerSettings.h"
+#include "Version.h"
 #include "WindowLayout.h"
 #include "frmOptions.h"
 #include "modAPI.h"
 
 #include <QCloseEvent>
 #include <QCoreApplication>
-#include <QKeyEvent>
 
 namespace lantern {
 namespace {
@@ -40,7 +39,7 @@ f101::f101(ProgramState& state, std::unique_ptr<AudioEngine> engine, ShowWarning
       m_loader(m_track, *m_engine, *this, {[] { return MakeZipHandler(); }, state.AppPath}),
       m_wheel(m_audio, m_track, [this](std::int32_t deltaMs) { m_clock.SkipBy(deltaMs); }),
       m_commands({*this, m_track, *m_engine, m_clock, m_display, m_audio, m_wheel}),
-      m_link(state.InstanceMutex, *this)
+      m_link(state.InstanceMutex, *this), m_input(*this)
 {
     setAttribute(Qt::WA_OpaquePaintEvent);
     setFocusPolicy(Qt::StrongFocus);
@@ -217,26 +216,17 @@ bool f101::event(QEvent* event)
 
 void f101::keyPressEvent(QKeyEvent* event)
 {
-    const KeyCode key = KeyCodeOf(*event);
-    // The release before an unmarked repeat has already counted as one.
-    if (m_keyRepeats.IsRepeat(*event) && !RepeatsWhileHeld(key))
-        return;
-    DoKeyDown(key, ShiftBitsOf(*event));
+    m_input.KeyPress(*event);
 }
 
 void f101::keyReleaseEvent(QKeyEvent* event)
 {
-    m_keyRepeats.NoteRelease(*event);
-    // Some systems tell of releases while a key that repeats is still down.
-    if (!event->isAutoRepeat())
-        DoKeyUp(KeyCodeOf(*event), ShiftBitsOf(*event));
+    m_input.KeyRelease(*event);
 }
 
 void f101::wheelEvent(QWheelEvent* event)
 {
-    if (const int notch = m_wheelTurns.Add(event->angleDelta().y()); notch != 0)
-        MouseWheel(0, notch, 0, 0);
-    event->accept();
+    m_input.Wheel(*event);
 }
 
 // No key stays on a control.

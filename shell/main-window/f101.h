@@ -9,7 +9,6 @@
 #include "ControlRefresh.h"
 #include "Display.h"
 #include "ImageClipboard.h"
-#include "KeyRepeats.h"
 #include "MediaLoader.h"
 #include "OptionsHost.h"
 #include "PacketInterpreter.h"
@@ -20,7 +19,7 @@
 #include "Track.h"
 #include "VirtualBuffers.h"
 #include "WheelControl.h"
-#include "WheelTurns.h"
+#include "WindowInput.h"
 #include "WindowMouse.h"
 #include "WindowParts.h"
 #include "modPlayer.h"
@@ -145,8 +144,7 @@ private:
 
     Commands m_commands;
     CommandLink m_link;
-    WheelTurns m_wheelTurns;
-    KeyRepeats m_keyRepeats;
+    WindowInput m_input;
     QTimer m_timer1;
     std::unique_ptr<frmOptions> m_options; // made at the first touch
     bool m_isLoaded = false;

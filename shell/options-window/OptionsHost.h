@@ -1,23 +1,15 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "KeyCodes.h"
-
-#include <cstdint>
+#include "WindowInput.h"
 
 namespace lantern {
 
 // What the options window asks of the player, besides the audio control: what the user does there
 // acts as it does on the main window. Every call comes on the user-interface thread, and may run a
 // menu, and so the event loop, before it returns.
-class OptionsHost {
+class OptionsHost : public InputTarget {
 public:
-    virtual ~OptionsHost() = default;
-
-    virtual void DoKeyDown(KeyCode keyCode, ShiftBits shift) = 0;
-    virtual void DoKeyUp(KeyCode keyCode, ShiftBits shift) = 0;
-    virtual void MouseWheel(std::int32_t keys, std::int32_t delta, std::int32_t x,
-                            std::int32_t y) = 0;
     virtual void ShowPopMenu() = 0;    // where the pointer is, as is the next one
     virtual void ShowDeviceMenu() = 0; // runs what was chosen, too
     virtual void OpenWebSite() = 0;

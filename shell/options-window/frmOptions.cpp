@@ -4,14 +4,12 @@
 #include "Application.h"
 #include "ArtPictures.h"
 #include "AudioControl.h"
-#include "KeyMap.h"
+#include "ButtonDress.h"
 #include "OptionsHost.h"
 #include "ScreenMetrics.h"
 #include "modAPI.h"
 
 #include <QCloseEvent>
-#include <QKeyEvent>
-#include <QWheelEvent>
 #include <QWindow>
 
 #include <algorithm>
@@ -49,21 +47,13 @@ const OptionsButton& DesignOf(const OptionsPlace& place)
     });
 }
 
-void GiveFace(ctlPicBtn& button, ButtonFace face)
-{
-    button.SetPicture(ButtonPicture(face, FaceState::Normal));
-    button.SetPictureDown(ButtonPicture(face, FaceState::Down));
-    button.SetPictureOver(ButtonPicture(face, FaceState::Over));
-    button.SetPictureDisabled(ButtonPicture(face, FaceState::Disabled));
-}
-
 } // namespace
 
 frmOptions::frmOptions(QWidget& mainWindow, OptionsHost& player, AudioControl& audio,
                        SpectrumAnalyser* analyser, TwipsPerPixel twips)
     : QWidget(nullptr, Qt::Tool | Qt::FramelessWindowHint), m_mainWindow(mainWindow),
-      m_player(player), m_audio(audio), m_twips(twips), m_skinner(this, OptionsAmbient()),
-      m_skinAbout(this, OptionsAmbient())
+      m_player(player), m_audio(audio), m_twips(twips), m_input(player),
+      m_skinner(this, OptionsAmbient()), m_skinAbout(this, OptionsAmbient())
 {
     // The program runs on when no other window is to be seen.
     setAttribute(Qt::WA_QuitOnClose, false);
@@ -154,9 +144,7 @@ ctlPicBtn* frmOptions::MakeButton(const OptionsPlace& place)
     const OptionsButton& design = DesignOf(place);
     auto* button = new ctlPicBtn(&Panel(place.panel), OptionsAmbient());
     button->SetCaption(place.caption.toString());
-    button->SetForeColor(kWhite);
-    button->SetIsCheckBox(design.isCheckBox);
-    button->SetMousePointer(design.mousePointer);
+    GiveStyle(*button, {design.isCheckBox, design.mousePointer, kWhite, kAccentColour});
     if (design.face)
         GiveFace(*button, *design.face);
     if (place.control == OptionsControl::cmd)
@@ -286,25 +274,17 @@ void frmOptions::closeEvent(QCloseEvent* event)
 
 void frmOptions::keyPressEvent(QKeyEvent* event)
 {
-    const KeyCode key = KeyCodeOf(*event);
-    // The release before an unmarked repeat has already counted as one.
-    if (m_keyRepeats.IsRepeat(*event) && !RepeatsWhileHeld(key))
-        return;
-    m_player.DoKeyDown(key, ShiftBitsOf(*event));
+    m_input.KeyPress(*event);
 }
 
 void frmOptions::keyReleaseEvent(QKeyEvent* event)
 {
-    m_keyRepeats.NoteRelease(*event);
-    if (!event->isAutoRepeat())
-        m_player.DoKeyUp(KeyCodeOf(*event), ShiftBitsOf(*event));
+    m_input.KeyRelease(*event);
 }
 
 void frmOptions::wheelEvent(QWheelEvent* event)
 {
-    if (const int notch = m_wheelTurns.Add(event->angleDelta().y()); notch != 0)
-        m_player.MouseWheel(0, notch, 0, 0);
-    event->accept();
+    m_input.Wheel(*event);
 }
 
 // Behind the About panel there is nothing to walk to.

@@ -1,12 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "KeyRepeats.h"
 #include "OptionsParts.h"
 #include "OptionsTable.h"
 #include "SpectrumSurface.h"
 #include "Twips.h"
-#include "WheelTurns.h"
+#include "WindowInput.h"
 #include "ctlPicBtn.h"
 #include "ctlSkinner.h"
 #include "ctlSlide.h"
@@ -84,8 +83,7 @@ private:
     OptionsHost& m_player;
     AudioControl& m_audio;
     TwipsPerPixel m_twips;
-    KeyRepeats m_keyRepeats;
-    WheelTurns m_wheelTurns;
+    WindowInput m_input;
 
     ctlSkinner m_skinner;
     ctlSkinner m_skinAbout;

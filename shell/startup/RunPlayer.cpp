@@ -8,6 +8,7 @@
 #include "ScreenMetrics.h"
 #include "StartNotice.h"
 #include "TerminationSignals.h"
+#include "Version.h"
 #include "ZipService.h"
 #include "fDDE.h"
 #include "modAPI.h"

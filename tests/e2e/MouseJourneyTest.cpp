@@ -40,19 +40,6 @@ protected:
     {
         return Eventually([&] { return std::abs(SecondsHeard() - seconds) < 6.0; }, 6s, 50ms);
     }
-    // The distance of two notes.
-    bool AwaitPace(double seconds)
-    {
-        const auto isHeard = [&] {
-            const std::vector<Burst> notes = NotesHeardLately();
-            if (notes.size() < 5)
-                return false;
-            const double frames = notes[notes.size() - 2].startFrame - notes[1].startFrame;
-            const double heard = frames / static_cast<double>(notes.size() - 3) / Recording::kRate;
-            return std::abs(heard - seconds) < 0.01;
-        };
-        return Eventually(isHeard, kPatience, 100ms);
-    }
 };
 
 TEST_F(MouseByHand, TheWheelIsHeardInEachOfItsModes)

@@ -44,7 +44,7 @@ double Up(double semitones)
 
 class Options : public Journey {
 protected:
-    const ScreenWindow main{screen, "Lyric Lantern CDG Player 5.0.525"};
+    const ScreenWindow main{screen, kMainTitle};
     const ScreenWindow options{screen, "Lyric Lantern CDG Player Options"};
 
     void OpenTone() { OpenTrack(WriteToneTrack("tone", 120.0, kTone)); }

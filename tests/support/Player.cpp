@@ -10,9 +10,6 @@
 namespace lantern::test {
 namespace {
 
-// Only the main window's title tells the version.
-constexpr const char* kMainTitle = "Lyric Lantern CDG Player 5.0.525";
-
 EnvironmentChanges Joined(EnvironmentChanges first, const EnvironmentChanges& second,
                           const EnvironmentChanges& third, const EnvironmentChanges& last)
 {

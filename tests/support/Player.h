@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "Version.h"
 #include "XServer.h"
 
 #include <QRect>
@@ -9,6 +10,9 @@
 #include <vector>
 
 namespace lantern::test {
+
+// Only the main window's title names the version.
+inline constexpr const char* kMainTitle = "Lyric Lantern CDG Player " LANTERN_VERSION;
 
 // The folders of a user of the player: settings, run-time files, home.
 class PlayerHome {

@@ -2,6 +2,7 @@
 #include "Gallery.h"
 
 #include "ButtonArt.h"
+#include "ButtonDress.h"
 #include "ctlBtn.h"
 #include "ctlPicBtn.h"
 
@@ -10,14 +11,6 @@ namespace {
 
 constexpr int kMargin = 20;
 constexpr int kLabelWidth = 60;
-
-void GiveFace(ctlPicBtn& button, ButtonFace face)
-{
-    button.SetPicture(ButtonPicture(face, FaceState::Normal));
-    button.SetPictureOver(ButtonPicture(face, FaceState::Over));
-    button.SetPictureDown(ButtonPicture(face, FaceState::Down));
-    button.SetPictureDisabled(ButtonPicture(face, FaceState::Disabled));
-}
 
 QString NameOf(const ButtonDrawing& drawing)
 {

@@ -7,6 +7,7 @@
 #include "TellingPicture.h"
 #include "TrackInfo.h"
 #include "TrackLoad.h"
+#include "Version.h"
 #include "VisiblePicture.h"
 
 #include <cstdio>

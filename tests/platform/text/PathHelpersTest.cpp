@@ -61,6 +61,13 @@ TEST_F(FileCheckTest, NamesOfAnyBytesAreFound)
     EXPECT_EQ(FileCheck(In(name)), QStringLiteral("FILE"));
 }
 
+TEST(FolderOf, EndsWithTheLastSeparatorAndIsEmptyForABareName)
+{
+    EXPECT_EQ(FolderOf(QStringLiteral("/a/b.cdg"), u'/'), QStringLiteral("/a/"));
+    EXPECT_EQ(FolderOf(QStringLiteral("b.cdg"), u'/'), QString());
+    EXPECT_EQ(FolderOf(QStringLiteral("c:\\a/b"), u'\\'), QStringLiteral("c:\\"));
+}
+
 TEST(FileExtension, IsTheLowerCaseTextBehindTheLastDot)
 {
     EXPECT_EQ(FileExtension(QStringLiteral("a.MP3")), QStringLiteral("mp3"));

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "WindowLayout.h"
 
+#include "Zoom.h"
+
 #include <gtest/gtest.h>
 
 #include <cmath>

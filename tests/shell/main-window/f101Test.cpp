@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ScreenMetrics.h"
+#include "Version.h"
 #include "WindowFixture.h"
 #include "frmOptions.h"
 
@@ -46,7 +47,7 @@ TEST_F(f101Test, WithALockedDeviceTheUserIsToldAndNothingElseHappens)
 TEST_F(f101Test, TheCaptionIsTheTitleAndTheVersion)
 {
     Load();
-    EXPECT_EQ(window.windowTitle(), QStringLiteral("Lyric Lantern CDG Player 5.0.525"));
+    EXPECT_EQ(window.windowTitle(), QStringLiteral("Lyric Lantern CDG Player " LANTERN_VERSION));
     EXPECT_FALSE(window.windowIcon().isNull());
     EXPECT_FALSE(window.windowIcon().pixmap(16, 16).isNull());
 }

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "LanternToolFixture.h"
+#include "Version.h"
 
 #include <sys/stat.h>
 

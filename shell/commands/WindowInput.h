@@ -1,0 +1,41 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "KeyCodes.h"
+#include "KeyRepeats.h"
+#include "WheelTurns.h"
+
+#include <QWheelEvent>
+
+#include <cstdint>
+
+namespace lantern {
+
+// The player, as the keys and the wheel of its windows act on it.
+class InputTarget {
+public:
+    virtual ~InputTarget() = default;
+
+    virtual void DoKeyDown(KeyCode keyCode, ShiftBits shift) = 0;
+    virtual void DoKeyUp(KeyCode keyCode, ShiftBits shift) = 0;
+    virtual void MouseWheel(std::int32_t keys, std::int32_t delta, std::int32_t x,
+                            std::int32_t y) = 0;
+};
+
+// The keys and the wheel of one window, on their way to the player.
+class WindowInput {
+public:
+    // The player is borrowed.
+    explicit WindowInput(InputTarget& player) : m_player(player) {}
+
+    void KeyPress(const QKeyEvent& event);
+    void KeyRelease(const QKeyEvent& event);
+    void Wheel(QWheelEvent& event);
+
+private:
+    InputTarget& m_player;
+    KeyRepeats m_keyRepeats;
+    WheelTurns m_wheelTurns;
+};
+
+} // namespace lantern
