@@ -5,11 +5,14 @@ set(CMAKE_CXX_STANDARD 20)
 set(CMAKE_CXX_STANDARD_REQUIRED ON)
 set(CMAKE_CXX_EXTENSIONS OFF)
 set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
-set(CMAKE_AUTOMOC ON)
+# Looking for classes with signals of their own costs time at each target, and few have them: those
+# that have switch CMAKE_AUTOMOC on in their folder.
 
 find_program(CCACHE ccache)
 if(CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
-    set(CMAKE_CXX_COMPILER_LAUNCHER ${CCACHE})
+    # It keeps what is compiled with a precompiled header only if it is told that this is wanted.
+    set(CMAKE_CXX_COMPILER_LAUNCHER ${CMAKE_COMMAND} -E env
+        CCACHE_SLOPPINESS=pch_defines,time_macros,include_file_mtime,include_file_ctime ${CCACHE})
 endif()
 
 # Warnings, sanitizers and definitions: linked by every target below.
@@ -45,42 +48,6 @@ function(lantern_program name)
     add_executable(${name} ${arg_SOURCES})
     target_link_libraries(${name} PRIVATE ${arg_LINK} lantern_options)
     set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin)
-endfunction()
-
-# lantern_test(NAME SOURCES file... LINK library... [PROPERTIES name value...])
-# One program of GoogleTest cases, each a test of its own for ctest with the properties given.
-# Under sanitizers their names have a prefix, so that one ctest run can hold both trees.
-function(lantern_test name)
-    cmake_parse_arguments(arg "" "" "SOURCES;LINK;PROPERTIES" ${ARGN})
-    add_executable(${name} ${arg_SOURCES})
-    target_link_libraries(${name} PRIVATE ${arg_LINK} GTest::gmock_main lantern_options)
-    set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/tests)
-    set(prefix "")
-    if(LANTERN_SANITIZE)
-        set(prefix "sanitized.")
-    endif()
-    # A list cannot be a property's value here, hence two properties for two variables.
-    gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60
-        TEST_PREFIX "${prefix}"
-        PROPERTIES TIMEOUT 120 ENVIRONMENT "QT_QPA_PLATFORM=offscreen"
-            ENVIRONMENT_MODIFICATION "QT_FONT_DPI=set:96" ${arg_PROPERTIES})
-endfunction()
-
-# lantern_test_at_ratios(NAME FILTER ratio...)
-# The cases of a test program that fit the filter, once more on screens with that many device
-# pixels to each pixel of the layout.
-function(lantern_test_at_ratios name filter)
-    set(prefix "")
-    if(LANTERN_SANITIZE)
-        set(prefix "sanitized.")
-    endif()
-    foreach(ratio ${ARGN})
-        gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60
-            TEST_PREFIX "${prefix}" TEST_SUFFIX ".at${ratio}x" TEST_FILTER "${filter}"
-            TEST_LIST ${name}_at_${ratio}x
-            PROPERTIES TIMEOUT 120 ENVIRONMENT "QT_QPA_PLATFORM=offscreen"
-                ENVIRONMENT_MODIFICATION "QT_SCALE_FACTOR=set:${ratio}")
-    endforeach()
 endfunction()
 
 # Adds each folder that has a CMakeLists.txt.

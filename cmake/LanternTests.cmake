@@ -1,0 +1,85 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
+# What every test program of this project has in common.
+
+find_program(PYTHON3 python3 REQUIRED)
+set(LANTERN_TEST_SUPPORT ${PROJECT_SOURCE_DIR}/tests/support)
+
+# What most tests include, compiled once: for those that show widgets, and for the others.
+# Tests are not optimised: what they test is, and it is compiling them that takes the time.
+set(LANTERN_TEST_OPTIONS $<$<NOT:$<CONFIG:Debug>>:-O0>)
+foreach(kind Core Widgets)
+    set(owner lantern_test_headers_${kind})
+    add_library(${owner} OBJECT ${LANTERN_TEST_SUPPORT}/NoTest.cpp)
+    target_link_libraries(${owner} PRIVATE Qt6::${kind} GTest::gmock lantern_options)
+    target_compile_options(${owner} PRIVATE ${LANTERN_TEST_OPTIONS})
+    target_precompile_headers(${owner} PRIVATE ${LANTERN_TEST_SUPPORT}/${kind}TestHeaders.h)
+endforeach()
+
+# lantern_test_options(NAME KIND): compiles a target as tests are, with the headers of that kind.
+function(lantern_test_options name kind)
+    target_link_libraries(${name} PRIVATE Qt6::Core GTest::gmock lantern_options)
+    target_compile_options(${name} PRIVATE ${LANTERN_TEST_OPTIONS})
+    target_precompile_headers(${name} REUSE_FROM lantern_test_headers_${kind})
+endfunction()
+
+# lantern_test(NAME [WIDGETS] [ALONE] SOURCES file... LINK library... [SCREENS file]
+#              [CASE_SECONDS n] [LABELS label...])
+# One program of GoogleTest cases, and one test for ctest, which runs them all in one process, and
+# each failed one once more. Under sanitizers its name has a prefix, so that one ctest run can hold
+# both trees.
+#   WIDGETS       shows widgets: its main function makes the application
+#   SCREENS       the screens that the application finds, instead of one
+#   ALONE         measures moments: nothing runs beside it, and it tells each case
+#   CASE_SECONDS  after so long a case is taken to hang
+function(lantern_test name)
+    cmake_parse_arguments(arg "WIDGETS;ALONE" "SCREENS;CASE_SECONDS" "SOURCES;LINK;LABELS" ${ARGN})
+    if(arg_UNPARSED_ARGUMENTS)
+        message(FATAL_ERROR "lantern_test(${name}): what is \"${arg_UNPARSED_ARGUMENTS}\"?")
+    endif()
+    add_executable(${name} ${arg_SOURCES})
+    target_link_libraries(${name} PRIVATE ${arg_LINK})
+    if(arg_WIDGETS)
+        target_sources(${name} PRIVATE ${LANTERN_TEST_SUPPORT}/WidgetsMain.cpp)
+        lantern_test_options(${name} Widgets)
+    else()
+        target_link_libraries(${name} PRIVATE GTest::gmock_main)
+        lantern_test_options(${name} Core)
+    endif()
+    if(arg_SCREENS)
+        target_compile_definitions(${name} PRIVATE LANTERN_SCREENS="${arg_SCREENS}")
+    endif()
+    set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/tests)
+    lantern_add_cases(${name} "" "*" "${arg_CASE_SECONDS}" "${arg_ALONE}" "${arg_LABELS}")
+endfunction()
+
+# lantern_test_at_ratios(NAME FILTER ratio...)
+# The cases of a test program that fit the filter, once more on screens with that many device
+# pixels to each pixel of the layout.
+function(lantern_test_at_ratios name filter)
+    foreach(ratio ${ARGN})
+        lantern_add_cases(${name} ".at${ratio}x" "${filter}" "" FALSE "")
+        set_tests_properties(${test} PROPERTIES
+            ENVIRONMENT_MODIFICATION "QT_SCALE_FACTOR=set:${ratio}")
+    endforeach()
+endfunction()
+
+# One test of ctest; its name is in `test` afterwards.
+function(lantern_add_cases program suffix filter case_seconds is_alone labels)
+    set(test ${program}${suffix})
+    if(LANTERN_SANITIZE)
+        set(test sanitized.${test})
+    endif()
+    set(options "--filter=${filter}")
+    if(case_seconds)
+        list(APPEND options --limit ${case_seconds})
+    endif()
+    if(is_alone)
+        list(APPEND options --show-all)
+    endif()
+    add_test(NAME ${test}
+        COMMAND ${PYTHON3} ${LANTERN_TEST_SUPPORT}/run_cases.py ${options} $<TARGET_FILE:${program}>)
+    # Each case has a limit of its own. That of ctest is for a runner that hangs itself.
+    set_tests_properties(${test} PROPERTIES TIMEOUT 1800 ENVIRONMENT "QT_QPA_PLATFORM=offscreen"
+        RUN_SERIAL "${is_alone}" LABELS "${labels}")
+    set(test ${test} PARENT_SCOPE)
+endfunction()
