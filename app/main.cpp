@@ -1,10 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "InstalledFiles.h"
 #include "MakeAudioEngine.h"
+#include "PathHelpers.h"
+#include "PathText.h"
 #include "RunPlayer.h"
 #include "Version.h"
 #include "f101.h"
 #include "modAPI.h"
 
+#include <array>
 #include <cstdio>
 #include <string_view>
 
@@ -12,17 +16,18 @@ namespace lantern {
 namespace {
 
 constexpr std::string_view kUsage =
-    "Usage: lyric-lantern [TRACK]\n"
+    "Usage: lyric-lantern [TRACK | --demo]\n"
     "Plays a CD+G karaoke track: a .cdg file with its sound beside it, a sound file with its\n"
     ".cdg beside it, a .bin file, or a .zip archive of the two.\n"
     "\n"
-    "      --help     show this text and end\n"
+    "      --demo     play the demo song\n"
+    "  -h, --help     show this text and end\n"
     "      --version  show the version and end\n";
 
 // The text that a first argument asks for; empty if it asks for none.
 std::string_view InformationFor(std::string_view argument)
 {
-    if (argument == "--help")
+    if (argument == "-h" || argument == "--help")
         return kUsage;
     if (argument == "--version")
         return "Lyric Lantern CDG Player " LANTERN_VERSION "\n";
@@ -39,6 +44,19 @@ std::unique_ptr<QWidget> MakeMainWindow(ProgramState& state)
     return window;
 }
 
+int PlayDemo(char* program)
+{
+    const QString song = InstalledFile(QStringLiteral("demo/demo.cdg"));
+    QByteArray path = NativeFromText(song);
+    if (FileCheck(song) != QStringLiteral("FILE")) {
+        std::fprintf(stderr, "lyric-lantern: the demo song is not installed: %s\n",
+                     path.constData());
+        return 1;
+    }
+    std::array arguments = {program, path.data(), static_cast<char*>(nullptr)};
+    return RunPlayer(2, arguments.data(), MakeMainWindow);
+}
+
 } // namespace
 } // namespace lantern
 
@@ -49,5 +67,7 @@ int main(int argc, char** argv)
         std::fwrite(text.data(), 1, text.size(), stdout);
         return 0;
     }
+    if (argc == 2 && std::string_view(argv[1]) == "--demo")
+        return lantern::PlayDemo(argv[0]);
     return lantern::RunPlayer(argc, argv, lantern::MakeMainWindow);
 }

@@ -11,6 +11,7 @@ inline const QString kApplicationTitle = QStringLiteral("Lyric Lantern CDG Playe
 // Its name among all programs: that of its desktop entry, its icons and its windows.
 inline const QString kApplicationId = QStringLiteral("io.github.lyric_lantern.player");
 
-inline const QString kWebSite = QStringLiteral("https://lyric-lantern.example/");
+// What the page is called that OpenWebSite shows. It is installed with the program.
+inline const QString kWebSite = QStringLiteral("The Lyric Lantern page");
 
 } // namespace lantern

@@ -2,6 +2,7 @@
 #include "RunPlayer.h"
 
 #include "Application.h"
+#include "InstalledFiles.h"
 #include "PathText.h"
 #include "ProgramFonts.h"
 #include "RuntimeFolder.h"
@@ -86,11 +87,7 @@ public:
         m_signals.emplace([this] { EndOnRequest(); });
     }
 
-    QString ProgramFile() override
-    {
-        std::error_code error;
-        return TextFromNative(std::filesystem::read_symlink("/proc/self/exe", error).native());
-    }
+    QString ProgramFile() override { return lantern::ProgramFile(); }
 
     void SetCurrentFolder(const QString& folder) override
     {

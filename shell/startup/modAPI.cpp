@@ -1,14 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "modAPI.h"
 
+#include "InstalledFiles.h"
+#include "ShowDocument.h"
 #include "clsOpenSaveDialog.h"
 
 #include <QApplication>
-#include <QDesktopServices>
 #include <QIcon>
 #include <QMessageBox>
 #include <QPointer>
-#include <QUrl>
 #include <QWidget>
 #include <QWindow>
 
@@ -161,7 +161,13 @@ QString ShowOpenDialog(QWidget* owner, const QString& defaultExtension, const QS
 
 void OpenWebSite()
 {
-    QDesktopServices::openUrl(QUrl(kWebSite));
+    const QString page = InstalledFile(QStringLiteral("help/index.html"));
+    ShowDocument(page, [page] {
+        ShowMessage(QStringLiteral("No program could show the page of the player.\nIt is the file "
+                                   "%1")
+                        .arg(page),
+                    InformationIcon);
+    });
 }
 
 } // namespace lantern
