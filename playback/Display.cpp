@@ -25,12 +25,21 @@ Display::Display(PictureMemory& picture, DisplayHost& host, ClipSink& clipboard)
 void Display::PaintDisplay()
 {
     ColourSurroundings();
+    m_isPictureDue = true;
+    m_picture.PictureDirty = false;
+    m_host.PaintSoon();
+}
+
+void Display::ShowPicture()
+{
+    if (!m_isPictureDue)
+        return;
+    m_isPictureDue = false;
     const TwipSize pic = m_host.PicSize();
     const WindowFrame frame = m_host.Frame();
     m_picture.Buffers().FGvbscale(m_picture.ViewLeft, m_picture.ViewLeft + kVisibleWidth - 1,
                                   m_picture.ViewTop, m_picture.ViewTop + kVisibleHeight - 1, 0,
                                   pic.width / frame.twipsX, 0, pic.height / frame.twipsY);
-    m_picture.PictureDirty = false;
 }
 
 // Every paint compares, so that a steady border costs no update of a control.

@@ -19,7 +19,11 @@ class Display : public Painter {
 public:
     Display(PictureMemory& picture, DisplayHost& host, ClipSink& clipboard);
 
+    // Colours the surroundings, and has the picture shown with the window's next painting. Of
+    // several in a row only the last can be seen, and only that one is scaled.
     void PaintDisplay() override;
+    // Scales the picture if PaintDisplay asked for it. For the host, as it begins to paint.
+    void ShowPicture();
 
     // The step that comes nearest to the current size; 0 in full screen.
     int NearestZoom();
@@ -47,6 +51,7 @@ private:
     PictureMemory& m_picture;
     DisplayHost& m_host;
     ClipSink& m_clipboard;
+    bool m_isPictureDue = false;
 };
 
 } // namespace lantern

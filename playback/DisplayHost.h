@@ -41,6 +41,10 @@ public:
     virtual void ShowToolbar(bool visible) = 0;
     virtual void ShowSkinner(bool visible) = 0;
 
+    // Has the window painted as soon as what goes on has ended, beginning with ShowPicture. Asked
+    // several times, it is painted once.
+    virtual void PaintSoon() = 0;
+
     // Seconds on a clock that never stands at 0 and is never set.
     virtual double SystemTimer() = 0;
 };

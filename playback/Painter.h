@@ -8,7 +8,7 @@ namespace lantern {
 class Painter {
 public:
     virtual ~Painter() = default;
-    // Shows the picture as it stands and clears PictureMemory's PictureDirty.
+    // Has the picture shown and clears PictureMemory's PictureDirty.
     virtual void PaintDisplay() = 0;
 };
 

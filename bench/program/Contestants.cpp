@@ -18,16 +18,21 @@ constexpr int kPacketsPerTile = 5; // sixty tiles a second: fast lyrics
 constexpr int kPacketsPerColourLoad = 600;
 constexpr float kAudible = 0.01F;
 
+Packet::Colours RandomColours(std::mt19937& random)
+{
+    Packet::Colours colours = {};
+    for (QRgb& colour : colours)
+        colour = 0xFF000000U | static_cast<QRgb>(random() & 0xFFFFFFU);
+    return colours;
+}
+
 PacketSheet BusyPackets()
 {
     PacketSheet packets(kSeconds);
     std::mt19937 random(1);
     for (int number = 1; number <= static_cast<int>(kSeconds * 300); ++number) {
         if (number % kPacketsPerColourLoad == 1) {
-            Packet::Colours colours = {};
-            for (QRgb& colour : colours)
-                colour = 0xFF000000U | static_cast<QRgb>(random() & 0xFFFFFFU);
-            packets.Put(number, Packet::LoadColoursLow(colours));
+            packets.Put(number, Packet::LoadColoursLow(RandomColours(random)));
         } else if (number % kPacketsPerTile == 0) {
             std::array<std::uint8_t, 12> rows = {};
             for (std::uint8_t& row : rows)
@@ -36,6 +41,26 @@ PacketSheet BusyPackets()
                                              static_cast<int>(random() % 18), 0,
                                              static_cast<int>(1 + random() % 7), rows));
         }
+    }
+    return packets;
+}
+
+PacketSheet ColourPackets()
+{
+    constexpr int kTiles = 50 * 18;
+    PacketSheet packets(kSeconds);
+    std::mt19937 random(1);
+    for (int number = 1; number <= kTiles; ++number) {
+        std::array<std::uint8_t, 12> rows = {};
+        for (std::uint8_t& row : rows)
+            row = static_cast<std::uint8_t>(random() % 64);
+        packets.Put(number, Packet::Tile((number - 1) % 50, (number - 1) / 50, number % 8,
+                                         8 + number % 8, rows));
+    }
+    for (int number = kTiles + 1; number <= static_cast<int>(kSeconds * 300); ++number) {
+        const Packet::Colours colours = RandomColours(random);
+        packets.Put(number, number % 2 == 0 ? Packet::LoadColoursLow(colours)
+                                            : Packet::LoadColoursHigh(colours));
     }
     return packets;
 }
@@ -62,14 +87,23 @@ Stage::Stage(int width, int height)
     Chord().WriteMp3(audio);
 }
 
-std::unique_ptr<Player> StartPlayer(Stage& stage, const std::string& program)
+std::unique_ptr<Player> StartPlayer(Stage& stage, const std::string& program,
+                                    const std::filesystem::path& track)
 {
-    auto player = std::make_unique<Player>(
-        stage.screen, stage.sound.Environment(), stage.home,
-        PlayerStart{.arguments = {stage.track.string()}, .program = program});
+    const std::string opened = track.empty() ? stage.track.string() : track.string();
+    auto player = std::make_unique<Player>(stage.screen, stage.sound.Environment(), stage.home,
+                                           PlayerStart{.arguments = {opened}, .program = program});
     if (!player->AwaitWindow())
         throw std::runtime_error("the player did not start: " + player->Log());
     return player;
+}
+
+std::filesystem::path WriteColourLoads(const Stage& stage)
+{
+    const std::filesystem::path track = stage.folder / "colours.cdg";
+    ColourPackets().Write(track);
+    std::filesystem::copy_file(stage.audio, stage.folder / "colours.mp3");
+    return track;
 }
 
 std::unique_ptr<Process> StartYardstick(const Stage& stage, const std::vector<std::string>& options,

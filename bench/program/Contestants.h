@@ -29,8 +29,13 @@ struct Stage {
 };
 
 // Our player with a track, playing, with its window on the screen. The program may be another
-// build of it.
-std::unique_ptr<test::Player> StartPlayer(Stage& stage, const std::string& program = {});
+// build of it, and the track another than the busy one.
+std::unique_ptr<test::Player> StartPlayer(Stage& stage, const std::string& program = {},
+                                          const std::filesystem::path& track = {});
+
+// A track over the same sound that loads half of the colour table in every packet, under a picture
+// of all sixteen colours: each of its packets changes the whole picture.
+std::filesystem::path WriteColourLoads(const Stage& stage);
 
 // The yardstick: a well-known player of sound, as plain as it gets.
 std::unique_ptr<test::Process> StartYardstick(const Stage& stage,

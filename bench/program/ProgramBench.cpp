@@ -73,9 +73,10 @@ double ProcessorPercent(const Process& process, const Effort& effort)
 
 // The player playing after some keys.
 double PlayerPercent(Stage& stage, const std::vector<std::pair<std::string, int>>& keys,
-                     const Effort& effort, const std::string& program = {})
+                     const Effort& effort, const std::string& program = {},
+                     const std::filesystem::path& track = {})
 {
-    const std::unique_ptr<Player> player = StartPlayer(stage, program);
+    const std::unique_ptr<Player> player = StartPlayer(stage, program, track);
     Hand hand(stage.screen);
     for (const auto& [key, times] : keys) {
         for (int i = 0; i < times; ++i)
@@ -128,6 +129,22 @@ Measurement MeasureFullScreen(const Effort& effort)
             return PlayerPercent(stage, {{"f", 1}}, effort);
         },
         [&] { return PlayerPercent(stage, {}, effort); });
+}
+
+// The dearest picture there is, beside the demo song.
+Measurement MeasureColourLoads(Effort effort)
+{
+    effort.warmUp += 4s; // its tiles are drawn, and what it may spend at once is spent
+    Stage stage(3840, 2160);
+    const std::filesystem::path colours = WriteColourLoads(stage);
+    const std::filesystem::path demo = LANTERN_DEMO_FOLDER "/demo.cdg";
+    const auto percent = [&](const std::filesystem::path& track) {
+        return PlayerPercent(stage, {{"f", 1}}, effort, {}, track);
+    };
+    return Compare(
+        "processor, new colours in every packet, full screen at 3840 x 2160", "% of a core",
+        "the demo song there", effort, [&] { return percent(colours); },
+        [&] { return percent(demo); });
 }
 
 Measurement MeasureMemory(Stage& stage)
@@ -366,6 +383,7 @@ void Run(const Effort& effort)
     for (Measurement& measurement : MeasureProcessor(stage, effort))
         all.push_back(std::move(measurement));
     all.push_back(MeasureFullScreen(effort));
+    all.push_back(MeasureColourLoads(effort));
     all.push_back(MeasureDrag(effort));
     all.push_back(MeasureMemory(stage));
     Print(all);

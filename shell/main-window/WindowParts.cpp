@@ -5,6 +5,8 @@
 #include "PlayerLook.h"
 #include "ScreenMetrics.h"
 
+#include <QCoreApplication>
+#include <QEvent>
 #include <QPainter>
 #include <QPixmap>
 
@@ -60,10 +62,11 @@ void WindowParts::SetPointersBlank(bool blank)
     m_window.setCursor(pointer);
 }
 
+// The picture covers its own area, but for pixels that its edges may cut.
 void WindowParts::PaintBackground(const QRegion& exposed)
 {
     QPainter painter(&m_window);
-    for (const QRect& rect : exposed)
+    for (const QRect& rect : exposed - m_pic.geometry().adjusted(1, 1, -1, -1))
         painter.fillRect(rect, QColor::fromRgb(ResolveColour(m_backColor)));
 }
 
@@ -143,6 +146,12 @@ void WindowParts::ShowToolbar(bool visible)
     m_bar.SetVisible(visible);
     SetPointersBlank(!visible);
     Layout();
+}
+
+// The toolkit's own request for a painting, of which never more than one waits.
+void WindowParts::PaintSoon()
+{
+    QCoreApplication::postEvent(&m_window, new QEvent(QEvent::UpdateRequest), Qt::LowEventPriority);
 }
 
 double WindowParts::SystemTimer()

@@ -62,6 +62,7 @@ public:
     void LockWindowUpdate(bool locked) override;
     void ShowToolbar(bool visible) override;
     void ShowSkinner(bool visible) override { m_skinner.setVisible(visible); }
+    void PaintSoon() override;
     double SystemTimer() override;
 
 private:

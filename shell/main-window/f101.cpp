@@ -12,6 +12,8 @@
 #include <QCloseEvent>
 #include <QCoreApplication>
 
+#include <cmath>
+
 namespace lantern {
 namespace {
 
@@ -32,8 +34,8 @@ f101::f101(ProgramState& state, std::unique_ptr<AudioEngine> engine, ShowWarning
     : m_state(state), m_showWarning(std::move(showWarning)),
       m_parts(*this, {state.TwipsX, state.TwipsY}), m_mouse(*this, m_parts),
       m_picDrop(m_parts.Pic(), [this](const QString& path) { OpenMedia(path); }), m_popMenu(*this),
-      m_picture(m_buffers), m_display(m_picture, m_parts, m_clipboard),
-      m_interpreter(m_picture, m_display), m_engine(std::move(engine)), m_audio(*m_engine, *this),
+      m_picture(m_buffers), m_display(m_picture, m_parts, m_clipboard), m_pace(m_display, m_parts),
+      m_interpreter(m_picture, m_pace), m_engine(std::move(engine)), m_audio(*m_engine, *this),
       m_refresh(m_parts.Bar(), *m_engine, m_audio, m_track),
       m_clock(*m_engine, m_track, m_picture, m_interpreter, m_display, *this),
       m_loader(m_track, *m_engine, *this, {[] { return MakeZipHandler(); }, state.AppPath}),
@@ -54,7 +56,10 @@ void f101::ConnectParts()
         if (m_isLoaded)
             m_display.PaintDisplay();
     };
-    m_parts.Pic().PaintPicture = [this] { m_display.PaintDisplay(); };
+    m_parts.Pic().PaintPicture = [this] {
+        m_display.PaintDisplay();
+        m_display.ShowPicture();
+    };
     m_parts.Bar().Click = [this](CommandId command) { MainPopup(command); };
     m_parts.Bar().SliderChange = [this] { m_clock.HandleSliderScroll(); };
     m_parts.Bar().VolumeChange = [this] { VolumeMoved(); };
@@ -63,6 +68,8 @@ void f101::ConnectParts()
     m_popMenu.Click = [this](const QString& key) { MenuClick(key); };
     m_engine->SoundDone = [this] { m_clock.HandleSoundDone(); };
     m_timer1.callOnTimeout(this, [this] { UpdatePlayer(); });
+    m_paintTimer.setSingleShot(true);
+    m_paintTimer.callOnTimeout(this, [this] { m_parts.PaintSoon(); });
 }
 
 f101::~f101()
@@ -211,7 +218,21 @@ bool f101::event(QEvent* event)
         m_picture.RealizePalette();
         m_parts.Refresh();
     }
-    return QWidget::event(event);
+    return event->type() == QEvent::UpdateRequest ? Paint(event) : QWidget::event(event);
+}
+
+// All that the window has to paint is painted here, except what another window uncovers.
+bool f101::Paint(QEvent* request)
+{
+    if (const double seconds = m_pace.SecondsToWait(); seconds > 0) {
+        m_paintTimer.start(static_cast<int>(std::ceil(seconds * 1000)));
+        return true;
+    }
+    const double begin = m_parts.SystemTimer();
+    m_display.ShowPicture();
+    const bool isDone = QWidget::event(request);
+    m_pace.NotePainted(begin);
+    return isDone;
 }
 
 void f101::keyPressEvent(QKeyEvent* event)

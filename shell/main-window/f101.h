@@ -12,6 +12,7 @@
 #include "MediaLoader.h"
 #include "OptionsHost.h"
 #include "PacketInterpreter.h"
+#include "PaintPace.h"
 #include "PicDrop.h"
 #include "PictureMemory.h"
 #include "PlaybackClock.h"
@@ -84,6 +85,7 @@ protected:
 
 private:
     void ConnectParts();
+    bool Paint(QEvent* request);
     void OpenCommandLine();
     void Unload();
     void VolumeMoved();
@@ -133,6 +135,7 @@ private:
     VirtualBuffers m_buffers;
     PictureMemory m_picture;
     Display m_display;
+    PaintPace m_pace;
     PacketInterpreter m_interpreter;
 
     std::unique_ptr<AudioEngine> m_engine;
@@ -146,6 +149,7 @@ private:
     CommandLink m_link;
     WindowInput m_input;
     QTimer m_timer1;
+    QTimer m_paintTimer;                   // runs while a painting is held back
     std::unique_ptr<frmOptions> m_options; // made at the first touch
     bool m_isLoaded = false;
 };

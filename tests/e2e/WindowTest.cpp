@@ -112,8 +112,9 @@ TEST_F(PlayerWindow, AFullScreenByTheWindowManagerComesBackAsItWasByAKey)
     const QPoint move = wanted.topLeft() - before.topLeft();
     DragGently(PicturePoint(), {move.x(), move.y()});
     ASSERT_TRUE(AwaitArea(before.translated(move)));
-    DragGently({wanted.x() + before.width() - 2, wanted.y() + before.height() - 2},
-               {wanted.width() - before.width(), wanted.height() - before.height()});
+    const QPoint corner = player->WindowArea().bottomRight();
+    const QPoint growth = wanted.bottomRight() - corner;
+    DragGently({corner.x() - 1, corner.y() - 1}, {growth.x(), growth.y()});
     ASSERT_TRUE(AwaitArea(wanted)) << player->WindowArea().width();
     const QRect normal = player->WindowArea();
 

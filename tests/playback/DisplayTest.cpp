@@ -1,116 +1,16 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "Display.h"
 #include "PacketInterpreter.h"
+#include "Recorders.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-
-#include <string>
-#include <vector>
 
 namespace lantern {
 namespace {
 
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
-
-// A window that stands in memory and writes down what is done to it.
-class RecorderHost : public DisplayHost {
-public:
-    std::vector<std::string> Log;
-    ColourValue BackColor = 0x0040C0;
-    ColourValue TextBackColor = 0;
-    ColourValue TextForeColor = 0xFFFFFF;
-    ColourValue PicBackColor = 0;
-    ColourValue SkinnerBackColor = 0;
-    QString Caption;
-    bool TextVisible = false;
-    TwipSize Pic = {288 * 15, 192 * 15};
-    TwipSize PicInFullScreen = {1200 * 15, 800 * 15};
-    bool Maximised = false;
-    TwipRect Window;
-    double Seconds = 1;
-    std::int32_t MarginX = 0;
-
-    ColourValue WindowBackColor() override { return BackColor; }
-    void SetWindowBackColor(ColourValue colour) override { Set(BackColor, colour, "window"); }
-    void SetPicBackColor(ColourValue colour) override { Set(PicBackColor, colour, "pic"); }
-    void SetSkinnerBackColor(ColourValue colour) override
-    {
-        Set(SkinnerBackColor, colour, "skinner");
-    }
-    void SetSystemTextBackColor(ColourValue colour) override
-    {
-        Set(TextBackColor, colour, "text back");
-    }
-    ColourValue SystemTextForeColor() override { return TextForeColor; }
-    void SetSystemTextForeColor(ColourValue colour) override
-    {
-        Set(TextForeColor, colour, "text fore");
-    }
-    void SetSystemTextCaption(const QString& caption) override { Caption = caption; }
-    void ShowSystemText(bool visible) override { TextVisible = visible; }
-    TwipSize PicSize() override { return Maximised ? PicInFullScreen : Pic; }
-    WindowFrame Frame() override { return {15, 15, MarginX, 720}; }
-    TwipSize DesktopSize() override { return {1280 * 15, 800 * 15}; }
-    bool IsMaximised() override { return Maximised; }
-    void SetMaximised(bool maximised) override
-    {
-        Log.emplace_back(maximised ? "maximise" : "normal");
-        Maximised = maximised;
-    }
-    void CalcMargins() override
-    {
-        Log.emplace_back("margins");
-        MarginX = Maximised ? 300 : 375;
-    }
-    void MoveWindow(const TwipRect& rect) override
-    {
-        Log.emplace_back("move");
-        Window = rect;
-    }
-    void LockWindowUpdate(bool locked) override { Log.emplace_back(locked ? "lock" : "unlock"); }
-    void ShowToolbar(bool visible) override
-    {
-        Log.emplace_back(visible ? "toolbar" : "no toolbar");
-    }
-    void ShowSkinner(bool visible) override { Log.emplace_back(visible ? "skin" : "no skin"); }
-    double SystemTimer() override { return Seconds; }
-
-private:
-    void Set(ColourValue& field, ColourValue colour, const char* name)
-    {
-        field = colour;
-        Log.emplace_back(name);
-    }
-};
-
-class RecorderClipboard : public ClipSink {
-public:
-    int Width = 0;
-    int Height = 0;
-    std::vector<std::uint32_t> Pixels;
-
-    void SetImage(const ClipImage& image) override
-    {
-        Width = image.width;
-        Height = image.height;
-        Pixels.assign(image.pixels.begin(), image.pixels.end());
-    }
-};
-
-// A surface in memory, one device pixel a unit.
-class RecorderSurface : public ScaleSurface {
-public:
-    int Width = 288;
-    int Height = 192;
-    std::vector<std::uint32_t> Pixels = std::vector<std::uint32_t>(288 * 192);
-    int Changes = 0;
-
-    SurfaceImage Image() override { return {Pixels.data(), Width, Height, Width, 1.0, 1}; }
-    void Changed(const DeviceRect&) override { ++Changes; }
-    std::uint32_t At(int x, int y) const { return Pixels[static_cast<std::size_t>(y * 288 + x)]; }
-};
 
 class DisplayTest : public ::testing::Test {
 protected:
@@ -127,6 +27,12 @@ protected:
         picture.ColourTable[first + 1] = green;
         picture.ColourTable[first + 2] = blue;
         picture.SendColours();
+    }
+
+    void Paint()
+    {
+        display.PaintDisplay();
+        display.ShowPicture();
     }
 
     RecorderSurface surface;
@@ -182,7 +88,7 @@ TEST_F(DisplayTest, APaintShowsTheVisiblePartAndClearsTheDirtyMark)
     buffers.FGsetcolor(3);
     buffers.FGrect(6, 6, 12, 12);
     picture.PictureDirty = true;
-    display.PaintDisplay();
+    Paint();
     EXPECT_FALSE(picture.PictureDirty);
     EXPECT_EQ(surface.At(0, 0), 0xFFFFAA11u);
     EXPECT_EQ(surface.At(1, 0), 0xFF000000u);
@@ -197,7 +103,7 @@ TEST_F(DisplayTest, TheViewMovesOverThePictureAndBeyondItsEdge)
     buffers.FGrect(0, 299, 0, 215);
     picture.ViewLeft = 13;
     picture.ViewTop = 27;
-    display.PaintDisplay();
+    Paint();
     EXPECT_EQ(surface.At(286, 188), 0xFFFFAA11u);
     EXPECT_EQ(surface.At(287, 0), 0xFF111111u);
     EXPECT_EQ(surface.At(0, 189), 0xFF111111u);
@@ -205,15 +111,48 @@ TEST_F(DisplayTest, TheViewMovesOverThePictureAndBeyondItsEdge)
 
 TEST_F(DisplayTest, AnUnchangedPictureIsNotDrawnAgain)
 {
-    display.PaintDisplay();
+    Paint();
     const int changes = surface.Changes;
-    display.PaintDisplay();
+    Paint();
     EXPECT_EQ(surface.Changes, changes);
+}
+
+TEST_F(DisplayTest, APaintIsDoneForThePacketsAtOnceAndSeenWithTheNextPainting)
+{
+    SetColour(0, 0x11, 0x22, 0x33);
+    picture.PictureDirty = true;
+    display.PaintDisplay();
+    EXPECT_FALSE(picture.PictureDirty);
+    EXPECT_EQ(host.BackColor, 0x332211u);
+    EXPECT_EQ(host.PaintsAsked, 1);
+    EXPECT_EQ(surface.Scales, 0);
+    display.ShowPicture();
+    EXPECT_EQ(surface.At(0, 0), 0xFF112233u);
+}
+
+TEST_F(DisplayTest, OfSeveralPaintsInARowOnlyTheLastIsScaled)
+{
+    for (const int red : {0x11, 0x22, 0x33}) {
+        SetColour(0, static_cast<std::uint8_t>(red), 0, 0);
+        display.PaintDisplay();
+    }
+    display.ShowPicture();
+    EXPECT_EQ(surface.Scales, 1);
+    EXPECT_EQ(surface.At(0, 0), 0xFF330000u);
+}
+
+TEST_F(DisplayTest, WithoutAPaintNothingIsScaled)
+{
+    display.ShowPicture();
+    EXPECT_EQ(surface.Scales, 0);
+    Paint();
+    display.ShowPicture();
+    EXPECT_EQ(surface.Scales, 1);
 }
 
 TEST_F(DisplayTest, APicWithoutAreaIsPaintedWithoutHarm)
 {
-    display.PaintDisplay();
+    Paint();
     const std::vector<std::uint32_t> before = surface.Pixels;
     const int changes = surface.Changes;
     const TwipSize whole = host.Pic;
@@ -221,13 +160,13 @@ TEST_F(DisplayTest, APicWithoutAreaIsPaintedWithoutHarm)
     for (const TwipSize size : {TwipSize{0, 0}, TwipSize{14, 14}}) { // less than a pixel
         host.Pic = size;
         picture.PictureDirty = true;
-        display.PaintDisplay();
+        Paint();
         EXPECT_FALSE(picture.PictureDirty);
         EXPECT_EQ(surface.Changes, changes);
         EXPECT_EQ(surface.Pixels, before);
     }
     host.Pic = whole;
-    display.PaintDisplay();
+    Paint();
     EXPECT_EQ(surface.At(0, 0), 0xFFFF0000u);
     EXPECT_EQ(surface.At(287, 191), 0xFFFF0000u);
 }
