@@ -18,7 +18,8 @@ namespace {
 constexpr std::string_view kUsage =
     "Usage: lyric-lantern [TRACK | --demo]\n"
     "Plays a CD+G karaoke track: a .cdg file with its sound beside it, a sound file with its\n"
-    ".cdg beside it, a .bin file, or a .zip archive of the two.\n"
+    ".cdg beside it, a .bin file, or a .zip archive of the two. A file:// address will do, too,\n"
+    "and a name that begins with a dash is one behind \"--\".\n"
     "\n"
     "      --demo     play the demo song\n"
     "  -h, --help     show this text and end\n"

@@ -2,6 +2,7 @@
 #include "f101.h"
 
 #include "Application.h"
+#include "Complaint.h"
 #include "MakeZipHandler.h"
 #include "PlayerSettings.h"
 #include "Version.h"
@@ -114,8 +115,12 @@ void f101::OpenCommandLine()
 {
     if (m_state.DebugRun)
         return;
-    if (const QString track = GetCommandArgs(m_state.Arguments); !track.trimmed().isEmpty())
-        OpenMedia(track);
+    const QString track = GetCommandArgs(m_state.Arguments);
+    if (track.trimmed().isEmpty())
+        return;
+    const QString message = m_loader.OpenMedia(track);
+    if (m_track.ClipCount() == 0)
+        Complain(OpeningComplaint(message, track));
 }
 
 // The lock goes before all that takes time: a new start may then run beside this one.

@@ -2,6 +2,7 @@
 #include "RunPlayer.h"
 
 #include "Application.h"
+#include "Complaint.h"
 #include "InstalledFiles.h"
 #include "PathText.h"
 #include "ProgramFonts.h"
@@ -73,6 +74,7 @@ public:
 
     void ExecuteDDE(const QString& commandArgs) override
     {
+        Complain(NameComplaint(commandArgs));
         fDDE(m_state.InstanceMutex.LinkPath()).ExecuteDDE(commandArgs);
         EndStartNotice();
     }
