@@ -22,24 +22,28 @@ function(lantern_test_options name kind)
     target_precompile_headers(${name} REUSE_FROM lantern_test_headers_${kind})
 endfunction()
 
-# lantern_test(NAME [WIDGETS] [ALONE] SOURCES file... LINK library... [SCREENS file]
+# lantern_test(NAME [WIDGETS] [ALONE] SOURCES file... LINK library... [MAIN file] [SCREENS file]
 #              [CASE_SECONDS n] [LABELS label...])
 # One program of GoogleTest cases, and one test for ctest, which runs them all in one process, and
 # each failed one once more. Under sanitizers its name has a prefix, so that one ctest run can hold
 # both trees.
 #   WIDGETS       shows widgets: its main function makes the application
+#   MAIN          has its main function in this file
 #   SCREENS       the screens that the application finds, instead of one
 #   ALONE         measures moments: nothing runs beside it, and it tells each case
 #   CASE_SECONDS  after so long a case is taken to hang
 function(lantern_test name)
-    cmake_parse_arguments(arg "WIDGETS;ALONE" "SCREENS;CASE_SECONDS" "SOURCES;LINK;LABELS" ${ARGN})
+    cmake_parse_arguments(arg "WIDGETS;ALONE" "MAIN;SCREENS;CASE_SECONDS" "SOURCES;LINK;LABELS" ${ARGN})
     if(arg_UNPARSED_ARGUMENTS)
         message(FATAL_ERROR "lantern_test(${name}): what is \"${arg_UNPARSED_ARGUMENTS}\"?")
     endif()
     add_executable(${name} ${arg_SOURCES})
     target_link_libraries(${name} PRIVATE ${arg_LINK})
     if(arg_WIDGETS)
-        target_sources(${name} PRIVATE ${LANTERN_TEST_SUPPORT}/WidgetsMain.cpp)
+        if(NOT arg_MAIN)
+            set(arg_MAIN ${LANTERN_TEST_SUPPORT}/WidgetsMain.cpp)
+        endif()
+        target_sources(${name} PRIVATE ${arg_MAIN})
         lantern_test_options(${name} Widgets)
     else()
         target_link_libraries(${name} PRIVATE GTest::gmock_main)

@@ -94,11 +94,6 @@ class CommandLinkTest : public ::testing::Test {
 protected:
     CommandLinkTest() : m_lock(m_folder.path().toUtf8())
     {
-        static int argc = 1;
-        static char name[] = "test";
-        static char* argv[] = {name, nullptr};
-        if (!QCoreApplication::instance())
-            new QCoreApplication(argc, argv);
         EXPECT_EQ(m_lock.Take(), LockResult::Taken);
     }
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// One instance, as the player starts: the first one prints "first", then a line for each command;
-// a later one hands its arguments over and ends.
+#include "LinkPartner.h"
+
 #include "CommandArgs.h"
 #include "CommandLink.h"
 #include "InstanceLock.h"
@@ -31,7 +31,9 @@ public:
     }
 };
 
-int Run(int argc, char** argv)
+} // namespace
+
+int RunLinkPartner(int argc, char** argv)
 {
     InstanceLock lock{RuntimeFolder()};
     const LockResult result = lock.Take();
@@ -49,10 +51,4 @@ int Run(int argc, char** argv)
     return QCoreApplication::exec();
 }
 
-} // namespace
 } // namespace lantern
-
-int main(int argc, char** argv)
-{
-    return lantern::Run(argc, argv);
-}

@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 // The lock and the link between real processes.
+#include "LinkPartner.h"
+
+#include <QCoreApplication>
 #include <QDir>
 #include <QElapsedTimer>
 #include <QProcess>
@@ -21,10 +24,11 @@ protected:
         auto process = std::make_unique<QProcess>();
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
         environment.insert(QStringLiteral("XDG_RUNTIME_DIR"), m_runtimeFolder);
+        environment.insert(QLatin1String(lantern::kLinkPartner), QStringLiteral("1"));
         process->setProcessEnvironment(environment);
         // A test that fails must not leave an instance behind.
         process->setChildProcessModifier([] { prctl(PR_SET_PDEATHSIG, SIGKILL); });
-        process->start(QStringLiteral(LINK_PARTNER), arguments);
+        process->start(QCoreApplication::applicationFilePath(), arguments);
         EXPECT_TRUE(process->waitForStarted());
         return process;
     }

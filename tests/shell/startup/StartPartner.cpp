@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The start of the player around an empty main window, which tells what it finds and when a message
-// stands before it and, told to "quit", closes itself.
+#include "StartPartner.h"
+
 #include "CommandLink.h"
 #include "PathText.h"
 #include "RunPlayer.h"
@@ -68,11 +68,11 @@ private:
 };
 
 } // namespace
-} // namespace lantern
 
-int main(int argc, char** argv)
+int RunStartPartner(int argc, char** argv)
 {
-    return lantern::RunPlayer(argc, argv, [](lantern::ProgramState& state) {
-        return std::make_unique<lantern::EmptyWindow>(state);
-    });
+    return RunPlayer(argc, argv,
+                     [](ProgramState& state) { return std::make_unique<EmptyWindow>(state); });
 }
+
+} // namespace lantern

@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 // The start of the player in processes of its own, around an empty main window.
+#include "StartPartner.h"
+
+#include <QCoreApplication>
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
@@ -23,12 +26,14 @@ protected:
         m_environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
         m_environment.insert(QStringLiteral("QT_FONT_DPI"), QStringLiteral("96"));
         m_environment.insert(QStringLiteral("appdata"), In("roaming"));
+        m_environment.insert(QLatin1String(lantern::kStartPartner), QStringLiteral("1"));
     }
 
     QString In(const char* name) const { return m_folder.path() + u'/' + QLatin1String(name); }
 
-    std::unique_ptr<QProcess> Start(const QStringList& arguments = {},
-                                    const QString& program = QStringLiteral(START_PARTNER))
+    std::unique_ptr<QProcess>
+    Start(const QStringList& arguments = {},
+          const QString& program = QCoreApplication::applicationFilePath())
     {
         auto process = std::make_unique<QProcess>();
         process->setProcessEnvironment(m_environment);
@@ -99,20 +104,21 @@ protected:
 TEST_F(StartProcessTest, TheStateIsThereWhenTheWindowComes)
 {
     const auto player = Start({QStringLiteral("My Song.cdg")});
-    const QString folder = QFileInfo(QStringLiteral(START_PARTNER)).path();
+    const QString program = QCoreApplication::applicationFilePath();
+    const QString folder = QFileInfo(program).path();
     EXPECT_EQ(Line(*player), "AppPath " + folder.toStdString() + "/");
     EXPECT_EQ(Line(*player), "UserDataPath " + In("roaming/Lyric Lantern/").toStdString());
     EXPECT_EQ(Line(*player), "TwipsX 15");
     EXPECT_EQ(Line(*player), "Current " + folder.toStdString());
     EXPECT_EQ(Line(*player), "Args \"" + In("My Song.cdg").toStdString() + "\"");
-    EXPECT_EQ(SettingsFile(), "playerpath\t" + folder.toStdString() + "/start_partner.exe\r\n");
+    EXPECT_EQ(SettingsFile(), "playerpath\t" + program.toStdString() + ".exe\r\n");
     EXPECT_EQ(Quit(*player), 0);
 }
 
 TEST_F(StartProcessTest, AProgramOfAnotherNameRecordsThatName)
 {
     const QString renamed = In("Sing Along");
-    ASSERT_TRUE(QFile::copy(QStringLiteral(START_PARTNER), renamed));
+    ASSERT_TRUE(QFile::copy(QCoreApplication::applicationFilePath(), renamed));
     const auto player = Start({}, renamed);
     EXPECT_EQ(ArgsOf(*player), "Args");
     EXPECT_EQ(SettingsFile(), "playerpath\t" + renamed.toStdString() + ".exe\r\n");
