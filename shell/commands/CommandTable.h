@@ -60,7 +60,7 @@ inline constexpr std::array kCommandTable = {
     Command{CommandId::CopyPicture, u"Copy Screen to ClipBoard (C)", u"Copy Screen",
             [](const CommandTargets& to) { to.display.CopyToClipboard(); }},
     Command{CommandId::Options, u"Options (ESC)", u"",
-            [](const CommandTargets& to) { to.window.ToggleOptions(false); }},
+            [](const CommandTargets& to) { to.window.ToggleOptions(to.window.IsAboutShown()); }},
     Command{CommandId::About, u"", u"About %1 ",
             [](const CommandTargets& to) { to.window.ShowAbout(); }},
     Command{CommandId::Exit, u"Exit (Alt+F4)", u"Exit %1",

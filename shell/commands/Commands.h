@@ -22,6 +22,7 @@ public:
     virtual void ShowOpenDialog() = 0; // and opens what the user chose
     // Shows the options, or hides them if they are shown. With force they are shown in any case.
     virtual void ToggleOptions(bool force) = 0;
+    virtual bool IsAboutShown() = 0; // in the place of the options
     virtual void ShowAbout() = 0;
     virtual void OpenWebSite() = 0;
     virtual void Exit() = 0;

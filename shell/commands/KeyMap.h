@@ -37,7 +37,11 @@ struct KeyBinding {
 
 // The first row that matches counts.
 inline constexpr std::array kKeyMap = {
-    KeyBinding{KeyCode::Escape, kAnyShift, CommandId::Options},
+    // Unlike the button, it hides the About panel, too.
+    KeyBinding{KeyCode::Escape,
+               kAnyShift,
+               {},
+               [](const CommandTargets& to) { to.window.ToggleOptions(false); }},
     KeyBinding{KeyCode::O, kAnyShift, CommandId::Open},
     KeyBinding{KeyCode::P, kAnyShift, CommandId::Play},
     KeyBinding{KeyCode::Blank, kAnyShift, CommandId::Play},

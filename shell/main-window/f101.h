@@ -118,6 +118,7 @@ private:
 
     // CommandWindow
     void ShowOpenDialog() override;
+    bool IsAboutShown() override;
     void ShowAbout() override;
     void OpenWebSite() override; // OptionsHost, too
     void Exit() override;

@@ -118,6 +118,11 @@ void f101::ShowOpenDialog()
         OpenMedia(path);
 }
 
+bool f101::IsAboutShown()
+{
+    return Options().IsAboutShown();
+}
+
 void f101::ShowAbout()
 {
     Options().ShowForm(kAboutForm.toString());

@@ -35,6 +35,8 @@ public:
 
     // "OPTIONS" shows the options, "NONE" hides the window, any other word shows the About panel.
     void ShowForm(const QString& word);
+    bool IsAboutShown() const { return isVisible() && m_front == OptionsPanel::SkinAbout; }
+    QWidget& PanelInFront() { return Panel(m_front); }
 
     // Read and written by the player. Setting the value of a slider to another one acts as if the
     // user had moved it.

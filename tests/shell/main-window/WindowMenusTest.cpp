@@ -206,6 +206,29 @@ TEST_F(WindowMenusTest, ThreeKeysAndTheMenuTellAboutTheProgram)
     EXPECT_TRUE(Options().isVisible());
 }
 
+TEST_F(WindowMenusTest, TheButtonBringsTheOptionsInPlaceOfTheAboutPanelAndEscapeHidesBoth)
+{
+    Load();
+    const auto areOptionsInFront = [this] {
+        const QLabel& label = Options().lab(0);
+        return Options().isVisible() && Options().childAt(label.geometry().center()) == &label;
+    };
+    Press('A');
+    ASSERT_TRUE(Options().isVisible());
+    ASSERT_FALSE(areOptionsInFront());
+    Click(MiddleOf("tBtn(14)"));
+    EXPECT_TRUE(areOptionsInFront());
+    Click(MiddleOf("tBtn(14)"));
+    EXPECT_FALSE(Options().isVisible());
+    Press('A');
+    Press(KeyCode::Escape);
+    EXPECT_FALSE(Options().isVisible());
+    Press(KeyCode::Escape);
+    EXPECT_TRUE(areOptionsInFront());
+    Press(KeyCode::Escape);
+    EXPECT_FALSE(Options().isVisible());
+}
+
 TEST_F(WindowMenusTest, AMinimisedPlayerHasNoOptionsAndTheyDontComeBack)
 {
     Load();
