@@ -34,6 +34,9 @@ WindowParts::WindowParts(QWidget& window, TwipsPerPixel twips)
     m_systemText.SetBackColor(kMessageGround);
     m_systemText.SetCaption(QString());
     m_systemText.hide();
+    // A widget without a pointer of its own has that of the window, which may be the blank one.
+    m_systemText.setCursor(Qt::ArrowCursor);
+    m_bar.TBar().setCursor(Qt::ArrowCursor);
     m_systemTimer.start();
 }
 

@@ -37,11 +37,12 @@ protected:
     }
 
     // A blue picture with an orange frame around it from the first packet on.
-    QString MakeBlueTrack()
+    QString MakeBlueTrack(int seconds = 10)
     {
         return MakeTrack({packets::Colours(false, {0x000, 0x00A, 0xFA0, 0xFFF, 0, 0, 0, 0}),
                           packets::Colours(true, {}), packets::MemoryPreset(1),
-                          packets::BorderPreset(2)});
+                          packets::BorderPreset(2)},
+                         seconds);
     }
 
     // As a start with that track would.
