@@ -3,6 +3,7 @@
 
 #include "CommandTable.h"
 #include "PlayerLook.h"
+#include "ToolTips.h"
 #include "ToolbarLayout.h"
 
 #include <algorithm>
@@ -14,15 +15,6 @@ namespace {
 constexpr std::int32_t kFirstVolume = 50;
 
 } // namespace
-
-QString WithoutKey(QStringView toolTip)
-{
-    const qsizetype from = toolTip.indexOf(u" (");
-    const qsizetype to = toolTip.indexOf(u')', from);
-    if (from < 0 || to < 0)
-        return toolTip.toString();
-    return toolTip.first(from).toString().append(toolTip.sliced(to + 1));
-}
 
 Toolbar::Toolbar(QWidget& window, QWidget& pic, TwipsPerPixel twips)
     : m_twips(twips), m_tBar(&window), m_tBar2(&m_tBar), m_tBarZoom(&m_tBar2), m_ctlSlider(&m_tBar),

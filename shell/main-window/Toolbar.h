@@ -17,9 +17,6 @@
 
 namespace lantern {
 
-// What a button is for, from a tool tip that tells its key in brackets, too.
-QString WithoutKey(QStringView toolTip);
-
 // The bar of buttons, sliders and time under the picture: the controls, where they lie, and what
 // the user does to them. What they show is up to ControlRefresh.
 //

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "WindowParts.h"
 
+#include "AccessibleRole.h"
 #include "ArtPictures.h"
 #include "PlayerLook.h"
 #include "ScreenMetrics.h"
@@ -26,6 +27,8 @@ WindowParts::WindowParts(QWidget& window, TwipsPerPixel twips)
     m_skinner.setAccessibleName(QStringLiteral("Window frame"));
     m_pic.setObjectName(QStringLiteral("pic"));
     m_pic.setAccessibleName(QStringLiteral("Lyrics"));
+    SetAccessibleRole(m_pic, QAccessible::Graphic);
+    m_pic.setFocusPolicy(Qt::StrongFocus); // the keyboard's focus rests on it
     m_systemText.setObjectName(QStringLiteral("SystemText"));
     m_systemText.SetFrameBorder(kNoBorder);
     m_systemText.SetFrameAlign(AlignCaptionCentre);

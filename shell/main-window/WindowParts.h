@@ -3,6 +3,7 @@
 
 #include "DisplayHost.h"
 #include "FullScreen.h"
+#include "MessageLine.h"
 #include "PictureSurface.h"
 #include "SystemColours.h"
 #include "Toolbar.h"
@@ -51,7 +52,7 @@ public:
     ColourValue SystemTextForeColor() override { return m_systemText.ForeColor(); }
     void SetSystemTextForeColor(ColourValue colour) override { m_systemText.SetForeColor(colour); }
     void SetSystemTextCaption(const QString& caption) override;
-    void ShowSystemText(bool visible) override { m_systemText.setVisible(visible); }
+    void ShowSystemText(bool visible) override { m_systemText.ShowMessage(visible); }
     TwipSize PicSize() override;
     WindowFrame Frame() override;
     TwipSize DesktopSize() override;
@@ -71,7 +72,7 @@ private:
     // From the back to the front.
     ctlSkinner m_skinner;
     PictureSurface m_pic;
-    ctlFrame m_systemText;
+    MessageLine m_systemText;
     Toolbar m_bar;
     FullScreen m_fullScreen;
     QElapsedTimer m_systemTimer;

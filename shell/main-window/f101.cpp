@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "f101.h"
 
+#include "AccessibleRole.h"
 #include "Application.h"
 #include "Complaint.h"
 #include "MakeZipHandler.h"
@@ -44,6 +45,7 @@ f101::f101(ProgramState& state, std::unique_ptr<AudioEngine> engine, ShowWarning
       m_commands({*this, m_track, *m_engine, m_clock, m_display, m_audio, m_wheel}),
       m_link(state.InstanceMutex, *this), m_input(*this)
 {
+    SetAccessibleRole(*this, QAccessible::Window);
     setAttribute(Qt::WA_OpaquePaintEvent);
     setFocusPolicy(Qt::StrongFocus);
     m_timer1.setTimerType(Qt::PreciseTimer);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "OptionsParts.h"
 
+#include "ButtonAccessible.h"
 #include "OptionsHost.h"
 #include "PlayerLook.h"
 
@@ -11,6 +12,28 @@
 #include <utility>
 
 namespace lantern {
+namespace {
+
+class DeviceAccessible : public ButtonAccessible {
+public:
+    using ButtonAccessible::ButtonAccessible;
+
+    QAccessible::Role role() const override { return QAccessible::ButtonMenu; }
+    QAccessible::State state() const override
+    {
+        QAccessible::State state = ButtonAccessible::state();
+        state.checkable = false;
+        state.checked = false;
+        state.hasPopup = true;
+        return state;
+    }
+    QStringList actionNames() const override
+    {
+        return ButtonAccessible::actionNames().replaceInStrings(toggleAction(), pressAction());
+    }
+};
+
+} // namespace
 
 const Ambient& OptionsAmbient()
 {
@@ -45,6 +68,11 @@ void WhiteLabel::FitToText()
     const int missing = std::max(0, sizeHint().width() - width());
     const bool isRight = alignment().testFlag(Qt::AlignRight);
     setGeometry(geometry().adjusted(isRight ? -missing : 0, 0, isRight ? 0 : missing, 0));
+}
+
+QAccessibleInterface* DeviceButton::MakeAccessible()
+{
+    return new DeviceAccessible(*this);
 }
 
 WebAddress::WebAddress(QWidget* parent, OptionsHost& player) : WhiteLabel(parent), m_player(player)

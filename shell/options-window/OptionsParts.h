@@ -4,6 +4,7 @@
 
 #include "Control.h"
 #include "Picture.h"
+#include "ctlPicBtn.h"
 
 #include <QLabel>
 #include <QWidget>
@@ -34,6 +35,14 @@ public:
 
     // A text that is wider than its place in this font spreads away from the sliders.
     void FitToText();
+};
+
+// Opens the menu of the devices, and switches nothing, however it looks.
+class DeviceButton : public ctlPicBtn {
+public:
+    using ctlPicBtn::ctlPicBtn;
+
+    QAccessibleInterface* MakeAccessible() override;
 };
 
 // The maker's address: a click with the left button opens it, any other button opens the menu.

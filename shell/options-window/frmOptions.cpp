@@ -1,12 +1,15 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "frmOptions.h"
 
+#include "AccessibleRole.h"
 #include "Application.h"
 #include "ArtPictures.h"
 #include "AudioControl.h"
 #include "ButtonDress.h"
+#include "OptionsAccessible.h"
 #include "OptionsHost.h"
 #include "ScreenMetrics.h"
+#include "ToolTips.h"
 #include "modAPI.h"
 
 #include <QCloseEvent>
@@ -55,6 +58,7 @@ frmOptions::frmOptions(QWidget& mainWindow, OptionsHost& player, AudioControl& a
       m_player(player), m_audio(audio), m_twips(twips), m_input(player),
       m_skinner(this, OptionsAmbient()), m_skinAbout(this, OptionsAmbient())
 {
+    OptionsAccessible::Install();
     // The program runs on when no other window is to be seen.
     setAttribute(Qt::WA_QuitOnClose, false);
     resize(PixelsOf(kOptionsSize, m_twips));
@@ -142,7 +146,9 @@ WhiteLabel* frmOptions::MakeLabel(const OptionsPlace& place)
 ctlPicBtn* frmOptions::MakeButton(const OptionsPlace& place)
 {
     const OptionsButton& design = DesignOf(place);
-    auto* button = new ctlPicBtn(&Panel(place.panel), OptionsAmbient());
+    QWidget* const panel = &Panel(place.panel);
+    auto* button = place.control == OptionsControl::dev ? new DeviceButton(panel, OptionsAmbient())
+                                                        : new ctlPicBtn(panel, OptionsAmbient());
     button->SetCaption(place.caption.toString());
     GiveStyle(*button, {design.isCheckBox, design.mousePointer, kWhite, kAccentColour});
     if (design.face)
@@ -193,7 +199,12 @@ void frmOptions::NameForReaders()
         m_sliders[i]->setAccessibleName(m_lab[i]->text());
         m_lab[kFirstValueLabel + i]->setAccessibleDescription(m_lab[i]->text());
     }
+    for (ctlPicBtn* button : m_cmd) {
+        if (button->Caption().isEmpty())
+            button->setAccessibleName(WithoutKey(button->toolTip()));
+    }
     m_aboutPic->setAccessibleName(kApplicationTitle);
+    SetAccessibleRole(*m_aboutPic, QAccessible::Graphic);
 }
 
 void frmOptions::ShowForm(const QString& word)

@@ -269,17 +269,6 @@ TEST_F(ToolbarTest, AnAssistiveToolPressesAButtonAsTheMouseDoes)
     EXPECT_EQ(log, std::vector<std::string>{"volume"});
 }
 
-TEST(ToolTips, TheKeyIsLeftOutOfTheName)
-{
-    EXPECT_EQ(WithoutKey(u"Open (O)"), QStringLiteral("Open"));
-    EXPECT_EQ(WithoutKey(u"Track (T) - Adjust With Wheel"),
-              QStringLiteral("Track - Adjust With Wheel"));
-    EXPECT_EQ(WithoutKey(u"Reduce Display Size (-)"), QStringLiteral("Reduce Display Size"));
-    EXPECT_EQ(WithoutKey(u"No key"), QStringLiteral("No key"));
-    EXPECT_EQ(WithoutKey(u"Half (open"), QStringLiteral("Half (open"));
-    EXPECT_EQ(WithoutKey(u""), QString());
-}
-
 TEST_F(ToolbarTest, ANumberWithoutButtonEndsTheProgram)
 {
     for (const std::int16_t number : std::initializer_list<std::int16_t>{-1, 11, 43, 1000})
