@@ -25,8 +25,9 @@ QString ResolveTypedPath(const QString& commandArgs, const QString& folder);
 // What a start was given, taken at once: the player changes its current folder soon after.
 struct ProgramArguments {
     QString CommandLine;
-    QString Folder;   // the current folder of the start; empty if there was none
-    QStringList Each; // the arguments one by one, without the program's name and a leading "--"
+    QString Folder; // the current folder of the start; empty if there was none
+    // One by one, without the program's name and a leading "--".
+    QStringList Each = {};
 
     static ProgramArguments Of(std::span<const char* const> arguments);
 };
