@@ -2,7 +2,6 @@
 // What a button is and shows. What the user does to it is in ButtonControlInput.cpp.
 #include "ButtonControl.h"
 
-#include "ButtonAccessible.h"
 #include "ControlAccessibility.h"
 
 #include <QCursor>
@@ -161,13 +160,18 @@ void ButtonControl::SetIsCheckBox(bool isCheckBox)
 
 void ButtonControl::SetValue(bool value)
 {
-    if (m_value != value) {
-        m_value = value;
-        TellCheckedChanged(*this);
-    }
+    StoreValue(value);
     if (m_isCheckBox)
         DrawButton(ButtonState::Normal, true);
     Report(QStringLiteral("Value"));
+}
+
+void ButtonControl::StoreValue(bool value)
+{
+    const bool changes = m_value != value;
+    m_value = value;
+    if (changes && m_isCheckBox)
+        TellCheckedChanged(*this);
 }
 
 void ButtonControl::Refresh()
@@ -288,9 +292,21 @@ void ButtonControl::UpdatePointer()
         setCursor(PointerShape(m_mousePointer));
 }
 
-QAccessibleInterface* ButtonControl::MakeAccessible()
+Spoken ButtonControl::Speak() const
 {
-    return new ButtonAccessible(*this);
+    Spoken spoken;
+    spoken.role = m_isCheckBox ? QAccessible::CheckBox : QAccessible::Button;
+    spoken.name = SpokenName(m_caption, toolTip());
+    spoken.isDisabled = !m_enabled;
+    spoken.isCheckBox = m_isCheckBox;
+    spoken.isChecked = m_isCheckBox && m_value;
+    spoken.isPressed = IsDown() && !spoken.isChecked;
+    if (m_enabled) {
+        spoken.action = m_isCheckBox ? QAccessibleActionInterface::toggleAction()
+                                     : QAccessibleActionInterface::pressAction();
+    }
+    spoken.accessKey = QKeySequence::mnemonic(m_caption).toString(QKeySequence::NativeText);
+    return spoken;
 }
 
 } // namespace lantern

@@ -80,7 +80,8 @@ public:
     void Press();
     bool IsDown() const { return m_lastState == ButtonState::Down; }
 
-    QAccessibleInterface* MakeAccessible() override;
+    Spoken Speak() const override;
+    void Act() override { Press(); }
 
 protected:
     virtual void ResolveColors() = 0;
@@ -156,6 +157,7 @@ protected:
     void timerEvent(QTimerEvent* event) override;
 
 private:
+    void StoreValue(bool value);
     void MeasurePicture();
     template <typename Change>
     void ChangeFont(Change change);
@@ -166,7 +168,6 @@ private:
     void HandleClick();
     void ClickWithValue(bool force);
     void BecomeHot();
-    void CheckPointer();
     bool ActsOnKey(KeyCode keyCode); // false if the button has no use for it
     bool RaiseKeyPress(const QKeyEvent& event);
 

@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // What mouse, keys, focus and the pointer's coming and going do to a button.
-#include "ButtonAccessible.h"
 #include "ButtonControl.h"
 
 #include <QApplication>
@@ -71,15 +70,7 @@ void ButtonControl::BecomeHot()
     (void)Raise(MouseOver);
 }
 
-void ButtonControl::timerEvent(QTimerEvent* event)
-{
-    if (event->timerId() == m_overTimer.timerId())
-        CheckPointer();
-    else
-        OwnerDrawn::timerEvent(event);
-}
-
-void ButtonControl::CheckPointer()
+void ButtonControl::timerEvent(QTimerEvent*)
 {
     if (++m_overTicks % kTicksPerQuestion == 0)
         m_pointer.AskWindowSystem();
@@ -145,10 +136,8 @@ void ButtonControl::HandleClick()
 
 void ButtonControl::ClickWithValue(bool force)
 {
-    if (m_isCheckBox) {
-        m_value = !m_value;
-        TellCheckedChanged(*this);
-    }
+    if (m_isCheckBox)
+        StoreValue(!m_value);
     DrawButton(ButtonState::Normal, force);
     repaint(); // the host may be busy with the click for a while
     (void)Raise(Click);

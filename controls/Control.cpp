@@ -2,6 +2,7 @@
 #include "Control.h"
 
 #include "ControlAccessibility.h"
+#include "ControlAccessible.h"
 #include "ScreenMetrics.h"
 
 #include <QKeyEvent>
@@ -103,6 +104,11 @@ void Control::ForwardKey(const KeyHandler& handler, QKeyEvent& event)
         return;
     KeyCode keyCode = KeyCodeOf(event);
     std::ignore = Raise(handler, keyCode, ShiftBitsOf(event));
+}
+
+QAccessibleInterface* Control::MakeAccessible()
+{
+    return new ControlAccessible(*this);
 }
 
 void Control::SetAmbient(Ambient ambient)

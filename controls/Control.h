@@ -3,6 +3,7 @@
 
 #include "KeyCodes.h"
 #include "PropertyBag.h"
+#include "Spoken.h"
 #include "SystemColours.h"
 
 #include <QFont>
@@ -63,9 +64,13 @@ public:
     const Ambient& HostAmbient() const { return m_ambient; }
     void SetAmbient(Ambient ambient); // runs AmbientChanged
 
-    // What assistive tools are told of the control, owned by the toolkit that asks for it. None:
-    // what the toolkit tells of any widget.
-    virtual QAccessibleInterface* MakeAccessible() { return nullptr; }
+    // What assistive tools are told of the control, and what they can do with it: both of the
+    // latter only what Speak offers, and either may destroy the control.
+    virtual Spoken Speak() const { return {}; }
+    virtual void Act() {}
+    virtual void TakeValue(std::int32_t) {}
+    // By what they reach it, owned by the toolkit that asks for it.
+    virtual QAccessibleInterface* MakeAccessible();
 
 protected:
     virtual void AmbientChanged() {}

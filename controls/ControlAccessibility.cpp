@@ -5,6 +5,8 @@
 
 #include <QAccessible>
 
+#include <utility>
+
 namespace lantern {
 namespace {
 
@@ -12,6 +14,12 @@ QAccessibleInterface* InterfaceFor(const QString&, QObject* object)
 {
     auto* control = dynamic_cast<Control*>(object);
     return control ? control->MakeAccessible() : nullptr;
+}
+
+ToolListener& Listener()
+{
+    static ToolListener listener;
+    return listener;
 }
 
 } // namespace
@@ -37,25 +45,44 @@ QString SpokenName(const QString& caption, const QString& toolTip)
 
 void TellNameChanged(QWidget& control)
 {
-    if (!QAccessible::isActive())
-        return;
-    QAccessibleEvent event(&control, QAccessible::NameChanged);
-    QAccessible::updateAccessibility(&event);
+    TellTools(QAccessibleEvent(&control, QAccessible::NameChanged));
+}
+
+void TellDescriptionChanged(QWidget& control)
+{
+    TellTools(QAccessibleEvent(&control, QAccessible::DescriptionChanged));
 }
 
 void TellEnabledChanged(QWidget& control)
 {
     QAccessible::State changed;
     changed.disabled = true;
-    TellStateChanged(control, changed);
+    TellTools(QAccessibleStateChangeEvent(&control, changed));
 }
 
-void TellStateChanged(QWidget& control, QAccessible::State changed)
+void TellCheckedChanged(QWidget& control)
 {
-    if (!QAccessible::isActive())
-        return;
-    QAccessibleStateChangeEvent event(&control, changed);
+    QAccessible::State changed;
+    changed.checked = true;
+    TellTools(QAccessibleStateChangeEvent(&control, changed));
+}
+
+void TellValueChanged(QWidget& control, std::int32_t value)
+{
+    TellTools(QAccessibleValueChangeEvent(&control, value));
+}
+
+// The toolkit passes it on if anybody listens.
+void TellTools(QAccessibleEvent&& event)
+{
+    if (Listener())
+        Listener()(event);
     QAccessible::updateAccessibility(&event);
+}
+
+void SetToolListener(ToolListener listener)
+{
+    Listener() = std::move(listener);
 }
 
 } // namespace lantern

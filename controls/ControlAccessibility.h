@@ -1,9 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include <QAccessible>
 #include <QString>
 
+#include <cstdint>
+#include <functional>
+
+class QAccessibleEvent;
 class QWidget;
 
 namespace lantern {
@@ -18,7 +21,15 @@ QString SpokenName(const QString& caption, const QString& toolTip);
 
 // To those tools, if there are any.
 void TellNameChanged(QWidget& control);
+void TellDescriptionChanged(QWidget& control);
 void TellEnabledChanged(QWidget& control);
-void TellStateChanged(QWidget& control, QAccessible::State changed);
+void TellCheckedChanged(QWidget& control);
+void TellValueChanged(QWidget& control, std::int32_t value);
+void TellTools(QAccessibleEvent&& event);
+
+// Whoever else wants to hear what they are told: a test, on a system without such tools. One at a
+// time; none by default.
+using ToolListener = std::function<void(const QAccessibleEvent& event)>;
+void SetToolListener(ToolListener listener);
 
 } // namespace lantern

@@ -1,9 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "MenuAccessible.h"
 
+#include "ControlAccessibility.h"
 #include "frmMenus.h"
 
 #include <QPointer>
+
+#include <utility>
 
 namespace lantern {
 namespace {
@@ -77,8 +80,7 @@ private:
 
 } // namespace
 
-MenuAccessible::MenuAccessible(frmMenus& menu)
-    : QAccessibleWidget(&menu, QAccessible::PopupMenu), m_menu(menu)
+MenuAccessible::MenuAccessible(frmMenus& menu) : ControlAccessible(menu), m_menu(menu)
 {
 }
 
@@ -131,17 +133,17 @@ QAccessibleInterface* MenuAccessible::focusChild() const
 
 void TellHotItemChanged(frmMenus& menu)
 {
-    if (!QAccessible::isActive() || !menu.State().Choice())
+    if (!menu.State().Choice())
         return;
     QAccessibleEvent event(&menu, QAccessible::Focus);
     event.setChild(menu.State().hotItem - 1);
-    QAccessible::updateAccessibility(&event);
+    TellTools(std::move(event));
 }
 
 void TellMenuShown(frmMenus& menu, bool shown)
 {
-    QAccessibleEvent event(&menu, shown ? QAccessible::PopupMenuStart : QAccessible::PopupMenuEnd);
-    QAccessible::updateAccessibility(&event);
+    TellTools(
+        QAccessibleEvent(&menu, shown ? QAccessible::PopupMenuStart : QAccessible::PopupMenuEnd));
 }
 
 } // namespace lantern

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include <QAccessibleWidget>
+#include "ControlAccessible.h"
 
 #include <vector>
 
@@ -11,7 +11,7 @@ class frmMenus;
 
 // An open menu as assistive tools know it: its items by their captions, each of which can be
 // pressed, and the hot one as the one with the focus.
-class MenuAccessible : public QAccessibleWidget {
+class MenuAccessible : public ControlAccessible {
 public:
     explicit MenuAccessible(frmMenus& menu);
     ~MenuAccessible() override;

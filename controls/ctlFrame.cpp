@@ -2,7 +2,6 @@
 #include "ctlFrame.h"
 
 #include "ControlAccessibility.h"
-#include "FrameAccessible.h"
 #include "ProgramFont.h"
 #include "ScreenMetrics.h"
 
@@ -197,9 +196,13 @@ void ctlFrame::mouseReleaseEvent(QMouseEvent* event)
         std::ignore = Raise(Click);
 }
 
-QAccessibleInterface* ctlFrame::MakeAccessible()
+// Frames show an ampersand as it is, so it is read as it is.
+Spoken ctlFrame::Speak() const
 {
-    return new FrameAccessible(*this);
+    Spoken spoken;
+    spoken.role = QAccessible::Grouping;
+    spoken.name = m_look.caption.trimmed();
+    return spoken;
 }
 
 } // namespace lantern

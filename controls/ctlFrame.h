@@ -42,7 +42,7 @@ public:
     void Load(const PropertyBag& bag);
     void Save(PropertyBag& bag) const;
 
-    QAccessibleInterface* MakeAccessible() override;
+    Spoken Speak() const override;
 
 protected:
     void SurfaceResized() override { Draw(); }

@@ -207,6 +207,7 @@ void ctlMenus::RunMenu(QPoint place, const PictureReference& picture)
     const QPointer<frmMenus> menu = new frmMenus(window(), state);
     menu->move(place);
     menu->setFont(m_font);
+    menu->setAccessibleName(accessibleName());
     state.sidePicture = picture;
     menu->Closed = [&loop] { loop.quit(); };
     // The owner may be destroyed while the menu is open, and the menu with it.

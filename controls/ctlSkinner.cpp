@@ -4,7 +4,6 @@
 #include "ControlAccessibility.h"
 #include "ProgramFont.h"
 
-#include <QAccessibleWidget>
 #include <QFontMetrics>
 #include <QKeyEvent>
 #include <QMouseEvent>
@@ -47,25 +46,6 @@ MouseReport In(const Box& box, MouseReport report)
     return report;
 }
 
-class SkinAccessible : public QAccessibleWidget {
-public:
-    explicit SkinAccessible(ctlSkinner& skinner)
-        : QAccessibleWidget(&skinner, QAccessible::Pane), m_skinner(skinner)
-    {
-    }
-
-    QString text(QAccessible::Text kind) const override
-    {
-        QString given = QAccessibleWidget::text(kind);
-        if (kind == QAccessible::Name && given.isEmpty())
-            return SpokenName(m_skinner.Caption(), m_skinner.toolTip());
-        return given;
-    }
-
-private:
-    ctlSkinner& m_skinner;
-};
-
 } // namespace
 
 ctlSkinner::ctlSkinner(QWidget* parent, Ambient ambient)
@@ -95,9 +75,13 @@ void ctlSkinner::SetBackColor(ColourValue colour)
 
 void ctlSkinner::SetCaption(const QString& caption)
 {
+    const bool changes = m_caption != caption;
     m_caption = caption;
-    if (Report(CaptionKey()))
-        RunLayout();
+    if (!Report(CaptionKey()))
+        return;
+    RunLayout();
+    if (changes)
+        TellNameChanged(*this);
 }
 
 void ctlSkinner::Load(const PropertyBag& bag)
@@ -263,9 +247,12 @@ void ctlSkinner::keyReleaseEvent(QKeyEvent* event)
     ForwardKey(KeyUp, *event);
 }
 
-QAccessibleInterface* ctlSkinner::MakeAccessible()
+Spoken ctlSkinner::Speak() const
 {
-    return new SkinAccessible(*this);
+    Spoken spoken;
+    spoken.role = QAccessible::Pane;
+    spoken.name = SpokenName(m_caption, toolTip());
+    return spoken;
 }
 
 } // namespace lantern

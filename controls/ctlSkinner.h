@@ -39,7 +39,7 @@ public:
     const SkinLayout& Layout() const { return m_layout; }
     bool CaptionIsVisible() const { return m_captionIsVisible; }
 
-    QAccessibleInterface* MakeAccessible() override;
+    Spoken Speak() const override;
 
 protected:
     void paintEvent(QPaintEvent* event) override;

@@ -2,18 +2,20 @@
 #include "ctlSlide.h"
 
 #include "ControlAccessibility.h"
-#include "SlideAccessible.h"
 
 #include <QKeyEvent>
 #include <QMouseEvent>
 
+#include <algorithm>
 #include <tuple>
+#include <utility>
 
 namespace lantern {
 namespace {
 
 constexpr int kTrackHalf = 2; // pixels above and below the middle
 constexpr int kCentreHalf = 1;
+constexpr int kRestMs = 1000;
 
 } // namespace
 
@@ -111,18 +113,26 @@ void ctlSlide::SetCenterLineColor(ColourValue colour)
 
 void ctlSlide::SetValue(std::int32_t value)
 {
+    Take(value, false);
+}
+
+void ctlSlide::Take(std::int32_t value, bool isByUser)
+{
     const std::int32_t taken = Scale().Clamp(value);
     if (taken == m_value)
         return;
     const int knobBefore = DrawnKnob();
-    m_value = taken;
+    const std::int32_t before = std::exchange(m_value, taken);
     if (!Report(QStringLiteral("VALUE")))
         return;
     // A track moves on a hundred times a second, its knob by a pixel once in a while: what would
     // be drawn again is the same to the pixel.
     if (DrawnKnob() != knobBefore)
         Redraw();
-    TellValueChanged(*this);
+    if (!isByUser && Glides(before, m_value) && m_restTimer.isActive())
+        m_isNews = true;
+    else
+        TellValue();
     std::ignore = Raise(Change);
 }
 
@@ -132,13 +142,35 @@ void ctlSlide::SetValues(std::int32_t min, std::int32_t max, std::int32_t value)
     m_max = max;
     m_value = value;
     Redraw();
-    TellValueChanged(*this);
+    TellValue();
+}
+
+// Any way forward that is no longer than that of a second; a jump is longer or goes back.
+bool ctlSlide::Glides(std::int32_t from, std::int32_t to) const
+{
+    return to > from && static_cast<std::int64_t>(to) - from <= m_glide;
+}
+
+void ctlSlide::TellValue()
+{
+    m_isNews = false;
+    TellValueChanged(*this, m_value);
+    if (m_glide > 0)
+        m_restTimer.start(kRestMs, Qt::PreciseTimer, this);
+}
+
+void ctlSlide::timerEvent(QTimerEvent*)
+{
+    if (m_isNews)
+        TellValue();
+    else
+        m_restTimer.stop();
 }
 
 void ctlSlide::ScrollTo(std::int32_t value)
 {
     const QPointer<QWidget> control(this);
-    SetValue(value);
+    Take(value, true);
     if (control)
         std::ignore = Raise(Scroll);
 }
@@ -230,9 +262,24 @@ void ctlSlide::focusOutEvent(QFocusEvent*)
     ChangeFocus(false);
 }
 
-QAccessibleInterface* ctlSlide::MakeAccessible()
+Spoken ctlSlide::Speak() const
 {
-    return new SlideAccessible(*this);
+    constexpr std::int32_t kSteps = 100;
+    Spoken spoken;
+    spoken.role = QAccessible::Slider;
+    spoken.name = toolTip();
+    spoken.isDisabled = !m_enabled;
+    spoken.range = {.minimum = m_min,
+                    .maximum = m_max,
+                    .value = m_value,
+                    .step = std::max(Scale().Range() / kSteps, 1)};
+    return spoken;
+}
+
+void ctlSlide::TakeValue(std::int32_t value)
+{
+    if (m_enabled)
+        ScrollTo(value);
 }
 
 } // namespace lantern

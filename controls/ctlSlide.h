@@ -5,6 +5,8 @@
 #include "PropertyBag.h"
 #include "SlideScale.h"
 
+#include <QBasicTimer>
+
 #include <array>
 
 namespace lantern {
@@ -58,7 +60,12 @@ public:
     // What dragging the knob to the value does, for those who don't use the mouse.
     void ScrollTo(std::int32_t value);
 
-    QAccessibleInterface* MakeAccessible() override;
+    // How far a value that moves on by itself gets in a second. Assistive tools are told of such a
+    // movement once a second, and of any other change at once.
+    void SetGlide(std::int32_t perSecond) { m_glide = perSecond; }
+
+    Spoken Speak() const override;
+    void TakeValue(std::int32_t value) override;
 
 protected:
     void SurfaceResized() override { Redraw(); }
@@ -69,6 +76,7 @@ protected:
     void keyReleaseEvent(QKeyEvent* event) override;
     void focusInEvent(QFocusEvent* event) override;
     void focusOutEvent(QFocusEvent* event) override;
+    void timerEvent(QTimerEvent* event) override;
 
 private:
     enum Part : std::size_t { Filled, Track, Knob, Centre, Back, kParts };
@@ -83,6 +91,9 @@ private:
     SlideScale Scale() const;
     int DrawnKnob() const; // its left edge; outside the slider if there is none
     QRgb Colour(Part part) const { return ResolveColour(m_colours[part]); }
+    void Take(std::int32_t value, bool isByUser);
+    bool Glides(std::int32_t from, std::int32_t to) const;
+    void TellValue();
     void Redraw();
     void DrawMovable(const SlideScale& scale, int trackTop, int trackBottom);
     void FollowMouse(const MouseReport& report);
@@ -97,6 +108,9 @@ private:
     bool m_centerLine = false;
     bool m_hasFocus = false;
     bool m_dragging = false;
+    std::int32_t m_glide = 0;
+    QBasicTimer m_restTimer; // runs for a second after a value was told
+    bool m_isNews = false;   // a value that was not
 };
 
 } // namespace lantern

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ctlTicker.h"
 
-#include "TickerAccessible.h"
+#include "ControlAccessibility.h"
 
 #include <QMouseEvent>
 
@@ -36,20 +36,23 @@ void ctlTicker::SetTicker(std::int32_t& seconds, bool state)
     if (state == m_lastState && seconds == m_lastSeconds)
         return;
     const TickerCover cover = CoverFor(seconds, state);
-    SetCover(cover);
+    bool isNews = SetCover(cover);
     if (cover == TickerCover::None) {
         const TickerTime time = TimeOf(seconds);
         // What is kept has lost its minutes: from the first minute on no call is found to be like
         // the last one, and it is up to the digits that nothing is drawn in vain.
         seconds = time.seconds;
-        ChangeDigits(time.digits);
+        isNews |= ChangeDigits(time.digits);
     }
     m_lastSeconds = seconds;
     m_lastState = state;
+    if (isNews)
+        TellDescriptionChanged(*this);
 }
 
-void ctlTicker::ChangeDigits(const TickerDigits& digits)
+bool ctlTicker::ChangeDigits(const TickerDigits& digits)
 {
+    bool changes = false;
     for (std::size_t i = 0; i < digits.size(); ++i) {
         // There is no glyph for what is no digit: its place stays as it is.
         if (digits[i] == m_shown[i] || digits[i] < 0)
@@ -57,15 +60,18 @@ void ctlTicker::ChangeDigits(const TickerDigits& digits)
         m_shown[i] = digits[i];
         DrawDigit(i);
         update(kDigitLefts[i], 0, kDigitWidth, kTickerHeight);
+        changes = true;
     }
+    return changes;
 }
 
-void ctlTicker::SetCover(TickerCover cover)
+bool ctlTicker::SetCover(TickerCover cover)
 {
     if (cover == m_cover)
-        return;
+        return false;
     m_cover = cover;
     DrawAll();
+    return true;
 }
 
 void ctlTicker::DrawAll()
@@ -95,9 +101,16 @@ void ctlTicker::mouseReleaseEvent(QMouseEvent* event)
     std::ignore = Raise(MouseUp, InTwips(PressReport(*event)));
 }
 
-QAccessibleInterface* ctlTicker::MakeAccessible()
+// The time is told as the description, too: the bus that most tools listen on carries a value in
+// words for no role.
+Spoken ctlTicker::Speak() const
 {
-    return new TickerAccessible(*this);
+    Spoken spoken;
+    spoken.role = QAccessible::Clock;
+    spoken.name = toolTip();
+    spoken.value = ShownText();
+    spoken.description = spoken.value;
+    return spoken;
 }
 
 } // namespace lantern

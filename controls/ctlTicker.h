@@ -26,7 +26,7 @@ public:
     // What the strip says, in letters.
     QString ShownText() const { return TickerText(m_cover, m_shown); }
 
-    QAccessibleInterface* MakeAccessible() override;
+    Spoken Speak() const override;
 
 protected:
     void SurfaceResized() override { DrawAll(); }
@@ -34,8 +34,9 @@ protected:
     void mouseReleaseEvent(QMouseEvent* event) override;
 
 private:
-    void ChangeDigits(const TickerDigits& digits);
-    void SetCover(TickerCover cover);
+    // Whether something else is shown now.
+    bool ChangeDigits(const TickerDigits& digits);
+    bool SetCover(TickerCover cover);
     void DrawAll();
     void DrawDigit(std::size_t index);
 

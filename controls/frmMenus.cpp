@@ -301,6 +301,13 @@ void frmMenus::Finish()
         Closed();
 }
 
+Spoken frmMenus::Speak() const
+{
+    Spoken spoken;
+    spoken.role = QAccessible::PopupMenu;
+    return spoken;
+}
+
 QAccessibleInterface* frmMenus::MakeAccessible()
 {
     return new MenuAccessible(*this);

@@ -28,6 +28,7 @@ public:
     const MenuState& State() const { return m_state; }
     QRect ItemRect(std::size_t index) const; // in the window
 
+    Spoken Speak() const override;
     QAccessibleInterface* MakeAccessible() override;
 
 protected:

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ButtonFixture.h"
+#include "ToldToTools.h"
 
 #include <QAccessible>
 
@@ -73,6 +74,72 @@ TYPED_TEST(ButtonAccessibility, DisabledItOffersNoPress)
     EXPECT_FALSE(this->Actions().actionNames().contains(QAccessibleActionInterface::pressAction()));
     this->Actions().doAction(QAccessibleActionInterface::pressAction());
     EXPECT_EQ(this->Logged(), Log{});
+}
+
+TYPED_TEST(ButtonAccessibility, OtherActionsAreThoseOfAnyWidget)
+{
+    const QString setFocus = QAccessibleActionInterface::setFocusAction();
+    EXPECT_TRUE(this->Actions().actionNames().contains(setFocus));
+    this->Actions().doAction(setFocus);
+    EXPECT_TRUE(this->button->hasFocus());
+    this->Actions().doAction(QString());
+    this->Actions().doAction(QAccessibleActionInterface::toggleAction());
+    EXPECT_EQ(this->Logged(), Log{});
+}
+
+TYPED_TEST(ButtonAccessibility, TheAccessKeyBelongsToThePress)
+{
+    const QString press = QAccessibleActionInterface::pressAction();
+    EXPECT_TRUE(this->Actions().keyBindingsForAction(press).isEmpty());
+    this->button->SetCaption(QStringLiteral("&Play"));
+    EXPECT_EQ(this->Actions().keyBindingsForAction(press), QStringList{QStringLiteral("Alt+P")});
+    EXPECT_TRUE(this->Actions()
+                    .keyBindingsForAction(QAccessibleActionInterface::setFocusAction())
+                    .isEmpty());
+}
+
+TYPED_TEST(ButtonAccessibility, ItHasNoNumberForAValue)
+{
+    EXPECT_EQ(this->Known().valueInterface(), nullptr);
+    EXPECT_EQ(this->Known().text(QAccessible::Value), QString());
+}
+
+TYPED_TEST(ButtonAccessibility, ItsDescriptionIsItsToolTip)
+{
+    this->button->setToolTip(QStringLiteral("Play (P)"));
+    EXPECT_EQ(this->Known().text(QAccessible::Description), QStringLiteral("Play (P)"));
+}
+
+TYPED_TEST(ButtonAccessibility, EachChangeIsToldOnce)
+{
+    this->button->SetIsCheckBox(true);
+    ToldToTools told;
+    for (int i = 0; i < 2; ++i)
+        this->button->SetCaption(QStringLiteral("New"));
+    ASSERT_EQ(told.Types(), std::vector{QAccessible::NameChanged});
+    told.Forget();
+    for (int i = 0; i < 2; ++i)
+        this->button->SetValue(true);
+    ASSERT_EQ(told.Types(), std::vector{QAccessible::StateChanged});
+    EXPECT_TRUE(told.Events()[0].changed.checked);
+    EXPECT_FALSE(told.Events()[0].changed.disabled);
+    told.Forget();
+    this->button->Press();
+    ASSERT_EQ(told.Types(), std::vector{QAccessible::StateChanged});
+    EXPECT_TRUE(told.Events()[0].changed.checked);
+    told.Forget();
+    for (int i = 0; i < 2; ++i)
+        this->button->SetEnabled(false);
+    ASSERT_EQ(told.Types(), std::vector{QAccessible::StateChanged});
+    EXPECT_TRUE(told.Events()[0].changed.disabled);
+    EXPECT_EQ(told.Events()[0].object, this->button);
+}
+
+TYPED_TEST(ButtonAccessibility, AValueThatNobodySeesIsNotTold)
+{
+    const ToldToTools told;
+    this->button->SetValue(true);
+    EXPECT_TRUE(told.Events().empty());
 }
 
 TYPED_TEST(ButtonAccessibility, ThePressMayDestroyTheButton)

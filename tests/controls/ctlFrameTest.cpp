@@ -5,6 +5,7 @@
 #include "GoldenImage.h"
 #include "PaintedRegion.h"
 #include "ProgramFont.h"
+#include "ToldToTools.h"
 
 #include <QAccessible>
 #include <QFontMetrics>
@@ -467,6 +468,15 @@ TEST_F(ctlFrameTest, AssistiveToolsKnowItAsAGroupByItsCaption)
     EXPECT_EQ(known->childCount(), 1);
     frame->setAccessibleName(QStringLiteral("Tool bar"));
     EXPECT_EQ(known->text(QAccessible::Name), QStringLiteral("Tool bar"));
+}
+
+TEST_F(ctlFrameTest, AssistiveToolsAreToldOfANewCaption)
+{
+    const ToldToTools heard;
+    frame->SetCaption(QStringLiteral("Words"));
+    frame->SetCaption(QStringLiteral("Words"));
+    ASSERT_EQ(heard.Types(), std::vector{QAccessible::NameChanged});
+    EXPECT_EQ(heard.Events()[0].object, frame.get());
 }
 
 TEST_F(ctlFrameTest, LooksAsItWasDrawn)

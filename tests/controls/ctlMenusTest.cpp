@@ -2,7 +2,6 @@
 // What a menu does, and what it tells. What it looks like is in frmMenusTest.cpp.
 #include "MenuFixture.h"
 
-#include <QAccessible>
 #include <QCursor>
 #include <QScreen>
 
@@ -340,36 +339,6 @@ TEST_F(ctlMenusTest, AnEmptyListIsAPointThatTheNextClickCloses)
         hand.Release(0, 0);
     });
     EXPECT_TRUE(clicks.empty());
-}
-
-TEST_F(ctlMenusTest, AssistiveToolsKnowTheItems)
-{
-    Add("Play");
-    Add("-");
-    Add("Off", false);
-    Open([](frmMenus& menu) {
-        QAccessibleInterface* known = QAccessible::queryAccessibleInterface(&menu);
-        EXPECT_EQ(known->role(), QAccessible::PopupMenu);
-        ASSERT_EQ(known->childCount(), 3);
-        EXPECT_EQ(known->child(3), nullptr);
-        EXPECT_EQ(known->child(1)->role(), QAccessible::Separator);
-        QAccessibleInterface* off = known->child(2);
-        EXPECT_EQ(off->text(QAccessible::Name), QStringLiteral("Off"));
-        EXPECT_TRUE(off->state().disabled);
-        EXPECT_TRUE(off->actionInterface()->actionNames().isEmpty());
-        QAccessibleInterface* play = known->child(0);
-        EXPECT_EQ(known->indexOfChild(play), 0);
-        EXPECT_EQ(play->role(), QAccessible::MenuItem);
-        EXPECT_EQ(play->parent(), known);
-        EXPECT_EQ(play->rect().top(), menu.y() + 4);
-        EXPECT_EQ(known->childAt(menu.x() + 30, menu.y() + 10), play);
-        EXPECT_EQ(known->focusChild(), nullptr);
-        Hover(menu, 1);
-        EXPECT_EQ(known->focusChild(), play);
-        EXPECT_TRUE(play->state().focused);
-        play->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
-    });
-    EXPECT_EQ(clicks, (std::vector<std::string>{"1 Play PLAY"}));
 }
 
 } // namespace

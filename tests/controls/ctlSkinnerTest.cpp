@@ -2,6 +2,7 @@
 #include "ctlSkinner.h"
 
 #include "ControlHand.h"
+#include "ToldToTools.h"
 
 #include <QAccessible>
 #include <QApplication>
@@ -441,6 +442,16 @@ TEST_F(ctlSkinnerTest, AssistiveToolsKnowItAsAPaneWithItsCaption)
     EXPECT_EQ(known->text(QAccessible::Name), QStringLiteral("Options"));
     skinner->setAccessibleName(QStringLiteral("Frame"));
     EXPECT_EQ(known->text(QAccessible::Name), QStringLiteral("Frame"));
+}
+
+TEST_F(ctlSkinnerTest, AssistiveToolsAreToldOfANewCaption)
+{
+    skinner->SetCaption(QStringLiteral("Options"));
+    const ToldToTools told;
+    skinner->SetCaption(QStringLiteral("About"));
+    skinner->SetCaption(QStringLiteral("About"));
+    ASSERT_EQ(told.Types(), std::vector{QAccessible::NameChanged});
+    EXPECT_EQ(told.Events()[0].object, skinner);
 }
 
 } // namespace

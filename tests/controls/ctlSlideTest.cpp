@@ -3,8 +3,6 @@
 
 #include "ControlHand.h"
 
-#include <QAccessible>
-
 #include <gtest/gtest.h>
 
 #include <limits>
@@ -490,30 +488,6 @@ TEST_F(ctlSlideTest, SavesInOrderWhatIsNoDefaultAndLoadsItBack)
     EXPECT_EQ(other.BackColor(), 2U);
     EXPECT_TRUE(other.CenterLine());
     EXPECT_EQ(other.CenterLineColor(), 1U);
-}
-
-TEST_F(ctlSlideTest, AssistiveToolsKnowItAsASlider)
-{
-    slide->setToolTip(QStringLiteral("Volume"));
-    slide->SetValue(30);
-    QAccessibleInterface* known = QAccessible::queryAccessibleInterface(slide.get());
-    EXPECT_EQ(known->role(), QAccessible::Slider);
-    EXPECT_EQ(known->text(QAccessible::Name), QStringLiteral("Volume"));
-    EXPECT_EQ(known->text(QAccessible::Value), QStringLiteral("30"));
-    EXPECT_FALSE(known->state().disabled);
-    QAccessibleValueInterface* value = known->valueInterface();
-    ASSERT_NE(value, nullptr);
-    EXPECT_EQ(value->minimumValue().toInt(), 0);
-    EXPECT_EQ(value->maximumValue().toInt(), 100);
-    EXPECT_EQ(value->currentValue().toInt(), 30);
-    Told();
-    value->setCurrentValue(40);
-    EXPECT_EQ(Told(), (Texts{"VALUE", "Change 40", "Scroll 40"}));
-    slide->SetEnabled(false);
-    Told();
-    value->setCurrentValue(50);
-    EXPECT_EQ(Told(), Texts{});
-    EXPECT_TRUE(known->state().disabled);
 }
 
 } // namespace

@@ -4,6 +4,7 @@
 #include "ControlHand.h"
 #include "GoldenImage.h"
 #include "PaintedRegion.h"
+#include "ToldToTools.h"
 
 #include <QAccessible>
 #include <QPainter>
@@ -228,8 +229,29 @@ TEST_F(ctlTickerTest, AssistiveToolsReadTheTime)
     EXPECT_EQ(known->role(), QAccessible::Clock);
     EXPECT_EQ(known->text(QAccessible::Name), QStringLiteral("Time"));
     EXPECT_EQ(known->text(QAccessible::Value), QStringLiteral("12:34"));
+    EXPECT_EQ(known->text(QAccessible::Description), QStringLiteral("12:34"));
+    EXPECT_EQ(known->valueInterface(), nullptr);
     ticker.SetTicker(-1, false);
     EXPECT_EQ(known->text(QAccessible::Value), QStringLiteral("LOADING"));
+    EXPECT_EQ(known->text(QAccessible::Description), QStringLiteral("LOADING"));
+}
+
+TEST_F(ctlTickerTest, AssistiveToolsAreToldOfEachTimeOnce)
+{
+    ticker.SetTicker(754, true);
+    ToldToTools told;
+    for (int i = 0; i < 3; ++i)
+        ticker.SetTicker(755, true);
+    ASSERT_EQ(told.Types(), std::vector{QAccessible::DescriptionChanged});
+    EXPECT_EQ(told.Events()[0].object, &ticker);
+    ticker.SetTicker(759, true);
+    ticker.SetTicker(760, true); // two digits
+    EXPECT_EQ(told.Events().size(), 3U);
+    ticker.SetTicker(-1, true);
+    ticker.SetTicker(-1, true);
+    EXPECT_EQ(told.Events().size(), 4U);
+    ticker.SetTicker(760, true); // the same digits without the cover
+    EXPECT_EQ(told.Events().size(), 5U);
 }
 
 TEST_F(ctlTickerTest, EachGlyphIsItsOwnInNothingButOrangeOnBlack)

@@ -5,17 +5,22 @@
 
 namespace lantern {
 
-class ctlSlide;
+class Control;
 
-// A slider as assistive tools know it: named by its tool tip unless the host names it, with its
-// range and its value, which they can set.
-class SlideAccessible : public QAccessibleWidget, public QAccessibleValueInterface {
+// A control as assistive tools know it: it asks the control for what it tells, and each time anew.
+class ControlAccessible : public QAccessibleWidget, public QAccessibleValueInterface {
 public:
-    explicit SlideAccessible(ctlSlide& slide);
+    explicit ControlAccessible(Control& control);
 
+    QRect rect() const override;
+    QAccessible::Role role() const override;
     QAccessible::State state() const override;
     QString text(QAccessible::Text kind) const override;
     void* interface_cast(QAccessible::InterfaceType type) override;
+
+    QStringList actionNames() const override;
+    void doAction(const QString& name) override;
+    QStringList keyBindingsForAction(const QString& name) const override;
 
     QVariant currentValue() const override;
     void setCurrentValue(const QVariant& value) override;
@@ -24,10 +29,7 @@ public:
     QVariant minimumStepSize() const override;
 
 private:
-    ctlSlide& m_slide;
+    Control& m_control;
 };
-
-// To those tools, from the slider.
-void TellValueChanged(ctlSlide& slide);
 
 } // namespace lantern
