@@ -26,18 +26,20 @@ PopMenu::PopMenu(QWidget& window)
 
 bool PopMenu::ShowCommands(const std::vector<MenuEntry>& items)
 {
-    return Show(items, m_menuSidePic);
+    return Show(QStringLiteral("Commands"), items, m_menuSidePic);
 }
 
 bool PopMenu::ShowDevices(const std::vector<MenuEntry>& items)
 {
-    return Show(items, {});
+    return Show(QStringLiteral("Sound devices"), items, {});
 }
 
-bool PopMenu::Show(const std::vector<MenuEntry>& items, const PictureReference& sidePicture)
+bool PopMenu::Show(const QString& name, const std::vector<MenuEntry>& items,
+                   const PictureReference& sidePicture)
 {
     if (m_isOpen)
         return true;
+    m_menu.setAccessibleName(name);
     m_menu.ResetMenu();
     for (const MenuEntry& item : items)
         m_menu.AddItem(item.text, item.key);

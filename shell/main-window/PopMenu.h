@@ -27,7 +27,8 @@ public:
     [[nodiscard]] bool ShowDevices(const std::vector<MenuEntry>& items);
 
 private:
-    bool Show(const std::vector<MenuEntry>& items, const PictureReference& sidePicture);
+    bool Show(const QString& name, const std::vector<MenuEntry>& items,
+              const PictureReference& sidePicture);
 
     QWidget& m_window;
     ctlMenus m_menu;

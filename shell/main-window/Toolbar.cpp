@@ -13,6 +13,7 @@ namespace lantern {
 namespace {
 
 constexpr std::int32_t kFirstVolume = 50;
+constexpr std::int32_t kMsPerSecond = 1000;
 
 } // namespace
 
@@ -30,6 +31,7 @@ Toolbar::Toolbar(QWidget& window, QWidget& pic, TwipsPerPixel twips)
     MakeSlider(m_ctlVolume, kVolumeRect, QStringLiteral("ctlVolume"));
     m_ctlSlider.setAccessibleName(QStringLiteral("Track position"));
     m_ctlVolume.setAccessibleName(QStringLiteral("Volume"));
+    m_ctlSlider.SetGlide(kMsPerSecond);
     m_ctlVolume.SetValue(kFirstVolume);
     m_playTicker.setObjectName(QStringLiteral("PlayTicker"));
     m_playTicker.setAccessibleName(QStringLiteral("Time"));

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "ControlAccessibility.h"
 #include "ToolbarFixture.h"
 
 #include <QAccessible>
@@ -256,6 +257,35 @@ TEST_F(ToolbarTest, AssistiveToolsHearANameForEverythingOnTheBar)
     EXPECT_EQ(nameOf(toolbar.ctlSlider()), QStringLiteral("Track position"));
     EXPECT_EQ(nameOf(toolbar.ctlVolume()), QStringLiteral("Volume"));
     EXPECT_EQ(nameOf(toolbar.PlayTicker()), QStringLiteral("Time"));
+}
+
+TEST_F(ToolbarTest, AssistiveToolsFindTheFocusInOnePlace)
+{
+    Show();
+    toolbar.tBtn(CommandId::WheelVolume).setFocus();
+    const auto isFocused = [](QWidget& widget) {
+        return QAccessible::queryAccessibleInterface(&widget)->state().focused;
+    };
+    EXPECT_TRUE(isFocused(pic));
+    for (const ToolbarButton& row : kToolbarButtons)
+        EXPECT_FALSE(isFocused(toolbar.tBtn(row.command))) << NumberOf(row.command);
+    EXPECT_FALSE(isFocused(toolbar.ctlSlider()));
+    EXPECT_FALSE(isFocused(toolbar.ctlVolume()));
+}
+
+TEST_F(ToolbarTest, AssistiveToolsAreNotToldOfEachTick)
+{
+    toolbar.ctlSlider().SetValues(0, 240000, 0);
+    std::vector<const QObject*> told;
+    SetToolListener([&](const QAccessibleEvent& event) { told.push_back(event.object()); });
+    for (int positionMs = 10; positionMs < 1000; positionMs += 10)
+        toolbar.ctlSlider().SetValue(positionMs);
+    toolbar.ctlVolume().SetValue(51);
+    toolbar.ctlVolume().SetValue(52);
+    toolbar.ctlSlider().SetValue(11000); // ten seconds on
+    SetToolListener({});
+    EXPECT_EQ(told, (std::vector<const QObject*>{&toolbar.ctlVolume(), &toolbar.ctlVolume(),
+                                                 &toolbar.ctlSlider()}));
 }
 
 TEST_F(ToolbarTest, AnAssistiveToolPressesAButtonAsTheMouseDoes)

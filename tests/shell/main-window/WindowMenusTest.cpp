@@ -50,6 +50,17 @@ TEST_F(WindowMenusTest, TheMenuWearsItsDesign)
     }));
 }
 
+TEST_F(WindowMenusTest, EachMenuHasANameForAssistiveTools)
+{
+    Load();
+    EXPECT_TRUE(WithMenu(PopMenu(), [](frmMenus& menu) {
+        EXPECT_EQ(menu.accessibleName(), QStringLiteral("Commands"));
+    }));
+    EXPECT_TRUE(WithMenu(DeviceMenu(), [](frmMenus& menu) {
+        EXPECT_EQ(menu.accessibleName(), QStringLiteral("Sound devices"));
+    }));
+}
+
 TEST_F(WindowMenusTest, TheMenuOpensAtThePointer)
 {
     Load();
