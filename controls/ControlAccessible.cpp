@@ -33,6 +33,7 @@ QAccessible::State ControlAccessible::state() const
     state.checkable = spoken.isCheckBox;
     state.checked = spoken.isChecked;
     state.pressed = spoken.isPressed;
+    state.hasPopup = spoken.hasPopup;
     // To the toolkit, a control that hands the focus on to another has it as long as that has it.
     state.focusable = state.focusable && !m_control.focusProxy();
     state.focused = QApplication::focusWidget() == &m_control;

@@ -26,6 +26,7 @@ struct Spoken {
     bool isCheckBox = false;
     bool isChecked = false;
     bool isPressed = false;
+    bool hasPopup = false;
     QString action;    // what Control::Act does, by the toolkit's name for it; empty for nothing
     QString accessKey; // that does it, too
     std::optional<SpokenRange> range; // of a value that Control::TakeValue sets

@@ -1,19 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "MessageLine.h"
 
-#include "FrameAccessible.h"
+#include <QAccessible>
 
 namespace lantern {
-namespace {
-
-class MessageAccessible : public FrameAccessible {
-public:
-    using FrameAccessible::FrameAccessible;
-
-    QAccessible::Role role() const override { return QAccessible::Notification; }
-};
-
-} // namespace
 
 void MessageLine::ShowMessage(bool visible)
 {
@@ -30,9 +20,11 @@ void MessageLine::TellShown()
     QAccessible::updateAccessibility(&shown);
 }
 
-QAccessibleInterface* MessageLine::MakeAccessible()
+Spoken MessageLine::Speak() const
 {
-    return new MessageAccessible(*this);
+    Spoken spoken = ctlFrame::Speak();
+    spoken.role = QAccessible::Notification;
+    return spoken;
 }
 
 } // namespace lantern

@@ -13,7 +13,7 @@ public:
 
     void ShowMessage(bool visible);
 
-    QAccessibleInterface* MakeAccessible() override;
+    Spoken Speak() const override;
 
 protected:
     virtual void TellShown();

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "OptionsParts.h"
 
-#include "ButtonAccessible.h"
 #include "OptionsHost.h"
 #include "PlayerLook.h"
 
@@ -12,28 +11,6 @@
 #include <utility>
 
 namespace lantern {
-namespace {
-
-class DeviceAccessible : public ButtonAccessible {
-public:
-    using ButtonAccessible::ButtonAccessible;
-
-    QAccessible::Role role() const override { return QAccessible::ButtonMenu; }
-    QAccessible::State state() const override
-    {
-        QAccessible::State state = ButtonAccessible::state();
-        state.checkable = false;
-        state.checked = false;
-        state.hasPopup = true;
-        return state;
-    }
-    QStringList actionNames() const override
-    {
-        return ButtonAccessible::actionNames().replaceInStrings(toggleAction(), pressAction());
-    }
-};
-
-} // namespace
 
 const Ambient& OptionsAmbient()
 {
@@ -70,9 +47,16 @@ void WhiteLabel::FitToText()
     setGeometry(geometry().adjusted(isRight ? -missing : 0, 0, isRight ? 0 : missing, 0));
 }
 
-QAccessibleInterface* DeviceButton::MakeAccessible()
+Spoken DeviceButton::Speak() const
 {
-    return new DeviceAccessible(*this);
+    Spoken spoken = ctlPicBtn::Speak();
+    spoken.role = QAccessible::ButtonMenu;
+    spoken.hasPopup = true;
+    spoken.isCheckBox = false;
+    spoken.isChecked = false;
+    if (!spoken.action.isEmpty())
+        spoken.action = QAccessibleActionInterface::pressAction();
+    return spoken;
 }
 
 WebAddress::WebAddress(QWidget* parent, OptionsHost& player) : WhiteLabel(parent), m_player(player)

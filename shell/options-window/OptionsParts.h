@@ -42,7 +42,7 @@ class DeviceButton : public ctlPicBtn {
 public:
     using ctlPicBtn::ctlPicBtn;
 
-    QAccessibleInterface* MakeAccessible() override;
+    Spoken Speak() const override;
 };
 
 // The maker's address: a click with the left button opens it, any other button opens the menu.

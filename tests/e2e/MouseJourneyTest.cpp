@@ -28,6 +28,16 @@ protected:
     {
         return FindBursts(ears.HeardLately(4s), Recording::kRate);
     }
+    // A pointer that was blank stays so for a moment where the program is slow: what counts is what
+    // comes of it, not the first look.
+    bool AwaitPointerBlank(bool isBlank)
+    {
+        const auto holds = [&] { return eyes.IsPointerBlank() == isBlank; };
+        if (!Eventually(holds, 5s))
+            return false;
+        std::this_thread::sleep_for(100ms);
+        return holds();
+    }
     // Where the track was at the last whole note.
     double SecondsHeard() const
     {
@@ -167,6 +177,43 @@ TEST_F(MouseByHand, TheBarComesAndGoesInFullScreen)
     EXPECT_TRUE(AwaitFullScreen(true));
     hand.DoubleClick({screen.Width() / 2, screen.Height() / 2});
     EXPECT_TRUE(AwaitFullScreen(false));
+}
+
+TEST_F(MouseByHand, InFullScreenThePointerIsSeenOnTheBarEvenAfterAMenu)
+{
+    ASSERT_NO_FATAL_FAILURE(OpenDesk());
+    hand.Key("f");
+    ASSERT_TRUE(AwaitFullScreen(true));
+    const Point middle = {screen.Width() / 2, screen.Height() / 2};
+    hand.MoveTo(middle);
+    EXPECT_TRUE(AwaitPointerBlank(true)) << "over the picture";
+    hand.MoveTo({screen.Width() / 2, screen.Height() - 3});
+    const Point body = Desk().Body();
+    ASSERT_TRUE(AwaitColour(body, 0xFF000000U)) << "no bar";
+    // So near the lower edge the menu lies above the pointer.
+    const auto isMenuOpen = [&] {
+        return BoundsOfColour(eyes.Area({body.x - 20, body.y - 300, 200, 250}), kMenuFrame)
+            .isValid();
+    };
+    hand.Click(body, 3);
+    ASSERT_TRUE(Eventually(isMenuOpen, kPatience)) << "no menu";
+    hand.Key("Escape");
+    ASSERT_TRUE(Eventually([&] { return !isMenuOpen(); }, kPatience));
+    const Point onBar[] = {body,
+                           Desk().Button(0),
+                           Desk().Button(31),
+                           Desk().Button(8),
+                           SliderPoint(Desk().PositionSlider(), 0.5),
+                           SliderPoint(Desk().VolumeSlider(), 0.5)};
+    for (const Point& point : onBar) {
+        hand.MoveTo(point);
+        EXPECT_TRUE(AwaitPointerBlank(false)) << point.x << ", " << point.y;
+    }
+    hand.MoveTo(middle);
+    EXPECT_TRUE(AwaitPointerBlank(true)) << "over the picture again";
+    hand.Key("f");
+    ASSERT_TRUE(AwaitFullScreen(false));
+    EXPECT_TRUE(AwaitPointerBlank(false)) << "in a window";
 }
 
 TEST_F(MouseByHand, TheWindowIsMovedByItsBodyAndNotInFullScreen)

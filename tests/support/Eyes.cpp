@@ -3,6 +3,10 @@
 
 #include <X11/Xlib.h>
 #include <X11/Xutil.h>
+#include <X11/extensions/Xfixes.h>
+#include <algorithm>
+#include <memory>
+#include <span>
 #include <stdexcept>
 
 namespace lantern::test {
@@ -60,6 +64,17 @@ QImage Eyes::Area(const QRect& area)
 QRgb Eyes::At(Point point)
 {
     return PixelAt(m_connection, point);
+}
+
+bool Eyes::IsPointerBlank() const
+{
+    const std::unique_ptr<XFixesCursorImage, int (*)(void*)> pointer(
+        XFixesGetCursorImage(m_connection.Display()), XFree);
+    if (!pointer)
+        throw std::runtime_error("the pointer cannot be seen");
+    // One pixel each, with its opacity in the highest of 32 bits; the items are longs.
+    const std::span pixels(pointer->pixels, std::size_t{pointer->width} * pointer->height);
+    return std::ranges::none_of(pixels, [](unsigned long pixel) { return (pixel >> 24) != 0; });
 }
 
 void Eyes::Watch(const std::vector<Point>& points)

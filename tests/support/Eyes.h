@@ -30,6 +30,8 @@ public:
     QImage Screen();
     QImage Area(const QRect& area);
     QRgb At(Point point);
+    // Whether the mouse's pointer shows nothing where it is.
+    bool IsPointerBlank() const;
 
     // Looks at the points about a thousand times a second until StopWatching. The first colour of
     // each point counts as a change, too.

@@ -32,6 +32,23 @@ public:
         return Clock::now();
     }
 
+    // Over the card, the pointer shows nothing.
+    void HidePointer()
+    {
+        Display* const display = m_connection.Display();
+        const Pixmap nothing = XCreatePixmap(display, m_window, 8, 8, 1);
+        const GC context = XCreateGC(display, nothing, 0, nullptr);
+        XSetForeground(display, context, 0);
+        XFillRectangle(display, nothing, context, 0, 0, 8, 8);
+        XColor black = {};
+        const Cursor blank = XCreatePixmapCursor(display, nothing, nothing, &black, &black, 0, 0);
+        XDefineCursor(display, m_window, blank);
+        XFreeCursor(display, blank);
+        XFreeGC(display, context);
+        XFreePixmap(display, nothing);
+        XSync(display, False);
+    }
+
     // The next key or button event within some seconds, as its type, code and modifiers.
     XEvent Next()
     {
@@ -55,6 +72,19 @@ private:
     XConnection m_connection;
     unsigned long m_window;
 };
+
+TEST(Eyes, TheySeeWhetherThePointerShowsNothing)
+{
+    const XServer server(200, 200);
+    Card card(server);
+    const Eyes eyes(server);
+    Hand hand(server);
+    card.HidePointer();
+    hand.MoveTo({50, 50});
+    EXPECT_TRUE(Eventually([&] { return eyes.IsPointerBlank(); }));
+    hand.MoveTo({150, 50});
+    EXPECT_TRUE(Eventually([&] { return !eyes.IsPointerBlank(); }));
+}
 
 TEST(Eyes, TheySeeAChangeWithinMilliseconds)
 {

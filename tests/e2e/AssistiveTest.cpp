@@ -1,0 +1,162 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The player as a screen reader knows it, on a real bus.
+#include "Journey.h"
+#include "PlayerDesk.h"
+#include "ScreenReader.h"
+#include "ScreenWindow.h"
+
+#include <gmock/gmock.h>
+
+namespace lantern::test {
+namespace {
+
+using ::testing::Contains;
+using ::testing::ElementsAre;
+using ::testing::IsSupersetOf;
+using ::testing::Not;
+
+constexpr const char* kTitle = "Lyric Lantern CDG Player";
+const std::string kMainWindow = "frame:Lyric Lantern CDG Player 5.0.525";
+const std::string kOptions = "dialog:Lyric Lantern CDG Player Options";
+
+class Assistive : public Journey {
+protected:
+    void Open()
+    {
+        WriteToneTrack("song", 60.0);
+        StartPlayer({(folder / "song.cdg").string()}, reader.Environment());
+        ASSERT_TRUE(AwaitPicture(kPicture));
+        ASSERT_TRUE(AwaitSound());
+    }
+
+    ReadTree MainWindow() { return reader.Tree().Below("frame", kMainWindow.substr(6)); }
+    ReadTree OptionsWindow() { return reader.Tree().Below("dialog", kOptions.substr(7)); }
+
+    // Until the reader finds it so.
+    ::testing::AssertionResult Finds(const std::function<bool()>& isSo)
+    {
+        if (Eventually(isSo, kPatience, 50ms))
+            return ::testing::AssertionSuccess();
+        ::testing::AssertionResult failure = ::testing::AssertionFailure();
+        const ReadTree tree = reader.Tree();
+        for (const ReadObject& one : tree.Objects())
+            failure << std::string(2 * static_cast<std::size_t>(one.depth), ' ') << one.role << ": "
+                    << one.name << " = " << one.value << '\n';
+        return failure;
+    }
+
+    ScreenReader reader{screen, kTitle};
+};
+
+TEST_F(Assistive, TheMainWindowIsReadWithRolesNamesAndStates)
+{
+    ASSERT_NO_FATAL_FAILURE(Open());
+    const ReadTree window = MainWindow();
+    ASSERT_FALSE(window.Objects().empty());
+    EXPECT_TRUE(window.Objects().front().Is("active"));
+    const ReadObject lyrics = window.Find("image", "Lyrics");
+    EXPECT_TRUE(lyrics.Is("showing"));
+    EXPECT_TRUE(lyrics.Is("focusable"));
+    EXPECT_TRUE(lyrics.Is("focused"));
+    EXPECT_THAT(
+        window.Names("push button"),
+        IsSupersetOf({"Open", "Play", "Pause", "Stop", "Rewind 10 seconds", "Rewind 60 seconds",
+                      "Forward 10 seconds", "Forward 60 seconds", "Copy Screen to ClipBoard",
+                      "View at 1x size", "View at 2x size", "View at 3x size", "View at 4x size",
+                      "View at 5x size", "Full Screen", "Restore Screen", "Exit",
+                      "Increase Display Size", "Reduce Display Size"}));
+    EXPECT_THAT(window.Names("check box"),
+                IsSupersetOf({"Custom Speed/Quick Play", "Mute/Restore Audio", "Options",
+                              "Balance - Adjust With Wheel", "Key / Pitch - Adjust With Wheel",
+                              "Speed - Adjust With Wheel", "Volume - Adjust With Wheel",
+                              "Track - Adjust With Wheel"}));
+    EXPECT_FALSE(window.Find("push button", "Play").Is("showing"));
+    EXPECT_TRUE(window.Find("push button", "Pause").Is("showing"));
+    EXPECT_TRUE(window.Find("push button", "Pause").Can("Press"));
+    EXPECT_EQ(window.Find("push button", "Open").description, "Open (O)") << "the tool tip";
+    EXPECT_TRUE(window.Find("check box", "Volume - Adjust With Wheel").Is("checked"));
+    EXPECT_FALSE(window.Find("check box", "Track - Adjust With Wheel").Is("checked"));
+    const ReadObject volume = window.Find("slider", "Volume");
+    EXPECT_EQ(volume.value, "100.0");
+    EXPECT_EQ(volume.minimum, "0.0");
+    EXPECT_EQ(volume.maximum, "100.0");
+    EXPECT_EQ(window.Find("slider", "Track position").minimum, "0.0");
+    for (const ReadObject& one : window.Objects()) {
+        if (one.Is("showing")) {
+            EXPECT_NE(one.name, "") << one.role;
+            EXPECT_NE(one.role, "filler") << one.name;
+        }
+    }
+}
+
+TEST_F(Assistive, ButtonsAreUsedAndSlidersAreSet)
+{
+    ASSERT_NO_FATAL_FAILURE(Open());
+    reader.Do("Press", {kMainWindow, "push button:Pause"});
+    EXPECT_TRUE(AwaitSilence());
+    EXPECT_TRUE(Finds([this] { return MainWindow().Find("push button", "Play").Is("showing"); }));
+    reader.Do("Press", {kMainWindow, "push button:Play"});
+    EXPECT_TRUE(AwaitSound());
+    reader.Do("Toggle", {kMainWindow, "check box:Mute/Restore Audio"});
+    EXPECT_TRUE(AwaitSilence());
+    EXPECT_TRUE(Finds(
+        [this] { return MainWindow().Find("check box", "Mute/Restore Audio").Is("checked"); }));
+    reader.Set(80, {kMainWindow, "slider:Volume"});
+    EXPECT_TRUE(AwaitSound());
+    EXPECT_TRUE(Finds([this] { return MainWindow().Find("slider", "Volume").value == "80.0"; }));
+    reader.Do("Press", {kMainWindow, "push button:Pause"});
+    EXPECT_TRUE(AwaitSilence());
+    reader.Set(30000, {kMainWindow, "slider:Track position"});
+    EXPECT_TRUE(
+        Finds([this] { return MainWindow().Find("slider", "Track position").value == "30000.0"; }));
+}
+
+TEST_F(Assistive, OfTheOptionsThePanelInFrontIsReadAndUsed)
+{
+    ASSERT_NO_FATAL_FAILURE(Open());
+    reader.Do("Toggle", {kMainWindow, "check box:Options"});
+    const ScreenWindow window(screen, "Lyric Lantern CDG Player Options");
+    ASSERT_TRUE(window.IsThereSoon());
+    ASSERT_TRUE(Finds([this] { return OptionsWindow().Objects().front().Is("showing"); }));
+    ReadTree options = OptionsWindow();
+    EXPECT_THAT(options.Names("slider"), ElementsAre("Balance", "Key / Pitch", "Speed", "Volume"));
+    EXPECT_THAT(options.Names("check box"),
+                ElementsAre("Custom Balance", "Custom Key/Pitch", "Custom Speed/Quick Play",
+                            "Mute/Restore Audio", "Remember Audio Device"));
+    EXPECT_THAT(options.Names("push button"),
+                IsSupersetOf({"About Lyric Lantern CDG Player", "Hide this window"}));
+    EXPECT_THAT(options.Names("push button"), Not(Contains("Return to Options")));
+    EXPECT_EQ(options.Find("slider", "Balance").minimum, "-50.0");
+    EXPECT_TRUE(Finds([this] { return OptionsWindow().Find("image", "Spectrum").Is("focused"); }));
+
+    reader.Set(-50, {kOptions, "slider:Balance"});
+    EXPECT_TRUE(AwaitLevel(Side::Right, 0.0, 0.001));
+    reader.Do("Toggle", {kOptions, "check box:Custom Balance"});
+    EXPECT_TRUE(AwaitLevel(Side::Right, kLoudness / std::numbers::sqrt2, 0.01));
+
+    reader.Do("Press", {kOptions, "push button:About Lyric Lantern CDG Player"});
+    EXPECT_TRUE(Finds(
+        [this] { return !OptionsWindow().Find("push button", "Return to Options").role.empty(); }));
+    options = OptionsWindow();
+    EXPECT_TRUE(options.Names("slider").empty());
+    EXPECT_THAT(options.Names("label"), Contains(::testing::HasSubstr("GPL-3.0-or-later")));
+    reader.Do("Press", {kOptions, "push button:Hide this window"});
+    EXPECT_TRUE(window.IsGoneSoon());
+}
+
+TEST_F(Assistive, MessagesAreAnnouncedEvenOneAfterTheOther)
+{
+    ASSERT_NO_FATAL_FAILURE(Open());
+    ScreenReader::Listening listening = reader.Listen();
+    hand.Key("m");
+    EXPECT_TRUE(listening.Hears("object:state-changed:showing\t1\tnotification\tVolume: MUTE"));
+    listening = reader.Listen();
+    hand.Key("m");
+    EXPECT_TRUE(listening.Hears("object:state-changed:showing\t1\tnotification\tVolume: 100%"))
+        << "while the first one still stands";
+    EXPECT_TRUE(listening.Hears("object:state-changed:checked\t0\tcheck box\tMute/Restore Audio"));
+    EXPECT_TRUE(listening.Hears("object:state-changed:showing\t0\tnotification\tVolume: 100%"));
+}
+
+} // namespace
+} // namespace lantern::test
