@@ -111,7 +111,7 @@ TEST_F(OpenWebSiteTest, WhatShowsItMayTakeItsTime)
 {
     QFile script(m_folder.filePath(QStringLiteral("xdg-open")));
     ASSERT_TRUE(script.open(QIODevice::WriteOnly));
-    script.write("#!/bin/sh\nexec /bin/sleep 2\n");
+    script.write("#!/bin/sh\n/bin/sleep 2\necho shown >>'" + QFile::encodeName(Note()) + "'\n");
     script.setPermissions(QFile::ReadOwner | QFile::ExeOwner);
     script.close();
     QElapsedTimer timer;
@@ -119,6 +119,9 @@ TEST_F(OpenWebSiteTest, WhatShowsItMayTakeItsTime)
     OpenWebSite();
     EXPECT_LT(timer.elapsed(), 1000);
     EXPECT_EQ(CloseMessage(), QString());
+    // Were its folder gone before it has read its script, it would fail, and the message of that
+    // stand in the way of whatever comes next.
+    EXPECT_TRUE(Await([&] { return Noted() == "shown\n"; }));
 }
 
 } // namespace
