@@ -166,7 +166,7 @@ void PacketInterpreter::Scroll(Instruction instruction)
     m_picture.ViewLeft = kRestingViewLeft + (data[1] & kHorizontalOffsetMask);
     m_picture.ViewTop = kRestingViewTop + (data[2] & kVerticalOffsetMask);
     if (horizontal.moves || vertical.moves)
-        ShiftPicture(horizontal.readOffset, vertical.readOffset);
+        m_buffers.RollPage(horizontal.readOffset, vertical.readOffset, m_picture.PictureBuffer);
     m_picture.PictureDirty = true;
 }
 
@@ -179,20 +179,6 @@ void PacketInterpreter::FillScrollEdge(Instruction instruction, int minX, int ma
         return;
     m_buffers.FGsetcolor(colour);
     m_buffers.FGrect(minX, maxX, minY, maxY);
-}
-
-// Four pictures side by side wrap around wherever one picture's worth is read from them.
-void PacketInterpreter::ShiftPicture(int readLeft, int readTop)
-{
-    constexpr int kRight = kPictureWidth - 1;
-    constexpr int kBottom = kPictureHeight - 1;
-    for (const int x : {0, kPictureWidth}) {
-        for (const int y : {0, kPictureHeight})
-            m_buffers.FGvbcopy(0, kRight, 0, kBottom, x, y + kBottom, m_picture.PictureBuffer,
-                               m_picture.WrapBuffer);
-    }
-    m_buffers.FGvbcopy(readLeft, readLeft + kRight, readTop, readTop + kBottom, 0, kBottom,
-                       m_picture.WrapBuffer, m_picture.PictureBuffer);
 }
 
 void PacketInterpreter::LoadColourTable(int baseEntry)

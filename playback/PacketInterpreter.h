@@ -43,7 +43,6 @@ private:
     void Scroll(Instruction instruction);
     void FillScrollEdge(Instruction instruction, int minX, int maxX, int minY, int maxY,
                         int colour);
-    void ShiftPicture(int readLeft, int readTop);
     void LoadColourTable(int baseEntry);
 
     PictureMemory& m_picture;

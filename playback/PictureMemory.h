@@ -75,7 +75,7 @@ public:
     VirtualBuffers& Buffers() { return m_buffers; }
 
     int PictureBuffer = 0; // kPictureWidth by kPictureHeight, indexes 0 to 15
-    int WrapBuffer = 0;    // two by two pictures, scratch for the wrap-around of scrolls
+    int WrapBuffer = 0;    // two by two pictures, room for scrolls to wrap; RollPage needs none
     int PaletteHandle = 0;
     ColourBytes ColourTable = {};
     std::int16_t BorderColour = 0; // index into ColourTable, 0 to 15

@@ -213,22 +213,6 @@ void DrawTiles(benchmark::State& state)
     state.SetItemsProcessed(state.iterations());
 }
 
-// The picture laid out four times and one part of it copied back, as a scroll that wraps does.
-void ScrollMosaic(benchmark::State& state)
-{
-    VirtualBuffers buffers;
-    buffers.FGvbinit();
-    const int wrap = buffers.FGvballoc(600, 432);
-    const int picture = buffers.FGvballoc(300, 216);
-    for (auto _ : state) {
-        for (const int x : {0, 300}) {
-            for (const int y : {0, 216})
-                buffers.FGvbcopy(0, 299, 0, 215, x, y + 215, picture, wrap);
-        }
-        buffers.FGvbcopy(294, 593, 204, 419, 0, 215, wrap, picture);
-    }
-}
-
 // QPainter scales on several threads: what counts is the time on the wall, and the processor time
 // of the whole process.
 void UsualSizes(benchmark::internal::Benchmark* bench)
@@ -251,7 +235,6 @@ BENCHMARK(DirtyStrip)->Apply(UsualSizes);
 BENCHMARK(OneColourChanged)->Apply(UsualSizes);
 BENCHMARK(TouchedButUnchanged)->Apply(UsualSizes);
 BENCHMARK(Unchanged)->Apply(UsualSizes);
-BENCHMARK(ScrollMosaic);
 BENCHMARK(DrawTiles)->ArgNames({"w", "h", "exclusive"})->Args({576, 384, 0})->Args({576, 384, 1});
 
 } // namespace

@@ -9,6 +9,7 @@
 #include <benchmark/benchmark.h>
 
 #include <algorithm>
+#include <array>
 #include <ctime>
 #include <memory>
 
@@ -138,17 +139,26 @@ void ShowCodeColourLoads(benchmark::State& state)
 }
 BENCHMARK(ShowCodeColourLoads)->Unit(benchmark::kMillisecond);
 
-// The dearest packets there are: each moves the whole picture.
+// An hour of packets that all move the picture, both ways along both axes, some with a fill.
 void ShowCodeScrolls(benchmark::State& state)
 {
-    constexpr PacketIndex kCount = kPacketsPerSecond;
+    constexpr PacketIndex kHour = 60 * 60 * kPacketsPerSecond;
+    constexpr std::array<std::uint8_t, 8> kMoves = {0x10, 0x20, 0x10, 0x00, 0x20, 0x20, 0x00, 0x10};
     OneBasedArray<CdgPacket> packets;
-    for (PacketIndex i = 0; i < kCount; ++i)
-        packets.Add({.Command = 9, .Instruction = 24, .PacketData = {0, 0x10, 0x20}});
+    for (PacketIndex i = 0; i < kHour; ++i) {
+        const auto across = kMoves[static_cast<std::size_t>(i % 8)];
+        const auto down = kMoves[static_cast<std::size_t>((i + 1) % 8)];
+        const auto instruction = static_cast<std::uint8_t>(i / 8 % 2 == 0 ? 20 : 24);
+        packets.Add({.Command = 9,
+                     .Instruction = instruction,
+                     .PacketData = {static_cast<std::uint8_t>(i % 16),
+                                    static_cast<std::uint8_t>(across | i % 6),
+                                    static_cast<std::uint8_t>(down | i % 12)}});
+    }
     PictureSet set;
     for (auto _ : state)
         DecodeFast(set, packets);
-    CountPackets(state, kCount);
+    CountPackets(state, kHour);
 }
 BENCHMARK(ShowCodeScrolls)->Unit(benchmark::kMillisecond);
 

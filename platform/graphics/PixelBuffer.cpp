@@ -12,7 +12,6 @@ namespace {
 
 // A tile row is written as one word of eight bytes, of which the last two are put back unchanged.
 using TileWord = std::uint64_t;
-constexpr std::size_t kWordSlack = sizeof(TileWord) - kTileWidth;
 constexpr unsigned kRowPatterns = 1U << kTileWidth;
 
 constexpr TileWord WordByte(int position, std::uint8_t value)
@@ -46,17 +45,46 @@ constexpr TileWord kTilePixels = WordOf(0xFF);
 constexpr TileWord kEachPixel = WordOf(1);
 constexpr std::array<TileWord, kRowPatterns> kRowMasks = MakeRowMasks();
 
+// The pixels of a tile's row are put, the word's other bytes kept.
+void PutTileRow(std::uint8_t* target, TileWord pixels)
+{
+    TileWord word;
+    std::memcpy(&word, target, sizeof word);
+    word = (word & ~kTilePixels) | (pixels & kTilePixels);
+    std::memcpy(target, &word, sizeof word);
+}
+
 } // namespace
 
 PixelBuffer::PixelBuffer(int width, int height)
     : m_width(width), m_height(height),
-      m_storage(static_cast<std::size_t>(width) * static_cast<std::size_t>(height) + kWordSlack)
+      m_storage(static_cast<std::size_t>(width) * static_cast<std::size_t>(height) + kSlack)
 {
 }
 
-std::span<const std::uint8_t> PixelBuffer::Pixels() const
+std::span<const std::uint8_t> PixelBuffer::Pixels()
 {
-    return std::span(m_storage).first(m_storage.size() - kWordSlack);
+    Straighten();
+    return std::span(m_storage).first(Size());
+}
+
+void PixelBuffer::Roll(int left, int top)
+{
+    m_originX = StoredX(left);
+    m_originY = StoredY(top);
+}
+
+void PixelBuffer::Straighten()
+{
+    if (m_originX == 0 && m_originY == 0)
+        return;
+    const auto begin = m_storage.begin();
+    std::rotate(begin, begin + m_originY * m_width, m_storage.end() - kSlack);
+    for (int y = 0; y < m_height; ++y) {
+        const auto row = begin + y * m_width;
+        std::rotate(row, row + m_originX, row + m_width);
+    }
+    m_originX = m_originY = 0;
 }
 
 void PixelBuffer::Put(int x, int y, std::uint8_t index)
@@ -74,16 +102,32 @@ void PixelBuffer::FillRect(const PixelBounds& bounds, std::uint8_t index)
 {
     const int minX = std::max(bounds.minX, 0);
     const int maxX = std::min(bounds.maxX, m_width - 1);
+    const int minY = std::max(bounds.minY, 0);
     const int maxY = std::min(bounds.maxY, m_height - 1);
-    if (minX > maxX)
+    if (minX > maxX || minY > maxY)
         return;
-    const auto length = static_cast<std::size_t>(maxX) - static_cast<std::size_t>(minX) + 1;
-    for (int y = std::max(bounds.minY, 0); y <= maxY; ++y)
-        std::memset(&m_storage[Offset(minX, y)], index, length);
+    // In two parts where it meets the end of the storage's rows.
+    const int storedX = StoredX(minX);
+    const int width = maxX - minX + 1;
+    const int first = std::min(width, m_width - storedX);
+    FillStored(storedX, minY, first, maxY - minY + 1, index);
+    if (first < width)
+        FillStored(0, minY, width - first, maxY - minY + 1, index);
 }
 
-void PixelBuffer::Copy(const PixelBuffer& source, const PixelBounds& bounds, int newX,
-                       std::int64_t newY)
+void PixelBuffer::FillStored(int storedX, int y, int width, int height, std::uint8_t index)
+{
+    for (int row = y; row < y + height; ++row) {
+        std::uint8_t* target = &m_storage[StoredOffset(storedX, StoredY(row))];
+        // The sides of a scroll are as narrow as a tile, where a call costs more than the pixels.
+        if (width == kTileWidth)
+            PutTileRow(target, kEachPixel * index);
+        else
+            std::memset(target, index, static_cast<std::size_t>(width));
+    }
+}
+
+void PixelBuffer::Copy(PixelBuffer& source, const PixelBounds& bounds, int newX, std::int64_t newY)
 {
     // The move from a source pixel to its place, then the source range that both images allow.
     const std::int64_t moveX = std::int64_t{newX} - bounds.minX;
@@ -94,9 +138,11 @@ void PixelBuffer::Copy(const PixelBuffer& source, const PixelBounds& bounds, int
         std::min<std::int64_t>({bounds.maxX, source.m_width - 1, m_width - 1 - moveX});
     const auto maxY =
         std::min<std::int64_t>({bounds.maxY, source.m_height - 1, m_height - 1 - moveY});
-    if (minX > maxX)
+    if (minX > maxX || minY > maxY)
         return;
 
+    source.Straighten();
+    Straighten();
     // Within one buffer a row must be read before the copy reaches it.
     const bool upwards = moveY > 0;
     const auto length = static_cast<std::size_t>(maxX - minX + 1);
@@ -110,19 +156,28 @@ void PixelBuffer::Copy(const PixelBuffer& source, const PixelBounds& bounds, int
 
 void PixelBuffer::CopyAll(const PixelBuffer& source)
 {
-    if (&source != this && source.m_width == m_width && source.m_height == m_height)
-        std::ranges::copy(source.m_storage, m_storage.begin());
+    if (&source == this || source.m_width != m_width || source.m_height != m_height)
+        return;
+    std::ranges::copy(source.m_storage, m_storage.begin());
+    m_originX = source.m_originX;
+    m_originY = source.m_originY;
 }
 
 void PixelBuffer::DrawTile(int x, int y, const TilePattern& pattern)
 {
-    if (x >= 0 && x <= m_width - kTileWidth && y >= 0 && y <= m_height - kTileHeight)
-        DrawWholeTile(x, y, pattern);
-    else
-        DrawClippedTile(x, y, pattern);
+    if (x >= 0 && x <= m_width - kTileWidth && y >= 0 && y <= m_height - kTileHeight) {
+        // A picture rolls by whole tiles, so none of its own lies across the end of the storage.
+        const int storedX = StoredX(x);
+        const int storedY = StoredY(y);
+        if (storedX <= m_width - kTileWidth && storedY <= m_height - kTileHeight) {
+            DrawWholeTile(StoredOffset(storedX, storedY), pattern);
+            return;
+        }
+    }
+    DrawPixelByPixel(x, y, pattern);
 }
 
-void PixelBuffer::DrawWholeTile(int x, int y, const TilePattern& pattern)
+void PixelBuffer::DrawWholeTile(std::size_t offset, const TilePattern& pattern)
 {
     // Where a bit is clear the pixel is colour 0, where it is set colour 0 with the bits flipped
     // that make it colour 1. What is kept of the old word takes part by exclusive or.
@@ -130,7 +185,7 @@ void PixelBuffer::DrawWholeTile(int x, int y, const TilePattern& pattern)
     const TileWord flip = kEachPixel * static_cast<std::uint8_t>(pattern.colour0 ^ pattern.colour1);
     const TileWord keep = pattern.exclusive ? ~TileWord{0} : ~kTilePixels;
     const auto stride = static_cast<std::size_t>(m_width);
-    std::uint8_t* target = m_storage.data() + Offset(x, y);
+    std::uint8_t* target = m_storage.data() + offset;
     for (const std::uint8_t row : pattern.rows) {
         TileWord word;
         std::memcpy(&word, target, sizeof word);
@@ -140,7 +195,7 @@ void PixelBuffer::DrawWholeTile(int x, int y, const TilePattern& pattern)
     }
 }
 
-void PixelBuffer::DrawClippedTile(int x, int y, const TilePattern& pattern)
+void PixelBuffer::DrawPixelByPixel(int x, int y, const TilePattern& pattern)
 {
     for (int row = 0; row < kTileHeight; ++row) {
         for (int pixel = 0; pixel < kTileWidth; ++pixel) {
@@ -168,9 +223,17 @@ void PixelBuffer::ReadRow(int x, int y, std::span<std::uint8_t> out) const
         return;
     }
     std::fill(out.begin(), out.begin() + begin, std::uint8_t{0});
-    std::memcpy(out.data() + begin, &m_storage[Offset(static_cast<int>(x + begin), y)],
-                static_cast<std::size_t>(end - begin));
     std::fill(out.begin() + end, out.end(), std::uint8_t{0});
+    // In two parts where it meets the end of the storage's rows.
+    const std::span inside =
+        out.subspan(static_cast<std::size_t>(begin), static_cast<std::size_t>(end - begin));
+    const int storedX = StoredX(static_cast<int>(x + begin));
+    const std::size_t first = std::min(inside.size(), static_cast<std::size_t>(m_width - storedX));
+    std::ranges::copy(std::span(m_storage).subspan(StoredOffset(storedX, StoredY(y)), first),
+                      inside.begin());
+    std::ranges::copy(
+        std::span(m_storage).subspan(StoredOffset(0, StoredY(y)), inside.size() - first),
+        inside.begin() + static_cast<std::ptrdiff_t>(first));
 }
 
 } // namespace lantern

@@ -41,20 +41,28 @@ struct TilePattern {
 };
 
 // One image of 8-bit colour indexes. Every operation clips to it; a read outside gives index 0.
+//
+// It is kept as if its right side met its left and its bottom met its top. To roll it then only
+// moves its origin; but for that, nobody has to know.
 class PixelBuffer {
 public:
     PixelBuffer(int width, int height); // IsHoldable; filled with index 0
 
     int Width() const { return m_width; }
     int Height() const { return m_height; }
-    std::span<const std::uint8_t> Pixels() const;
+    std::size_t Size() const { return m_storage.size() - kSlack; }
+    // Row by row without padding, up to the next operation.
+    std::span<const std::uint8_t> Pixels();
 
     std::uint8_t Get(int x, int y) const { return Contains(x, y) ? m_storage[Offset(x, y)] : 0; }
     void Put(int x, int y, std::uint8_t index);
     void Fill(std::uint8_t index);
     void FillRect(const PixelBounds& bounds, std::uint8_t index);
+    // The pixel at left, top comes to 0, 0; what leaves on one side comes in on the other. For a
+    // pixel inside.
+    void Roll(int left, int top);
     // The part of the source that lies in both images; source may be this buffer.
-    void Copy(const PixelBuffer& source, const PixelBounds& bounds, int newX, std::int64_t newY);
+    void Copy(PixelBuffer& source, const PixelBounds& bounds, int newX, std::int64_t newY);
     void CopyAll(const PixelBuffer& source); // only between images of the same size
     void DrawTile(int x, int y, const TilePattern& pattern);
     // The row's pixels from x on, index 0 where they lie outside.
@@ -62,17 +70,32 @@ public:
 
 private:
     bool Contains(int x, int y) const { return x >= 0 && x < m_width && y >= 0 && y < m_height; }
-    std::size_t Offset(int x, int y) const
+    // Where a pixel inside stands in the storage.
+    int StoredX(int x) const { return Wrapped(x + m_originX, m_width); }
+    int StoredY(int y) const { return Wrapped(y + m_originY, m_height); }
+    static int Wrapped(int position, int size)
     {
-        return static_cast<std::size_t>(y) * static_cast<std::size_t>(m_width) +
-               static_cast<std::size_t>(x);
+        return position < size ? position : position - size;
     }
-    void DrawWholeTile(int x, int y, const TilePattern& pattern);
-    void DrawClippedTile(int x, int y, const TilePattern& pattern);
+    std::size_t Offset(int x, int y) const { return StoredOffset(StoredX(x), StoredY(y)); }
+    std::size_t StoredOffset(int storedX, int storedY) const
+    {
+        return static_cast<std::size_t>(storedY) * static_cast<std::size_t>(m_width) +
+               static_cast<std::size_t>(storedX);
+    }
+    void Straighten(); // the origin is at the storage's begin
+    void FillStored(int storedX, int y, int width, int height, std::uint8_t index);
+    void DrawWholeTile(std::size_t offset, const TilePattern& pattern);
+    void DrawPixelByPixel(int x, int y, const TilePattern& pattern);
+
+    // A few pixels are written as one word, which reaches beyond them.
+    static constexpr std::ptrdiff_t kSlack = sizeof(std::uint64_t) - kTileWidth;
 
     int m_width;
     int m_height;
-    std::vector<std::uint8_t> m_storage; // the rows, then a few bytes that a tile may touch
+    int m_originX = 0; // where pixel 0, 0 stands in the storage
+    int m_originY = 0;
+    std::vector<std::uint8_t> m_storage; // the rows, then the slack
 };
 
 } // namespace lantern

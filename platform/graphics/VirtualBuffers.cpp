@@ -110,7 +110,7 @@ void VirtualBuffers::FGvbfree(int handle)
         return;
     if (buffer == m_impl->active)
         FGvbclose();
-    m_impl->allocatedPixels -= buffer->Pixels().size();
+    m_impl->allocatedPixels -= buffer->Size();
     m_impl->buffers.erase(handle);
 }
 
@@ -205,7 +205,7 @@ void VirtualBuffers::FGrect(int minX, int maxX, int minY, int maxY)
 void VirtualBuffers::FGvbcopy(int minX, int maxX, int minY, int maxY, int newX, int newY,
                               int source, int destination)
 {
-    const PixelBuffer* from = m_impl->Find(source);
+    PixelBuffer* from = m_impl->Find(source);
     PixelBuffer* to = m_impl->Find(destination);
     const PixelBounds bounds{minX, maxX, minY, maxY};
     if (from == nullptr || to == nullptr)
@@ -261,9 +261,19 @@ void VirtualBuffers::DrawTile(int x, int y, std::span<const std::uint8_t, 12> ro
     m_impl->Touch();
 }
 
+void VirtualBuffers::RollPage(int left, int top, int handle)
+{
+    PixelBuffer* buffer = m_impl->Find(handle);
+    if (buffer == nullptr)
+        return;
+    const auto inside = [](int position, int size) { return (position % size + size) % size; };
+    buffer->Roll(inside(left, buffer->Width()), inside(top, buffer->Height()));
+    m_impl->Touch();
+}
+
 std::span<const std::uint8_t> VirtualBuffers::Pixels(int handle) const
 {
-    const PixelBuffer* buffer = m_impl->Find(handle);
+    PixelBuffer* buffer = m_impl->Find(handle);
     return buffer == nullptr ? std::span<const std::uint8_t>{} : buffer->Pixels();
 }
 

@@ -108,7 +108,13 @@ public:
     void DrawTile(int x, int y, std::span<const std::uint8_t, 12> rows, std::uint8_t colour0,
                   std::uint8_t colour1, bool exclusive);
 
-    // The indexes of a buffer, row by row without padding; empty for a handle of none.
+    // Turns a buffer's picture round, whatever its size at the same cost: the pixel at left, top
+    // comes to 0, 0, and what leaves on one side comes in on the other. A pixel outside is taken
+    // as often around as it is away.
+    void RollPage(int left, int top, int handle);
+
+    // The indexes of a buffer, row by row without padding, up to the next operation on it; empty
+    // for a handle of none.
     std::span<const std::uint8_t> Pixels(int handle) const;
     int AllocatedCount() const; // buffers that exist now
 
