@@ -3,6 +3,7 @@
 #include "Eyes.h"
 #include "Hand.h"
 #include "InteractiveMove.h"
+#include "Lent.h"
 #include "SkinLayout.h"
 
 #include <gtest/gtest.h>
@@ -93,7 +94,8 @@ protected:
         return {menu.left() + 20, menu.top() + 4 + 13 * (item - 1) + 6};
     }
 
-    const XServer screen;
+    const std::shared_ptr<XServer> lentScreen = Lend<XServer>();
+    const XServer& screen = *lentScreen;
     const ScratchFolder folder;
     const std::filesystem::path log = folder / "host.log";
     Hand hand{screen};

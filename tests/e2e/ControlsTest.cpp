@@ -2,6 +2,7 @@
 // A real hand on the controls, through a real display and window manager.
 #include "Eyes.h"
 #include "Hand.h"
+#include "Lent.h"
 
 #include <gtest/gtest.h>
 
@@ -111,7 +112,8 @@ protected:
 
     ScratchFolder folder;
     const std::filesystem::path log = folder / "events";
-    XServer screen{1200, 780};
+    const std::shared_ptr<XServer> lentScreen = Lend<XServer>(1200, 780);
+    const XServer& screen = *lentScreen;
     Process gallery{{.arguments = {LANTERN_GALLERY, "--events"},
                      .environment = WithHome(screen.Environment()),
                      .log = log}};

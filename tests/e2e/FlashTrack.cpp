@@ -2,10 +2,12 @@
 #include "FlashTrack.h"
 
 #include "PacketSheet.h"
+#include "Process.h"
 #include "SoundSheet.h"
 
 #include <array>
 #include <cmath>
+#include <map>
 #include <random>
 
 namespace lantern::test {
@@ -60,6 +62,18 @@ FlashTrack::FlashTrack(double seconds) : m_seconds(seconds)
 
 std::filesystem::path FlashTrack::Write(const std::filesystem::path& folder) const
 {
+    // Encoding takes longer than many a case: a program does it once for each length.
+    static std::map<double, ScratchFolder> written;
+    const auto [place, isNew] = written.try_emplace(m_seconds);
+    if (isNew)
+        WriteNew(place->second.Path());
+    for (const char* name : {"flashes.cdg", "flashes.mp3"})
+        std::filesystem::copy_file(place->second / name, folder / name);
+    return folder / "flashes.cdg";
+}
+
+void FlashTrack::WriteNew(const std::filesystem::path& folder) const
+{
     PacketSheet packets(m_seconds);
     packets.Put(1, Packet::LoadColoursLow(kLowColours));
     packets.Put(2, Packet::MemoryPreset(kPictureEntry));
@@ -74,7 +88,6 @@ std::filesystem::path FlashTrack::Write(const std::filesystem::path& folder) con
     }
     packets.Write(folder / "flashes.cdg");
     sound.WriteMp3(folder / "flashes.mp3");
-    return folder / "flashes.cdg";
 }
 
 QRgb FlashTrack::FirstPictureColour()

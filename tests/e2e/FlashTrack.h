@@ -49,6 +49,8 @@ public:
     static std::optional<int> KindOfTone(double frequency, int halfTones);
 
 private:
+    void WriteNew(const std::filesystem::path& folder) const;
+
     double m_seconds;
     std::vector<double> m_times;
 };

@@ -4,6 +4,7 @@
 #include "Ears.h"
 #include "Eyes.h"
 #include "Hand.h"
+#include "Lent.h"
 #include "Listening.h"
 #include "PacketSheet.h"
 #include "Player.h"
@@ -28,7 +29,7 @@ protected:
     static constexpr QSize kScreenSize = {1600, 1200};
 
     explicit Journey(const QSize& screenSize = kScreenSize)
-        : screen(screenSize.width(), screenSize.height())
+        : m_lentScreen(Lend<XServer>(screenSize.width(), screenSize.height()))
     {
     }
     void TearDown() override;
@@ -65,8 +66,13 @@ protected:
     // Until the sound is short bursts that begin so far apart.
     ::testing::AssertionResult AwaitPace(double seconds) const;
 
-    const XServer screen;
-    PulseServer sound;
+private:
+    const std::shared_ptr<XServer> m_lentScreen;
+    const std::shared_ptr<PulseServer> m_lentSound = Lend<PulseServer>();
+
+protected:
+    const XServer& screen = *m_lentScreen;
+    PulseServer& sound = *m_lentSound;
     Ears ears{sound, "studio"};
     const PlayerHome home;
     const ScratchFolder folder;

@@ -45,7 +45,7 @@ void PulseServer::Start()
     for (const Sink& sink : m_sinks)
         LoadSink(sink);
     if (!m_sinks.empty())
-        SetDefaultSink(m_sinks.front().name);
+        Control({"set-default-sink", m_sinks.front().name});
 }
 
 void PulseServer::LoadSink(const Sink& sink)
@@ -61,12 +61,14 @@ void PulseServer::LoadSink(const Sink& sink)
 
 void PulseServer::AddSink(const Sink& sink)
 {
+    m_isAsStarted = false;
     m_sinks.push_back(sink);
     LoadSink(sink);
 }
 
 void PulseServer::RemoveSink(const std::string& name)
 {
+    m_isAsStarted = false;
     Control({"unload-module", m_moduleOfSink.at(name)});
     m_moduleOfSink.erase(name);
     std::erase_if(m_sinks, [&](const Sink& sink) { return sink.name == name; });
@@ -74,6 +76,7 @@ void PulseServer::RemoveSink(const std::string& name)
 
 void PulseServer::SetDefaultSink(const std::string& name)
 {
+    m_isAsStarted = false;
     Control({"set-default-sink", name});
 }
 
@@ -86,6 +89,7 @@ std::string PulseServer::DefaultSink() const
 
 void PulseServer::Kill()
 {
+    m_isAsStarted = false;
     m_server->Signal(SIGKILL);
     m_server->WaitForExit(5s);
 }
@@ -99,12 +103,22 @@ void PulseServer::Restart()
 
 void PulseServer::Freeze()
 {
+    m_isAsStarted = false;
     m_server->Signal(SIGSTOP);
 }
 
 void PulseServer::Thaw()
 {
     m_server->Signal(SIGCONT);
+}
+
+bool PulseServer::MakeReady()
+{
+    const auto isIdle = [this] {
+        return Control({"list", "short", "sink-inputs"}).empty() &&
+               Control({"list", "short", "source-outputs"}).empty();
+    };
+    return m_isAsStarted && m_server->IsRunning() && Eventually(isIdle, 2s, 20ms);
 }
 
 std::string PulseServer::Control(const std::vector<std::string>& arguments) const

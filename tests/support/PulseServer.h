@@ -3,6 +3,7 @@
 
 #include "Process.h"
 
+#include <compare>
 #include <map>
 #include <memory>
 #include <string>
@@ -14,6 +15,8 @@ struct PulseSink {
     std::string name;
     std::string description; // what people read
     int rate = 44100;
+
+    auto operator<=>(const PulseSink&) const = default;
 };
 
 // A real PulseAudio of its own whose sinks nobody hears, ready when the constructor returns. What
@@ -39,6 +42,9 @@ public:
     void Freeze();  // stops answering without going away, until Thaw
     void Thaw();
 
+    // Whether it is as a new one: nothing above was done to it, and nobody plays or records.
+    bool MakeReady();
+
     // The output of pactl with these arguments.
     std::string Control(const std::vector<std::string>& arguments) const;
 
@@ -50,6 +56,7 @@ private:
     std::vector<Sink> m_sinks;
     std::map<std::string, std::string> m_moduleOfSink;
     std::unique_ptr<Process> m_server;
+    bool m_isAsStarted = true;
 };
 
 } // namespace lantern::test

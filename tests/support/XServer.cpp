@@ -2,8 +2,11 @@
 #include "XServer.h"
 
 #include <X11/Xlib.h>
+#include <algorithm>
+#include <array>
 #include <fcntl.h>
 #include <poll.h>
+#include <span>
 #include <stdexcept>
 #include <unistd.h>
 
@@ -95,14 +98,59 @@ std::string XConnection::TextProperty(unsigned long window, const char* name) co
     return text;
 }
 
+std::size_t XConnection::VisibleWindows() const
+{
+    ::Window root = 0;
+    ::Window parent = 0;
+    ::Window* children = nullptr;
+    unsigned int count = 0;
+    if (XQueryTree(m_display, Root(), &root, &parent, &children, &count) == 0)
+        return 0;
+    std::size_t visible = 0;
+    for (const ::Window child : std::span(children, count)) {
+        XWindowAttributes attributes = {};
+        if (XGetWindowAttributes(m_display, child, &attributes) != 0 &&
+            attributes.map_state == IsViewable)
+            ++visible;
+    }
+    XFree(children);
+    return visible;
+}
+
 XServer::XServer(int width, int height, WindowManager manager) : m_width(width), m_height(height)
 {
     StartServer();
     if (manager == WindowManager::Openbox)
         StartWindowManager();
+    m_windowsAtStart = XConnection(m_displayName).VisibleWindows();
 }
 
 XServer::~XServer() = default;
+
+bool XServer::MakeReady()
+{
+    if (!m_server->IsRunning() || (m_windowManager && !m_windowManager->IsRunning()))
+        return false;
+    const XConnection connection(m_displayName);
+    const auto isBare = [&] {
+        return connection.VisibleWindows() == m_windowsAtStart &&
+               connection.Property(connection.Root(), "_NET_CLIENT_LIST").empty() &&
+               XGetSelectionOwner(connection.Display(), connection.Atom("CLIPBOARD")) == None;
+    };
+    if (!Eventually(isBare, 2s))
+        return false;
+    std::array<char, 32> keys = {};
+    XQueryKeymap(connection.Display(), keys.data());
+    XWarpPointer(connection.Display(), None, connection.Root(), 0, 0, 0, 0, m_width / 2,
+                 m_height / 2);
+    ::Window root = 0;
+    ::Window child = 0;
+    int x = 0;
+    int y = 0;
+    unsigned int held = 0; // buttons and modifiers
+    XQueryPointer(connection.Display(), connection.Root(), &root, &child, &x, &y, &x, &y, &held);
+    return held == 0 && std::ranges::all_of(keys, [](char key) { return key == 0; });
+}
 
 EnvironmentChanges XServer::Environment() const
 {

@@ -24,6 +24,8 @@ public:
     // The 32-bit items of a window's property; empty if there is none.
     std::vector<unsigned long> Property(unsigned long window, const char* name) const;
     std::string TextProperty(unsigned long window, const char* name) const;
+    // Of those right on the screen, frames of a window manager among them.
+    std::size_t VisibleWindows() const;
 
 private:
     _XDisplay* m_display;
@@ -40,6 +42,9 @@ public:
 
     const std::string& DisplayName() const { return m_displayName; }
     EnvironmentChanges Environment() const;
+    // Whether it is as a new one: no window and no clipboard is left, no key is held, and the
+    // pointer, which it puts there, is in the middle.
+    bool MakeReady();
     int Width() const { return m_width; }
     int Height() const { return m_height; }
 
@@ -53,6 +58,7 @@ private:
     std::string m_displayName;
     std::unique_ptr<Process> m_server;
     std::unique_ptr<Process> m_windowManager;
+    std::size_t m_windowsAtStart = 0; // the window manager's own
 };
 
 } // namespace lantern::test

@@ -3,6 +3,7 @@
 
 #include "AudioEngine.h"
 #include "Ears.h"
+#include "Lent.h"
 #include "Moment.h"
 #include "PulseServer.h"
 #include "TestSounds.h"
@@ -33,7 +34,8 @@ protected:
     // What the engine told at that moment, in milliseconds and parts of one.
     double PositionAt(Moment moment) const;
 
-    PulseServer m_server;
+    const std::shared_ptr<PulseServer> m_lentServer;
+    PulseServer& m_server;
     std::unique_ptr<AudioEngine> m_engine;
     int m_doneCount = 0;
     Moment m_doneAt;

@@ -3,6 +3,7 @@
 #include "SpectrumSurface.h"
 
 #include "Ears.h"
+#include "Lent.h"
 #include "Listening.h"
 #include "MakeAudioEngine.h"
 #include "PulseServer.h"
@@ -118,7 +119,8 @@ protected:
         EXPECT_EQ(m_analyser->Measured, before);
     }
 
-    PulseServer m_server;
+    const std::shared_ptr<PulseServer> m_lentServer = Lend<PulseServer>();
+    PulseServer& m_server = *m_lentServer;
     std::vector<std::uint8_t> m_image;
     std::unique_ptr<AudioEngine> m_engine;
     std::unique_ptr<CountedAnalyser> m_analyser;
