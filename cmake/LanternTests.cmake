@@ -25,12 +25,12 @@ endfunction()
 # lantern_test(NAME [WIDGETS] [ALONE] SOURCES file... LINK library... [MAIN file] [SCREENS file]
 #              [CASE_SECONDS n] [LABELS label...])
 # One program of GoogleTest cases, and one test for ctest, which runs them all in one process, and
-# each failed one once more. Under sanitizers its name has a prefix, so that one ctest run can hold
-# both trees.
+# each failed one once more. The journeys, which take long, tell each case, and so do those ALONE.
+# Under sanitizers its name has a prefix, so that one ctest run can hold both trees.
 #   WIDGETS       shows widgets: its main function makes the application
 #   MAIN          has its main function in this file
 #   SCREENS       the screens that the application finds, instead of one
-#   ALONE         measures moments: nothing runs beside it, and it tells each case
+#   ALONE         measures moments: nothing runs beside it
 #   CASE_SECONDS  after so long a case is taken to hang
 function(lantern_test name)
     cmake_parse_arguments(arg "WIDGETS;ALONE" "MAIN;SCREENS;CASE_SECONDS" "SOURCES;LINK;LABELS" ${ARGN})
@@ -77,7 +77,7 @@ function(lantern_add_cases program suffix filter case_seconds is_alone labels)
     if(case_seconds)
         list(APPEND options --limit ${case_seconds})
     endif()
-    if(is_alone)
+    if(is_alone OR "e2e" IN_LIST labels)
         list(APPEND options --show-all)
     endif()
     add_test(NAME ${test}

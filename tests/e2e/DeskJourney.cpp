@@ -212,8 +212,11 @@ void DeskJourney::ExpectWebSite(const Act& act)
 {
     std::filesystem::remove(folder / "sites");
     act();
-    EXPECT_TRUE(Eventually([this] { return ReadFile(folder / "sites").starts_with("http"); },
-                           kPatience, 50ms));
+    const auto isAsked = [this] {
+        const std::string site = ReadFile(folder / "sites");
+        return site.starts_with("file:///") && site.ends_with("/help/index.html\n");
+    };
+    EXPECT_TRUE(Eventually(isAsked, kPatience, 50ms)) << ReadFile(folder / "sites");
 }
 
 void DeskJourney::ExpectCommand(int command, const Act& act)

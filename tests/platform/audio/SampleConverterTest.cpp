@@ -3,8 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
-#include <cstring>
 #include <numbers>
 #include <span>
 
@@ -54,7 +54,7 @@ template <typename Sample>
 std::vector<Sample> SamplesIn(const std::vector<std::byte>& bytes)
 {
     std::vector<Sample> samples(bytes.size() / sizeof(Sample));
-    std::memcpy(samples.data(), bytes.data(), bytes.size());
+    std::ranges::copy(bytes, std::as_writable_bytes(std::span(samples)).begin());
     return samples;
 }
 
