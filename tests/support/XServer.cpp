@@ -135,7 +135,9 @@ bool XServer::MakeReady()
     const auto isBare = [&] {
         return connection.VisibleWindows() == m_windowsAtStart &&
                connection.Property(connection.Root(), "_NET_CLIENT_LIST").empty() &&
-               XGetSelectionOwner(connection.Display(), connection.Atom("CLIPBOARD")) == None;
+               XGetSelectionOwner(connection.Display(), connection.Atom("CLIPBOARD")) == None &&
+               // Where assistive tools look for their bus, which ends with its case.
+               connection.TextProperty(connection.Root(), "AT_SPI_BUS").empty();
     };
     if (!Eventually(isBare, 2s))
         return false;
