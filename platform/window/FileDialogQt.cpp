@@ -54,8 +54,7 @@ protected:
     {
         m_paths.clear();
         std::vector<QString> paths;
-        for (const QUrl& url : selectedUrls()) {
-            const QString path = PathOf(url);
+        for (const QString& path : ChosenPaths()) {
             const ShownFile file = WithExtension(FileShownAs(path));
             if (const QString reason = ReasonAgainst(file); !reason.isEmpty()) {
                 Refuse(path, reason);
@@ -70,6 +69,22 @@ protected:
     }
 
 private:
+    // The toolkit takes a name with quotation marks for several names. What names a file as it
+    // stands is that file.
+    std::vector<QString> ChosenPaths() const
+    {
+        const auto* const name = findChild<QLineEdit*>();
+        if (name && name->text().contains(u'"') && !m_request.isSave) {
+            const QString path = directory().absoluteFilePath(name->text());
+            if (!FileCheck(WithExtension(FileShownAs(path)).path).isEmpty())
+                return {path};
+        }
+        std::vector<QString> paths;
+        for (const QUrl& url : selectedUrls())
+            paths.push_back(PathOf(url));
+        return paths;
+    }
+
     void Enter(const QString& folder)
     {
         setDirectory(ShownPath(folder));

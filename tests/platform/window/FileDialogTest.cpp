@@ -8,12 +8,14 @@
 #include <QComboBox>
 #include <QDialogButtonBox>
 #include <QFileDialog>
+#include <QKeyEvent>
 #include <QLineEdit>
 #include <QListView>
 #include <QMessageBox>
 #include <QPointer>
 #include <QPushButton>
 #include <QTimer>
+#include <QTreeView>
 
 #include <functional>
 #include <gtest/gtest.h>
@@ -50,6 +52,22 @@ public:
         m_dialog.findChild<QDialogButtonBox*>()->button(button)->click();
     }
     void Open() { Press(QDialogButtonBox::Open); }
+
+    // By its line in the list, once that is there.
+    void Choose(const QString& name)
+    {
+        ASSERT_TRUE(Await([&] { return Names().contains(name); }));
+        auto& list = *m_dialog.findChild<QTreeView*>();
+        list.setFocus();
+        for (int row = 0; row < list.model()->rowCount(list.rootIndex()); ++row) {
+            const QModelIndex index = list.model()->index(row, 0, list.rootIndex());
+            if (index.data().toString() == name)
+                list.setCurrentIndex(index);
+        }
+        EXPECT_EQ(Typed(), name);
+        QKeyEvent press(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier);
+        QApplication::sendEvent(&list, &press);
+    }
 
     void ChooseFilter(int row)
     {
@@ -179,6 +197,37 @@ TEST_F(FileDialogTest, ATypedNameWithoutAnExtensionGetsTheDefault)
                   hands.Open();
               }).paths,
               One(In("plain")));
+}
+
+TEST_F(FileDialogTest, ANameWithQuotationMarksIsTakenAsItStands)
+{
+    request.defaultExtension = QStringLiteral("cdg");
+    for (const std::string name : {"a\"b\"c.cdg", "\"b.cdg", " 1\" 'tape' .cdg"}) {
+        test::WriteFile(folder / name, "");
+        const QString path = In(name);
+        const auto typed = [](const QString& text) {
+            return [text](Hands& hands) {
+                hands.Type(text);
+                hands.Open();
+            };
+        };
+        const QString shortName = QString::fromStdString(name);
+        EXPECT_EQ(Show(typed(shortName)).paths, One(path)) << name;
+        EXPECT_EQ(Show(typed(shortName.chopped(4))).paths, One(path)) << name;
+        EXPECT_EQ(Show(typed(shortName.toUpper())).paths, One(path)) << name;
+        EXPECT_EQ(Show(typed(path)).paths, One(path)) << name;
+        EXPECT_EQ(Show([&](Hands& hands) { hands.Choose(shortName); }).paths, One(path)) << name;
+        request.initialPath = path;
+        EXPECT_EQ(Show([&](Hands& hands) { hands.Open(); }).paths, One(path)) << name;
+        request.initialPath.clear();
+        std::filesystem::remove(folder / name);
+    }
+    EXPECT_EQ(Show([](Hands& hands) {
+                  hands.Type(QStringLiteral("\"a.cdg\""));
+                  hands.Open();
+              }).paths,
+              One(In("a.cdg")))
+        << "where no file has that name, they stand around one";
 }
 
 TEST_F(FileDialogTest, ATypedFolderIsEntered)
