@@ -4,6 +4,7 @@
 #include "Control.h"
 
 #include <QApplication>
+#include <QTimer>
 
 namespace lantern {
 
@@ -77,8 +78,10 @@ QStringList ControlAccessible::actionNames() const
 
 void ControlAccessible::doAction(const QString& name)
 {
+    // Soon, not now: it may open a menu or a dialog, and who asked for it would wait for its end.
+    Control* const control = &m_control;
     if (!name.isEmpty() && name == m_control.Speak().action)
-        m_control.Act(); // which may destroy the control, and this with it
+        QTimer::singleShot(0, control, [control] { control->Act(); });
     else
         QAccessibleWidget::doAction(name);
 }

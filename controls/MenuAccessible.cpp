@@ -2,6 +2,7 @@
 #include "MenuAccessible.h"
 
 #include "ControlAccessibility.h"
+#include "ctlMenus.h"
 #include "frmMenus.h"
 
 #include <QPointer>
@@ -40,7 +41,11 @@ public:
     }
     QAccessible::Role role() const override
     {
-        return isValid() && Item().IsSeparator() ? QAccessible::Separator : QAccessible::MenuItem;
+        if (!isValid())
+            return QAccessible::MenuItem;
+        if (Item().IsSeparator())
+            return QAccessible::Separator;
+        return Item().isChosen ? QAccessible::RadioButton : QAccessible::MenuItem;
     }
     QAccessible::State state() const override
     {
@@ -52,6 +57,8 @@ public:
         state.focusable = Item().enabled;
         state.focused = Item().enabled && m_menu->State().Choice() == &Item();
         state.hotTracked = state.focused;
+        state.checkable = Item().isChosen.has_value();
+        state.checked = Item().isChosen.value_or(false);
         return state;
     }
     void* interface_cast(QAccessible::InterfaceType type) override
@@ -88,6 +95,12 @@ MenuAccessible::~MenuAccessible()
 {
     for (const QAccessible::Id item : m_items)
         QAccessible::deleteAccessibleInterface(item);
+}
+
+// To the toolkit it is the window, which does not know of it.
+QAccessibleInterface* MenuAccessible::parent() const
+{
+    return QAccessible::queryAccessibleInterface(&m_menu.Owner());
 }
 
 int MenuAccessible::childCount() const
@@ -131,6 +144,32 @@ QAccessibleInterface* MenuAccessible::focusChild() const
     return m_menu.State().Choice() ? child(m_menu.State().hotItem - 1) : nullptr;
 }
 
+MenusAccessible::MenusAccessible(ctlMenus& menus) : ControlAccessible(menus), m_menus(menus)
+{
+}
+
+int MenusAccessible::childCount() const
+{
+    return m_menus.OpenMenu() ? 1 : 0;
+}
+
+QAccessibleInterface* MenusAccessible::child(int index) const
+{
+    frmMenus* const menu = m_menus.OpenMenu();
+    return menu && index == 0 ? QAccessible::queryAccessibleInterface(menu) : nullptr;
+}
+
+int MenusAccessible::indexOfChild(const QAccessibleInterface* child) const
+{
+    frmMenus* const menu = m_menus.OpenMenu();
+    return menu && child && child->object() == menu ? 0 : -1;
+}
+
+QString MenusAccessible::text(QAccessible::Text kind) const
+{
+    return kind == QAccessible::Name ? QString() : ControlAccessible::text(kind);
+}
+
 void TellHotItemChanged(frmMenus& menu)
 {
     if (!menu.State().Choice())
@@ -142,6 +181,8 @@ void TellHotItemChanged(frmMenus& menu)
 
 void TellMenuShown(frmMenus& menu, bool shown)
 {
+    TellTools(
+        QAccessibleEvent(&menu, shown ? QAccessible::ObjectCreated : QAccessible::ObjectDestroyed));
     TellTools(
         QAccessibleEvent(&menu, shown ? QAccessible::PopupMenuStart : QAccessible::PopupMenuEnd));
 }

@@ -7,6 +7,7 @@
 
 namespace lantern {
 
+class ctlMenus;
 class frmMenus;
 
 // An open menu as assistive tools know it: its items by their captions, each of which can be
@@ -18,6 +19,7 @@ public:
     MenuAccessible(const MenuAccessible&) = delete;
     MenuAccessible& operator=(const MenuAccessible&) = delete;
 
+    QAccessibleInterface* parent() const override;
     int childCount() const override;
     QAccessibleInterface* child(int index) const override;
     int indexOfChild(const QAccessibleInterface* child) const override;
@@ -27,6 +29,21 @@ public:
 private:
     frmMenus& m_menu;
     mutable std::vector<QAccessible::Id> m_items; // as far as they were asked for
+};
+
+// What has the open menu as its only child: the toolkit names no pop-up window among those of the
+// program. It shows nothing itself, and its name is the menu's.
+class MenusAccessible : public ControlAccessible {
+public:
+    explicit MenusAccessible(ctlMenus& menus);
+
+    int childCount() const override;
+    QAccessibleInterface* child(int index) const override;
+    int indexOfChild(const QAccessibleInterface* child) const override;
+    QString text(QAccessible::Text kind) const override;
+
+private:
+    ctlMenus& m_menus;
 };
 
 // To those tools, from the menu.

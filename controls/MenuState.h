@@ -7,6 +7,7 @@
 #include <QString>
 
 #include <cstdint>
+#include <optional>
 #include <vector>
 
 namespace lantern {
@@ -19,6 +20,8 @@ struct MenuItem {
     ColourValue foreColor = 0;
     ColourValue hotForeColor = 0;
     ColourValue hotBackColor = 0;
+    std::optional<bool> isChosen =
+        {}; // of one among several of which one holds; drawn as any other
 
     // A separator is never enabled.
     bool IsSeparator() const { return caption == QLatin1String("-"); }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ctlMenus.h"
 
+#include "MenuAccessible.h"
 #include "ScreenMetrics.h"
 #include "frmMenus.h"
 
@@ -42,6 +43,11 @@ ctlMenus::ctlMenus(QWidget* parent, Ambient ambient) : Control(parent, std::move
     setFixedSize(PixelsOf(kDesignSize, ScreenTwips()));
     hide();
     Load({}); // the defaults
+}
+
+ctlMenus::~ctlMenus()
+{
+    delete m_menu.data(); // as long as assistive tools may still ask for its parent
 }
 
 void ctlMenus::setVisible(bool)
@@ -167,6 +173,15 @@ void ctlMenus::AddItem(const QString& Caption, const QString& Key, bool Enabled,
     items.push_back(std::move(item));
 }
 
+void ctlMenus::AddChoice(const QString& Caption, const QString& Key, bool isChosen)
+{
+    const std::vector<MenuItem>& items = SharedMenuState().items;
+    const std::size_t count = items.size();
+    AddItem(Caption, Key);
+    if (items.size() > count)
+        SharedMenuState().items.back().isChosen = isChosen;
+}
+
 void ctlMenus::ResetMenu()
 {
     SharedMenuState().items.clear();
@@ -204,7 +219,8 @@ void ctlMenus::RunMenu(QPoint place, const PictureReference& picture)
 {
     MenuState& state = SharedMenuState();
     QEventLoop loop;
-    const QPointer<frmMenus> menu = new frmMenus(window(), state);
+    const QPointer<frmMenus> menu = new frmMenus(*this, state);
+    m_menu = menu;
     menu->move(place);
     menu->setFont(m_font);
     menu->setAccessibleName(accessibleName());
@@ -223,6 +239,16 @@ void ctlMenus::RunMenu(QPoint place, const PictureReference& picture)
         state.closed = true;
     }
     delete menu.data();
+}
+
+frmMenus* ctlMenus::OpenMenu() const
+{
+    return m_menu;
+}
+
+QAccessibleInterface* ctlMenus::MakeAccessible()
+{
+    return new MenusAccessible(*this);
 }
 
 } // namespace lantern

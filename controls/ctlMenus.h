@@ -4,7 +4,11 @@
 #include "Control.h"
 #include "MenuState.h"
 
+#include <QPointer>
+
 namespace lantern {
+
+class frmMenus;
 
 // Collects the items of a pop-up menu, shows it, and tells what was chosen. It shows nothing
 // itself. The items and some of the properties are common to all of its kind, as only one menu can
@@ -15,6 +19,7 @@ public:
     static constexpr ColourValue kColourOfControl = 0xFFFFFFFF;
 
     explicit ctlMenus(QWidget* parent, Ambient ambient = {});
+    ~ctlMenus() override;
 
     // Index counts from 1. The menu has closed and the list is empty by then, so the handler may
     // show the next menu.
@@ -47,6 +52,8 @@ public:
                  const PictureReference& Picture = {}, ColourValue ForeColor = kColourOfControl,
                  ColourValue HotForeColor = kColourOfControl,
                  ColourValue HotBackColor = kColourOfControl);
+    // An item among several of which one holds, as assistive tools are told.
+    void AddChoice(const QString& Caption, const QString& Key, bool isChosen);
     // At a place on the screen in pixels. Returns when the menu has closed and ItemClicked has been
     // raised; meanwhile everything else in the program goes on. A second call meanwhile does
     // nothing.
@@ -55,6 +62,9 @@ public:
     void ResetMenu();
 
     void setVisible(bool visible) override; // it never is
+
+    frmMenus* OpenMenu() const; // null while none is open
+    QAccessibleInterface* MakeAccessible() override;
 
 private:
     template <typename Field, typename Value>
@@ -65,6 +75,7 @@ private:
     QPoint PlaceOfMenu(std::int32_t x, std::int32_t y) const;
     void RunMenu(QPoint place, const PictureReference& picture);
 
+    QPointer<frmMenus> m_menu;
     QFont m_font;
     bool m_enabled = true;
     ColourValue m_itemForeColor = 0;

@@ -106,7 +106,7 @@ void ctlTicker::mouseReleaseEvent(QMouseEvent* event)
 Spoken ctlTicker::Speak() const
 {
     Spoken spoken;
-    spoken.role = QAccessible::Clock;
+    spoken.role = QAccessible::StaticText;
     spoken.name = toolTip();
     spoken.value = ShownText();
     spoken.description = spoken.value;

@@ -46,7 +46,8 @@ QRect ScreenFor(QPoint place)
 
 } // namespace
 
-frmMenus::frmMenus(QWidget* owner, MenuState& state) : OwnerDrawn(owner), m_state(state)
+frmMenus::frmMenus(QWidget& owner, MenuState& state)
+    : OwnerDrawn(&owner), m_owner(owner), m_state(state)
 {
     setWindowFlags(Qt::Popup | Qt::FramelessWindowHint | Qt::NoDropShadowWindowHint);
     setMouseTracking(true);
@@ -56,6 +57,12 @@ frmMenus::frmMenus(QWidget* owner, MenuState& state) : OwnerDrawn(owner), m_stat
     m_state.hotItem = MenuState::kNone;
     m_state.previousHotItem = MenuState::kNone;
     resize(1, 1);
+}
+
+// The toolkit would hide it later, and assistive tools then ask what is no menu any more.
+frmMenus::~frmMenus()
+{
+    hide();
 }
 
 MenuGeometry frmMenus::Geometry() const

@@ -11,8 +11,9 @@ namespace lantern {
 // the mouse and the keyboard as pop-up windows do; the window below stays the active one.
 class frmMenus : public OwnerDrawn {
 public:
-    // The item list must hold still while the window is open.
-    frmMenus(QWidget* owner, MenuState& state);
+    // The owner outlives it. The item list must hold still while the window is open.
+    frmMenus(QWidget& owner, MenuState& state);
+    ~frmMenus() override;
 
     // Called when the menu has closed, by the user or by the window system.
     std::function<void()> Closed;
@@ -25,6 +26,7 @@ public:
     // What a click on the item does, for those who don't use the mouse.
     void Choose(std::size_t index);
 
+    QWidget& Owner() const { return m_owner; }
     const MenuState& State() const { return m_state; }
     QRect ItemRect(std::size_t index) const; // in the window
 
@@ -58,6 +60,7 @@ private:
     void PointerAt(double x, double y);
     void Finish();
 
+    QWidget& m_owner;
     MenuState& m_state;
     std::int32_t m_itemHeight = 0; // twips
     bool m_wasPressed = false;

@@ -10,12 +10,13 @@ constexpr int kCancelNumber = -1; // no command has it
 
 } // namespace
 
-std::vector<MenuEntry> DeviceMenuItems(const QStringList& deviceNames)
+std::vector<MenuEntry> DeviceMenuItems(const QStringList& deviceNames, int chosen)
 {
     std::vector<MenuEntry> items;
-    for (const QString& name : deviceNames)
-        items.push_back(
-            {name, QString::number(kFirstDeviceCommand + static_cast<int>(items.size()))});
+    for (const QString& name : deviceNames) {
+        const int device = static_cast<int>(items.size());
+        items.push_back({name, QString::number(kFirstDeviceCommand + device), device == chosen});
+    }
     items.push_back(MenuSeparator());
     items.push_back({QStringLiteral("Cancel"), QString::number(kCancelNumber)});
     return items;

@@ -10,6 +10,7 @@
 // What the menu of output devices offers.
 namespace lantern {
 
-std::vector<MenuEntry> DeviceMenuItems(const QStringList& deviceNames);
+// One of the devices, by its place in the list, is the chosen one.
+std::vector<MenuEntry> DeviceMenuItems(const QStringList& deviceNames, int chosen);
 
 } // namespace lantern

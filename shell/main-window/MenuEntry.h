@@ -3,12 +3,15 @@
 
 #include <QString>
 
+#include <optional>
+
 namespace lantern {
 
 // An item of the pop-up menu.
 struct MenuEntry {
     QString text; // "-" for a separator
     QString key;  // the number of a command, or kOptionsKey; empty in a separator
+    std::optional<bool> isChosen = {}; // of one among several of which one holds
 
     bool operator==(const MenuEntry&) const = default;
 };

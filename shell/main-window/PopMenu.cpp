@@ -41,8 +41,12 @@ bool PopMenu::Show(const QString& name, const std::vector<MenuEntry>& items,
         return true;
     m_menu.setAccessibleName(name);
     m_menu.ResetMenu();
-    for (const MenuEntry& item : items)
-        m_menu.AddItem(item.text, item.key);
+    for (const MenuEntry& item : items) {
+        if (item.isChosen)
+            m_menu.AddChoice(item.text, item.key, *item.isChosen);
+        else
+            m_menu.AddItem(item.text, item.key);
+    }
     m_menu.SetUseLeftImage(sidePicture != nullptr);
     const QPointer<QWidget> window(&m_window);
     m_isOpen = true;

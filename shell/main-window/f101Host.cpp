@@ -159,7 +159,11 @@ void f101::ShowPopMenu()
 
 void f101::ShowDeviceMenu()
 {
-    RunMenu([this] { return m_popMenu.ShowDevices(DeviceMenuItems(m_audio.DeviceNames())); });
+    RunMenu([this] {
+        const QStringList names = m_audio.DeviceNames();
+        const int chosen = ChosenDevice(names, m_audio.AudioDevice);
+        return m_popMenu.ShowDevices(DeviceMenuItems(names, chosen));
+    });
 }
 
 // Show is false if the window was destroyed while the menu was open.

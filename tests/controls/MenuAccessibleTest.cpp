@@ -62,6 +62,49 @@ TEST_F(MenuAccessibility, ItsItemsAreItsChildren)
     });
 }
 
+// The toolkit names no pop-up window among those of the program, so it is reached from here.
+TEST_F(MenuAccessibility, AnOpenMenuIsReachedFromTheWindowDown)
+{
+    menus.setAccessibleName(QStringLiteral("Commands"));
+    AddThree();
+    QAccessibleInterface& window = *QAccessible::queryAccessibleInterface(&host);
+    QAccessibleInterface& holder = *QAccessible::queryAccessibleInterface(&menus);
+    EXPECT_EQ(holder.parent(), &window);
+    EXPECT_EQ(holder.childCount(), 0);
+    EXPECT_EQ(holder.child(0), nullptr);
+    EXPECT_EQ(holder.indexOfChild(&holder), -1);
+    Look([&](frmMenus& menu) {
+        QAccessibleInterface& known = Known(menu);
+        EXPECT_EQ(known.parent(), &holder);
+        ASSERT_EQ(holder.childCount(), 1);
+        EXPECT_EQ(holder.child(0), &known);
+        EXPECT_EQ(holder.child(1), nullptr);
+        EXPECT_EQ(holder.indexOfChild(&known), 0);
+        EXPECT_EQ(holder.indexOfChild(&window), -1);
+        EXPECT_EQ(holder.indexOfChild(nullptr), -1);
+        EXPECT_EQ(holder.text(QAccessible::Name), QString()) << "that is the menu's";
+    });
+    EXPECT_EQ(holder.childCount(), 0);
+}
+
+TEST_F(MenuAccessibility, AChoiceAmongSeveralTellsWhetherItIsTheOneThatHolds)
+{
+    menus.AddChoice(QStringLiteral("Speakers"), QStringLiteral("1"), false);
+    menus.AddChoice(QStringLiteral("Headphones"), QStringLiteral("2"), true);
+    Add("Cancel");
+    Look([](frmMenus& menu) {
+        QAccessibleInterface& known = Known(menu);
+        EXPECT_EQ(known.child(0)->role(), QAccessible::RadioButton);
+        EXPECT_TRUE(known.child(0)->state().checkable);
+        EXPECT_FALSE(known.child(0)->state().checked);
+        EXPECT_EQ(known.child(1)->role(), QAccessible::RadioButton);
+        EXPECT_TRUE(known.child(1)->state().checked);
+        EXPECT_EQ(known.child(2)->role(), QAccessible::MenuItem);
+        EXPECT_FALSE(known.child(2)->state().checkable);
+        EXPECT_FALSE(known.child(2)->state().checked);
+    });
+}
+
 TEST_F(MenuAccessibility, AnItemTellsItsNameStateAndPlace)
 {
     AddPlayLineOff();
@@ -111,11 +154,27 @@ TEST_F(MenuAccessibility, ItsBeginningAndItsEndAreTold)
 {
     AddThree();
     Look([this](frmMenus&) {
-        ASSERT_EQ(told.Types(), std::vector{QAccessible::PopupMenuStart});
+        ASSERT_EQ(told.Types(),
+                  (std::vector{QAccessible::ObjectCreated, QAccessible::PopupMenuStart}));
         told.Forget();
     });
-    ASSERT_FALSE(told.Events().empty());
-    EXPECT_EQ(told.Events()[0].type, QAccessible::PopupMenuEnd);
+    EXPECT_EQ(told.Types(), (std::vector{QAccessible::ObjectDestroyed, QAccessible::PopupMenuEnd}));
+}
+
+// As a bridge does, which asks at each event what it is about.
+TEST_F(MenuAccessibility, ItIsAMenuUntilItIsGone)
+{
+    std::vector<QAccessible::Role> asked;
+    SetToolListener([&](const QAccessibleEvent& event) {
+        const QAccessibleInterface* menu = event.accessibleInterface();
+        asked.push_back(menu->role());
+        EXPECT_EQ(menu->parent()->childCount(), 1);
+    });
+    auto* owned = new ctlMenus(&host);
+    owned->AddItem(QStringLiteral("a"), QStringLiteral("b"));
+    QTimer::singleShot(0, &host, [&] { delete owned; });
+    owned->ShowMenu(10, 10);
+    EXPECT_EQ(asked, std::vector(4, QAccessible::PopupMenu)) << "two at its begin, two at its end";
 }
 
 TEST_F(MenuAccessibility, AnItemThatIsPressedIsChosen)

@@ -7,6 +7,8 @@
 
 #include <gmock/gmock.h>
 
+#include <thread>
+
 namespace lantern::test {
 namespace {
 
@@ -31,6 +33,8 @@ protected:
 
     ReadTree MainWindow() { return reader.Tree().Below("frame", kMainWindow.substr(6)); }
     ReadTree OptionsWindow() { return reader.Tree().Below("dialog", kOptions.substr(7)); }
+
+    ReadTree Menu(const std::string& name) { return reader.Tree().Below("popup menu", name); }
 
     // Until the reader finds it so.
     ::testing::AssertionResult Finds(const std::function<bool()>& isSo)
@@ -85,6 +89,7 @@ TEST_F(Assistive, TheMainWindowIsReadWithRolesNamesAndStates)
         if (one.Is("showing")) {
             EXPECT_NE(one.name, "") << one.role;
             EXPECT_NE(one.role, "filler") << one.name;
+            EXPECT_NE(one.role, "unknown") << one.name;
         }
     }
 }
@@ -142,6 +147,83 @@ TEST_F(Assistive, OfTheOptionsThePanelInFrontIsReadAndUsed)
     EXPECT_THAT(options.Names("label"), Contains(::testing::HasSubstr("GPL-3.0-or-later")));
     reader.Do("Press", {kOptions, "push button:Hide this window"});
     EXPECT_TRUE(window.IsGoneSoon());
+}
+
+TEST_F(Assistive, TheMenuIsReadAndAnItemIsChosen)
+{
+    ASSERT_NO_FATAL_FAILURE(Open());
+    const ScreenReader::Listening listening = reader.Listen();
+    const Point opened = PicturePoint();
+    hand.Click(opened, 3);
+    ASSERT_TRUE(Finds([this] { return Menu("Commands").Objects().size() > 1; }));
+    const ReadTree menu = Menu("Commands");
+    EXPECT_TRUE(menu.Objects().front().Is("showing"));
+    EXPECT_THAT(menu.Names("menu item"),
+                IsSupersetOf({"Open ", "Pause", "Stop", "Copy Screen", "Full Screen",
+                              "Increase Display Size", "Options"}));
+    EXPECT_THAT(menu.Names("menu item"), Not(Contains("Play")));
+    EXPECT_EQ(menu.Names("separator").size(), 5U);
+    EXPECT_TRUE(menu.Find("menu item", "Pause").Is("enabled"));
+    hand.MoveTo({opened.x + 20, opened.y + 8});
+    EXPECT_TRUE(listening.Hears("object:state-changed:focused\t1\tmenu item\tOpen "));
+    EXPECT_TRUE(Menu("Commands").Find("menu item", "Open ").Is("focused"));
+    reader.Do("Press", {kMainWindow, "popup menu:Commands", "menu item:Pause"});
+    EXPECT_TRUE(AwaitSilence());
+    EXPECT_TRUE(Finds([this] { return Menu("Commands").Objects().empty(); }));
+}
+
+TEST_F(Assistive, ASoundDeviceIsOneOfSeveralOfWhichOneHolds)
+{
+    sound.AddSink({"hall", "Hall Speakers"});
+    ASSERT_NO_FATAL_FAILURE(Open());
+    reader.Do("Toggle", {kMainWindow, "check box:Options"});
+    ASSERT_TRUE(Finds([this] { return OptionsWindow().Objects().front().Is("showing"); }));
+    const auto open = [this](const std::string& device) {
+        reader.Do("Press", {kOptions, "push button:" + device});
+        return Finds([this] { return Menu("Sound devices").Objects().size() > 1; });
+    };
+    ASSERT_TRUE(open("Studio Speakers"));
+    ReadTree menu = Menu("Sound devices");
+    EXPECT_TRUE(menu.Find("radio button", "Studio Speakers").Is("checked"));
+    EXPECT_THAT(menu.Names("radio button"), IsSupersetOf({"Studio Speakers", "Hall Speakers"}));
+    EXPECT_FALSE(menu.Find("radio button", "Hall Speakers").Is("checked"));
+    EXPECT_EQ(menu.Names("menu item"), std::vector<std::string>{"Cancel"});
+    reader.Do("Press", {kMainWindow, "radio button:Hall Speakers"});
+    ASSERT_TRUE(Finds([this] { return Menu("Sound devices").Objects().empty(); }));
+    EXPECT_TRUE(AwaitSilence()) << "in the studio";
+    ASSERT_TRUE(open("Hall Speakers"));
+    menu = Menu("Sound devices");
+    EXPECT_TRUE(menu.Find("radio button", "Hall Speakers").Is("checked"));
+    EXPECT_FALSE(menu.Find("radio button", "Studio Speakers").Is("checked"));
+    reader.Do("Press", {kMainWindow, "menu item:Cancel"});
+    EXPECT_TRUE(Finds([this] { return Menu("Sound devices").Objects().empty(); }));
+}
+
+TEST_F(Assistive, TheTimeIsRead)
+{
+    ASSERT_NO_FATAL_FAILURE(Open());
+    reader.Do("Press", {kMainWindow, "push button:Pause"});
+    EXPECT_TRUE(AwaitSilence());
+    const ScreenReader::Listening listening = reader.Listen();
+    reader.Set(30000, {kMainWindow, "slider:Track position"});
+    EXPECT_TRUE(Finds([this] {
+        return MainWindow().Find("label", "Time").description.find("0:30") != std::string::npos;
+    }));
+    EXPECT_TRUE(listening.Hears("object:property-change:accessible-description\t0\tlabel\tTime"));
+    EXPECT_TRUE(
+        listening.Hears("object:property-change:accessible-value\t0\tslider\tTrack position", 1s))
+        << "a seek is told at once";
+}
+
+TEST_F(Assistive, AnHourOfMusicIsNotAnHourOfTalk)
+{
+    ASSERT_NO_FATAL_FAILURE(Open());
+    const ScreenReader::Listening listening = reader.Listen();
+    std::this_thread::sleep_for(6s);
+    const int times =
+        listening.Count("object:property-change:accessible-value\t0\tslider\tTrack position");
+    EXPECT_GE(times, 4);
+    EXPECT_LE(times, 8);
 }
 
 TEST_F(Assistive, MessagesAreAnnouncedEvenOneAfterTheOther)

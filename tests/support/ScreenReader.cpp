@@ -219,4 +219,10 @@ bool ScreenReader::Listening::Hears(std::string_view event, Clock::duration atMo
                       atMost, 10ms);
 }
 
+int ScreenReader::Listening::Count(std::string_view event) const
+{
+    const std::vector<std::string> heard = Parts(m_reader->Heard().substr(m_from), '\n');
+    return static_cast<int>(std::ranges::count(heard, "event\t" + std::string(event)));
+}
+
 } // namespace lantern::test

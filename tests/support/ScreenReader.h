@@ -63,6 +63,7 @@ public:
     class Listening {
     public:
         bool Hears(std::string_view event, Clock::duration atMost = 20s) const;
+        int Count(std::string_view event) const; // until now
 
     private:
         friend class ScreenReader;

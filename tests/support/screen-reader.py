@@ -20,8 +20,6 @@ import sys
 import pyatspi
 from gi.repository import Atspi, GLib
 
-SILENT = ("object:property-change:accessible-value",)  # but for those that are asked for
-
 
 def say(*words):
     print("\t".join(str(word).replace("\t", " ").replace("\n", "\\n").replace("\r", "")
@@ -35,7 +33,8 @@ class ScreenReader:
         # Open for writing, too, so that it never comes to an end.
         self.pipe = os.open(pipe, os.O_RDWR | os.O_NONBLOCK)
         GLib.io_add_watch(self.pipe, GLib.IO_IN, self.read)
-        for kind in ("object:state-changed", "object:property-change", "object:children-changed",
+        for kind in ("object:state-changed", "object:property-change",
+                     "object:property-change:accessible-value", "object:children-changed",
                      "window", "focus"):
             pyatspi.Registry.registerEventListener(self.hear, kind)
 

@@ -8,11 +8,12 @@ namespace {
 
 TEST(DeviceMenuItems, ListTheDevicesThenASeparatorAndCancel)
 {
-    const std::vector<MenuEntry> expected = {{QStringLiteral("Default"), QStringLiteral("1000")},
-                                             {QStringLiteral("HDMI"), QStringLiteral("1001")},
-                                             {QStringLiteral("-"), QString()},
-                                             {QStringLiteral("Cancel"), QStringLiteral("-1")}};
-    EXPECT_EQ(DeviceMenuItems({QStringLiteral("Default"), QStringLiteral("HDMI")}), expected);
+    const std::vector<MenuEntry> expected = {
+        {QStringLiteral("Default"), QStringLiteral("1000"), false},
+        {QStringLiteral("HDMI"), QStringLiteral("1001"), true},
+        {QStringLiteral("-"), QString()},
+        {QStringLiteral("Cancel"), QStringLiteral("-1")}};
+    EXPECT_EQ(DeviceMenuItems({QStringLiteral("Default"), QStringLiteral("HDMI")}, 1), expected);
 }
 
 } // namespace

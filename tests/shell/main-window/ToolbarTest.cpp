@@ -295,6 +295,7 @@ TEST_F(ToolbarTest, AnAssistiveToolPressesAButtonAsTheMouseDoes)
     open.actionInterface()->doAction(QAccessibleActionInterface::pressAction());
     QAccessibleInterface& volume = *QAccessible::queryAccessibleInterface(&toolbar.ctlVolume());
     volume.valueInterface()->setCurrentValue(30);
+    QCoreApplication::processEvents();
     EXPECT_EQ(clicks, std::vector<CommandId>{CommandId::Open});
     EXPECT_EQ(log, std::vector<std::string>{"volume"});
 }

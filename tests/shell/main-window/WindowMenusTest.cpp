@@ -174,6 +174,12 @@ TEST_F(WindowMenusTest, TheDeviceMenuSelectsADevice)
     }));
     EXPECT_TRUE(Choose(DeviceMenu(), QStringLiteral("Headphones")));
     EXPECT_EQ(engine.SelectedDevice, 1);
+    EXPECT_TRUE(WithMenu(DeviceMenu(), [](frmMenus& menu) {
+        const std::vector<MenuItem>& items = menu.State().items;
+        EXPECT_EQ(items[0].isChosen, false);
+        EXPECT_EQ(items[1].isChosen, true);
+        EXPECT_EQ(items[3].isChosen, std::nullopt);
+    }));
     EXPECT_EQ(Options().dev(1).Caption(), QStringLiteral("Headphones"));
     EXPECT_TRUE(Choose(DeviceMenu(), QStringLiteral("Cancel")));
     EXPECT_EQ(engine.SelectedDevice, 1);

@@ -73,6 +73,7 @@ TEST_F(OptionsAccessibleTest, TheDeviceButtonsOpenAMenuAndSwitchNothing)
                     ::testing::Not(Contains(QAccessibleActionInterface::toggleAction())));
         player.Calls.clear();
         button.actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+        QCoreApplication::processEvents();
         EXPECT_THAT(player.Calls, ElementsAre("device menu"));
     }
     options.dev(0).SetValue(true);
