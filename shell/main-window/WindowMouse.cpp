@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "WindowMouse.h"
 
+#include "Control.h"
 #include "WindowParts.h"
 
 #include <QMouseEvent>
@@ -51,6 +52,8 @@ bool WindowMouse::eventFilter(QObject* watched, QEvent* event)
 
 void WindowMouse::Press(const QMouseEvent& event)
 {
+    if (PressReport(event).button == 0)
+        return; // one that has no number is none at all
     m_mayMove = event.button() == Qt::LeftButton && !m_parts.IsMaximised();
     m_pressPlace = event.globalPosition().toPoint();
 }
@@ -70,6 +73,8 @@ void WindowMouse::DoublePress(const QObject& watched, const QMouseEvent& event)
 
 void WindowMouse::Release(const QMouseEvent& event)
 {
+    if (PressReport(event).button == 0)
+        return;
     m_mayMove = false;
     if (event.button() == Qt::RightButton && RightButtonUp)
         RightButtonUp();
@@ -78,7 +83,7 @@ void WindowMouse::Release(const QMouseEvent& event)
 // The window manager takes over from the first movement, not from the press.
 void WindowMouse::Move(const QObject& watched, const QMouseEvent& event)
 {
-    if (m_mayMove && event.buttons() == Qt::LeftButton) {
+    if (m_mayMove && MoveReport(event).button == LeftButton) {
         m_mayMove = false;
         m_move.Start(m_window, HitCode::Caption, m_pressPlace);
     } else if (m_parts.IsMaximised()) {

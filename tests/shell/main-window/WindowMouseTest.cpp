@@ -78,6 +78,26 @@ TEST_F(WindowMouseTest, OtherButtonsAndBothAtOnceMoveNothing)
     EXPECT_EQ(window.pos(), before);
 }
 
+// The toolkit knows the buttons at the side of a mouse, the window doesn't.
+TEST_F(WindowMouseTest, AButtonWithoutNumberDoesNotHinderAMove)
+{
+    Load();
+    const QPoint at = MiddleOf("pic");
+    const QPoint distance(40, 40);
+    MouseDown(at, Qt::BackButton);
+    EXPECT_EQ(DraggedBy(at, distance), distance) << "held all the time";
+    MouseUp(at, Qt::BackButton);
+
+    const QPoint before = window.pos();
+    MouseDown(at);
+    MouseDown(at, Qt::BackButton);
+    MouseUp(at, Qt::BackButton);
+    MouseMove(at + QPoint(10, 10));
+    MouseMove(at + distance);
+    EXPECT_EQ(window.pos() - before, distance) << "clicked after the press";
+    MouseUp(at);
+}
+
 TEST_F(WindowMouseTest, TheFullScreenDoesNotMove)
 {
     Load();
