@@ -22,11 +22,10 @@ void WindowInput::KeyRelease(const QKeyEvent& event)
         m_player.DoKeyUp(KeyCodeOf(event), ShiftBitsOf(event));
 }
 
-void WindowInput::Wheel(QWheelEvent& event)
+void WindowInput::Wheel(const QWheelEvent& event)
 {
     if (const int notch = m_wheelTurns.Add(event.angleDelta().y()); notch != 0)
         m_player.MouseWheel(0, notch, 0, 0);
-    event.accept();
 }
 
 } // namespace lantern

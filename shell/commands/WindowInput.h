@@ -30,7 +30,7 @@ public:
 
     void KeyPress(const QKeyEvent& event);
     void KeyRelease(const QKeyEvent& event);
-    void Wheel(QWheelEvent& event);
+    void Wheel(const QWheelEvent& event);
 
 private:
     InputTarget& m_player;

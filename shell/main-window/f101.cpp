@@ -11,7 +11,6 @@
 #include "frmOptions.h"
 #include "modAPI.h"
 
-#include <QCloseEvent>
 #include <QCoreApplication>
 
 #include <cmath>
@@ -83,7 +82,6 @@ f101::~f101()
 // Each step stands on those before it; the settings, for one, set the volume of a running engine.
 bool f101::Load()
 {
-    m_timer1.stop();
     if (const QString message = m_audio.StartEngine(); !message.isEmpty()) {
         m_showWarning(message);
         return false;
@@ -140,10 +138,9 @@ void f101::Unload()
     m_picture.SetupGraphics(false);
 }
 
-void f101::closeEvent(QCloseEvent* event)
+void f101::closeEvent(QCloseEvent*)
 {
     Unload();
-    event->accept();
     QCoreApplication::exit();
 }
 

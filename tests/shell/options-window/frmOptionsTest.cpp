@@ -113,9 +113,10 @@ TEST_F(frmOptionsTest, ItComesIntoBeingHiddenAndInTheMiddleOfTheScreen)
 {
     EXPECT_FALSE(options.isVisible());
     EXPECT_EQ(options.size(), QSize(412, 220));
-    const QSize screen = QGuiApplication::primaryScreen()->size();
-    EXPECT_EQ(options.x(), (screen.width() - 412) / 2);
-    EXPECT_EQ(options.y(), (screen.height() - 220) / 2);
+    const QRect screen = QGuiApplication::primaryScreen()->geometry();
+    ASSERT_NE(screen.topLeft(), QPoint(0, 0)) << "which would hide where it is counted from";
+    EXPECT_EQ(options.x(), screen.x() + (screen.width() - 412) / 2);
+    EXPECT_EQ(options.y(), screen.y() + (screen.height() - 220) / 2);
     EXPECT_TRUE(options.windowFlags().testFlag(Qt::FramelessWindowHint));
     EXPECT_THAT(Done(), IsEmpty()) << "the sliders take their first values without a word";
 }
