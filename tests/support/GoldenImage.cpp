@@ -2,6 +2,7 @@
 #include "GoldenImage.h"
 
 #include <QDir>
+#include <QFileInfo>
 
 #include <algorithm>
 
@@ -56,7 +57,8 @@ bool AreGoldenImagesRenewed()
     if (golden == drawn)
         return ::testing::AssertionSuccess();
 
-    const QDir folder(QStringLiteral("golden-failures"));
+    const QDir folder(QFileInfo(QStringLiteral("/proc/self/exe")).canonicalPath() +
+                      QStringLiteral("/golden-failures"));
     QDir().mkpath(folder.path());
     drawn.save(folder.filePath(name + QStringLiteral(".png")));
     DifferenceOf(golden, drawn).save(folder.filePath(name + QStringLiteral("-difference.png")));

@@ -9,7 +9,7 @@
 namespace lantern {
 
 // Compares an image with tests/golden/NAME.png, pixel by pixel. If they differ, what was drawn and
-// a picture of the difference are written to the folder golden-failures where the test runs.
+// a picture of the difference are written to the folder golden-failures beside the test program.
 // With LANTERN_RENEW_GOLDEN=1 in the environment the golden image is written instead.
 ::testing::AssertionResult MatchesGolden(const QImage& image, const QString& name);
 
