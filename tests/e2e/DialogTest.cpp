@@ -83,6 +83,25 @@ TEST_F(Dialog, ATypedNameOpensTheTrackBeside)
     EXPECT_TRUE(AwaitTone(660.0));
 }
 
+TEST_F(Dialog, ANameWithQuotationMarksOpensTypedAndAgainAsTheTrackThatWasOpen)
+{
+    OpenTrack(WriteToneTrack("song", 60.0));
+    WriteToneTrack("a\"b\"c", 60.0, 660.0, kLaterPicture);
+    ASSERT_NO_FATAL_FAILURE(OpenDialog());
+    for (const char* key : {"a", "shift+apostrophe", "b", "shift+apostrophe", "c"})
+        hand.Key(key);
+    hand.Key("Return");
+    EXPECT_TRUE(AwaitItsEnd());
+    EXPECT_TRUE(AwaitPicture(kLaterPicture));
+    EXPECT_TRUE(AwaitTone(660.0));
+    hand.Key("period");
+    ASSERT_TRUE(AwaitSilence());
+    ASSERT_NO_FATAL_FAILURE(OpenDialog()); // with the name of the track in it
+    hand.Key("Return");
+    EXPECT_TRUE(AwaitItsEnd());
+    EXPECT_TRUE(AwaitTone(660.0));
+}
+
 TEST_F(Dialog, EscapeLeavesAllAsItWas)
 {
     OpenTrack(WriteToneTrack("song", 60.0));

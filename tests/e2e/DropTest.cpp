@@ -99,6 +99,23 @@ TEST_F(Dropping, ANameThatIsNoTextIsATrueName)
     ExpectOpened(drag);
 }
 
+TEST_F(Dropping, ANameWithQuotationMarksIsATrueName)
+{
+    FileDrag drag = Files({WriteDroppedTrack("a\"b\"c")});
+    ExpectOpened(drag);
+    EXPECT_TRUE(AwaitTone(660.0));
+}
+
+TEST_F(Dropping, ANameWithAnApostropheAndABlankAtItsEndIsATrueName)
+{
+    const std::filesystem::path track = WriteDroppedTrack("' lead ");
+    FileDrag drag = Files({track});
+    ExpectOpened(drag);
+    EXPECT_TRUE(AwaitTone(660.0));
+    Leave();
+    EXPECT_EQ(home.Setting("lastplayed"), track.string());
+}
+
 TEST_F(Dropping, AnExtensionInCapitalsIsTaken)
 {
     std::filesystem::rename(WriteDroppedTrack("capitals"), folder / "CAPITALS.CDG");
