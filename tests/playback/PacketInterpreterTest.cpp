@@ -396,22 +396,11 @@ TEST_F(PacketInterpreterTest, ColourLoadsIgnoreTheTopBits)
     EXPECT_EQ(Picture.ColourTable, expected);
 }
 
-class ColourSink : public ClipSink {
-public:
-    void SetImage(const ClipImage& image) override { Pixel = image.pixels.front(); }
-    std::uint32_t Pixel = 0;
-};
-
 TEST_F(PacketInterpreterTest, ColourLoadsReachTheGraphicsAtOnce)
 {
     Show(kQuiet, MemoryPreset(7));
     Show(kQuiet, Colours(false, {0, 0, 0, 0, 0, 0, 0, 0xA5C}));
-    ColourSink sink;
-    Buffers.FGvb2clip(6, 293, 12, 203, sink);
-    EXPECT_EQ(sink.Pixel, 0xFFAA55CCu);
-    Interpreter.ClearPicture();
-    Buffers.FGvb2clip(6, 293, 12, 203, sink);
-    EXPECT_EQ(sink.Pixel, 0xFF000000u);
+    EXPECT_EQ(ShownColour(), 0xFFAA55CCu);
 }
 
 TEST_F(PacketInterpreterTest, ALowColourLoadHoldsBackAPaintThatIsDue)

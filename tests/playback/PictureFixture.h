@@ -45,6 +45,16 @@ struct PictureSet {
     }
 
     int Pixel(int x, int y) const { return Buffers.FGgetpixel(x, y); }
+    // The colour in which the top left pixel shows, 0xFFRRGGBB.
+    std::uint32_t ShownColour() const
+    {
+        struct : ClipSink {
+            void SetImage(const ClipImage& image) override { colour = image.pixels.front(); }
+            std::uint32_t colour = 0;
+        } sink;
+        Buffers.FGvb2clip(0, 0, 0, 0, sink);
+        return sink.colour;
+    }
     std::vector<std::uint8_t> Pixels() const
     {
         const auto pixels = Buffers.Pixels(Picture.PictureBuffer);

@@ -109,6 +109,23 @@ TEST_F(PictureMemoryTest, ARestoreBringsItAllBack)
     EXPECT_TRUE(Picture.PictureDirty);
 }
 
+TEST_F(PictureMemoryTest, ARestoredPictureShowsInItsOwnColours)
+{
+    Show(1, Colours(false, {0xA5C}));
+    EXPECT_EQ(ShownColour(), 0xFFAA55CCu);
+    Picture.TakeSnapshot(3000);
+    Show(2, Colours(false, {0x123}));
+    Picture.RestoreSnapshot(1);
+    EXPECT_EQ(ShownColour(), 0xFFAA55CCu);
+}
+
+TEST_F(PictureMemoryTest, AfterAResetIndexZeroShowsBlack)
+{
+    Show(1, Colours(false, {0xA5C}));
+    Picture.Reset();
+    EXPECT_EQ(ShownColour(), 0xFF000000u);
+}
+
 TEST_F(PictureMemoryTest, ASnapshotIsAPictureOfItsOwn)
 {
     Show(1, MemoryPreset(4));

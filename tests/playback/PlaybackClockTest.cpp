@@ -324,6 +324,21 @@ TEST_F(PlaybackClockTest, AJumpToAnotherClipLoadsItAndSeeksWithinIt)
     EXPECT_EQ(m_clock.GetPlayerPos(), 21'500);
 }
 
+TEST_F(PlaybackClockTest, APausedSoundStaysSilentInAnotherClipToo)
+{
+    AddClip(5000);
+    PlayAt(0);
+    m_clock.PlayPause();
+    Forget();
+    m_clock.Jump(21'500, false);
+    EXPECT_THAT(m_engine.Actions(), ElementsAre("SetEngineTempo 0", "LoadFile clip2",
+                                                "SeekSound 1500", "SetEngineTempo 0"));
+    EXPECT_EQ(m_clock.GetPlayerPos(), 21'500);
+    m_clock.PlayPause();
+    EXPECT_EQ(m_engine.Status, SoundStatus::Playing);
+    EXPECT_EQ(m_clock.GetPlayerPos(), 21'500);
+}
+
 TEST_F(PlaybackClockTest, AJumpBeforeTheFirstClipChangesNothing)
 {
     m_track.ClipList[1].StartMs = 100;
