@@ -22,24 +22,23 @@ protected:
     }
 
     void ExpectBurstsWhereToldToBe(int periodMs, std::size_t atLeast);
+    std::vector<float> HearChanges();
 
     Ears m_ears{m_server, "studio"};
 };
 
-// Leaves out where there is nothing at all: a gap is no click of a change, but the work of a
-// machine too busy to play.
+// A millisecond of nothing; a tone passes through zero for one frame at most.
+bool HasGap(std::span<const float> stereo)
+{
+    return !std::ranges::search_n(stereo, 2 * 44, 0.0F).empty();
+}
+
 double SharpestBend(std::span<const float> stereo)
 {
     double sharpest = 0.0;
-    for (std::size_t i = 4; i + 1 < stereo.size(); i += 2) {
-        const auto isGap = [&](std::size_t at) { return stereo[at] == 0 && stereo[at + 1] == 0; };
-        if (isGap(i) || isGap(i - 2) || isGap(i - 4)) {
-            continue;
-        }
-        for (const std::size_t at : {i, i + 1}) {
-            const float bend = stereo[at] - 2.0F * stereo[at - 2] + stereo[at - 4];
-            sharpest = std::max(sharpest, static_cast<double>(std::abs(bend)));
-        }
+    for (std::size_t at = 4; at < stereo.size(); ++at) {
+        const float bend = stereo[at] - 2.0F * stereo[at - 2] + stereo[at - 4];
+        sharpest = std::max(sharpest, static_cast<double>(std::abs(bend)));
     }
     return sharpest;
 }
@@ -201,7 +200,8 @@ TEST_F(EngineSound, ManyChangesInARowNeitherDriftNorStepBack)
     ExpectBurstsWhereToldToBe(250, 8);
 }
 
-TEST_F(EngineSound, NoChangeMakesAClick)
+// Every value changes while a tone plays; what was heard meanwhile.
+std::vector<float> EngineSound::HearChanges()
 {
     Load(MakeTone(44100, 12000, 440));
     m_engine->StartSound();
@@ -223,8 +223,18 @@ TEST_F(EngineSound, NoChangeMakesAClick)
     }
     const Moment to = Clock::now();
     const Recording heard = HeardSoFar();
-    const std::vector<float> changes = heard.Between(from, to);
-    ASSERT_GT(Level(heard.Between(to - 100ms, to)), 0.3);
+    EXPECT_GT(Level(heard.Between(to - 100ms, to)), 0.3);
+    return heard.Between(from, to);
+}
+
+// A machine too busy to play leaves a gap now and then, a fault leaves one each time.
+TEST_F(EngineSound, NoChangeMakesAClickOrAGap)
+{
+    std::vector<float> changes = HearChanges();
+    for (int i = 0; i < 3 && HasGap(changes); ++i) {
+        changes = HearChanges();
+    }
+    EXPECT_FALSE(HasGap(changes));
     // The tone itself bends by 0.0019, two semitones up by 0.0025; a cut in it by some 0.1.
     EXPECT_LT(SharpestBend(changes), 0.006);
 }
