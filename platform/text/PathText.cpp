@@ -76,8 +76,10 @@ QString TextFromNative(QByteArrayView bytes)
     text.reserve(bytes.size());
     qsizetype wellFormedStart = 0;
     qsizetype position = 0;
+    // A name may begin with U+FEFF, which the toolkit takes for a mark and leaves out otherwise.
+    QStringDecoder decode(QStringDecoder::Utf8, QStringConverter::Flag::ConvertInitialBom);
     const auto flush = [&] {
-        text += QString::fromUtf8(bytes.sliced(wellFormedStart, position - wellFormedStart));
+        text += decode(bytes.sliced(wellFormedStart, position - wellFormedStart));
     };
     while (position < bytes.size()) {
         const qsizetype length = SequenceLength(bytes.sliced(position));

@@ -47,6 +47,42 @@ TEST(PathText, AnyBytesComeBackAsTheyWere)
     }
 }
 
+TEST(PathText, EveryCharacterIsItselfWhereverItStands)
+{
+    QString all;
+    for (char32_t character = 0; character <= 0x10FFFF; ++character) {
+        if (!QChar::isSurrogate(character))
+            all += QString::fromUcs4(&character, 1);
+    }
+    EXPECT_TRUE(TextFromNative(all.toUtf8()) == all);
+    EXPECT_TRUE(NativeFromText(all) == all.toUtf8());
+    for (const char* name : {"\xEF\xBB\xBF", "\xEF\xBB\xBFsong.cdg", "\xE9\xEF\xBB\xBF.cdg"})
+        EXPECT_EQ(NativeFromText(TextFromNative(name)), QByteArray(name));
+}
+
+// A character takes as many letters as the toolkit gives it, a byte of none takes one.
+TEST(PathText, NoByteIsTakenForPartOfACharacterThatIsNone)
+{
+    const std::vector<int> ends = {0x7F, 0x80, 0xBF, 0xC0};
+    for (int first = 0x80; first < 0x100; ++first) {
+        for (int second = 0x7F; second < 0xC2; ++second) {
+            for (const int third : ends) {
+                for (const int fourth : ends) {
+                    QByteArray bytes;
+                    for (const int byte : {first, second, third, fourth})
+                        bytes += static_cast<char>(byte);
+                    for (; bytes.size() > 1; bytes.chop(1)) {
+                        const QString text = TextFromNative(bytes);
+                        const bool isWellFormed = bytes.isValidUtf8();
+                        ASSERT_EQ(text.isValidUtf16(), isWellFormed) << bytes.toHex().constData();
+                        ASSERT_EQ(NativeFromText(text), bytes) << bytes.toHex().constData();
+                    }
+                }
+            }
+        }
+    }
+}
+
 TEST(PathText, LowerCaseKeepsBytesThatAreNoText)
 {
     EXPECT_EQ(NativeFromText(LowerCase(TextFromNative("\xFF\xE9 \xC3\x89 AB\xE9Z"))),
