@@ -17,27 +17,18 @@ constexpr std::string_view kEndSignature = "PK\5\6";
 constexpr std::string_view kLocatorSignature = "PK\6\7";
 constexpr std::string_view kEnd64Signature = "PK\6\6";
 constexpr std::size_t kEndSize = 22;
-constexpr std::size_t kEndEntries = 10;
 constexpr std::size_t kEndBytes = 12;
 constexpr std::size_t kLocatorSize = 20;
 constexpr std::size_t kLocatorOffset = 8;
-constexpr std::size_t kEnd64Size = 56;
-constexpr std::size_t kEnd64Entries = 32;
 constexpr std::size_t kEnd64Bytes = 40;
 constexpr std::size_t kLongestComment = std::numeric_limits<std::uint16_t>::max();
 
+// The bytes from the offset on, those behind the end of the file left out.
 std::vector<std::uint8_t> ReadAt(int descriptor, std::uint64_t offset, std::size_t size)
 {
     std::vector<std::uint8_t> bytes(size);
-    std::size_t filled = 0;
-    while (filled < size) {
-        const ssize_t came = pread(descriptor, bytes.data() + filled, size - filled,
-                                   static_cast<off_t>(offset + filled));
-        if (came <= 0)
-            break;
-        filled += static_cast<std::size_t>(came);
-    }
-    bytes.resize(filled);
+    const ssize_t came = pread(descriptor, bytes.data(), size, static_cast<off_t>(offset));
+    bytes.resize(came > 0 ? static_cast<std::size_t>(came) : 0);
     return bytes;
 }
 
@@ -53,48 +44,37 @@ std::uint64_t LittleEndian(std::span<const std::uint8_t> bytes, std::size_t offs
 
 bool Begins(std::span<const std::uint8_t> bytes, std::string_view signature)
 {
-    return bytes.size() >= signature.size() &&
-           std::equal(signature.begin(), signature.end(), bytes.begin(),
-                      [](char a, std::uint8_t b) { return static_cast<std::uint8_t>(a) == b; });
-}
-
-DirectoryClaims Larger(DirectoryClaims a, DirectoryClaims b)
-{
-    return {std::max(a.entries, b.entries), std::max(a.bytes, b.bytes)};
+    const auto start = bytes.first(std::min(bytes.size(), signature.size()));
+    return std::ranges::equal(signature, start, {},
+                              [](char letter) { return static_cast<std::uint8_t>(letter); });
 }
 
 // Of the 64-bit record that the locator points to.
-DirectoryClaims Claims64(int descriptor, std::span<const std::uint8_t> locator,
-                         std::int64_t fileSize)
+std::uint64_t ClaimedBytes64(int descriptor, std::span<const std::uint8_t> locator)
 {
     const std::uint64_t offset = LittleEndian(locator, kLocatorOffset, 8);
-    if (offset >= static_cast<std::uint64_t>(fileSize))
-        return {};
-    const std::vector<std::uint8_t> record = ReadAt(descriptor, offset, kEnd64Size);
-    if (!Begins(record, kEnd64Signature))
-        return {};
-    return {LittleEndian(record, kEnd64Entries, 8), LittleEndian(record, kEnd64Bytes, 8)};
+    const std::vector<std::uint8_t> record = ReadAt(descriptor, offset, kEnd64Bytes + 8);
+    return Begins(record, kEnd64Signature) ? LittleEndian(record, kEnd64Bytes, 8) : 0;
 }
 
 } // namespace
 
-DirectoryClaims ReadDirectoryClaims(int descriptor, std::int64_t fileSize)
+std::uint64_t ClaimedDirectoryBytes(int descriptor, std::int64_t fileSize)
 {
     const auto tailSize = static_cast<std::size_t>(
         std::min<std::int64_t>(fileSize, kLocatorSize + kEndSize + kLongestComment));
     const std::vector<std::uint8_t> tail =
         ReadAt(descriptor, static_cast<std::uint64_t>(fileSize) - tailSize, tailSize);
 
-    DirectoryClaims claims;
+    std::uint64_t bytes = 0;
     for (std::size_t i = 0; i + kEndSize <= tail.size(); ++i) {
         const auto record = std::span(tail).subspan(i);
         if (Begins(record, kEndSignature))
-            claims = Larger(
-                claims, {LittleEndian(record, kEndEntries, 2), LittleEndian(record, kEndBytes, 4)});
+            bytes = std::max(bytes, LittleEndian(record, kEndBytes, 4));
         else if (Begins(record, kLocatorSignature))
-            claims = Larger(claims, Claims64(descriptor, record, fileSize));
+            bytes = std::max(bytes, ClaimedBytes64(descriptor, record));
     }
-    return claims;
+    return bytes;
 }
 
 } // namespace lantern

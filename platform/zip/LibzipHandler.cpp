@@ -10,6 +10,7 @@
 #include <fcntl.h>
 #include <optional>
 #include <sys/stat.h>
+#include <tuple>
 #include <unistd.h>
 #include <zip.h>
 
@@ -19,7 +20,6 @@ namespace {
 // The library reads a directory whole, at several times its size in memory. A track's has a few
 // entries; this is room for a hundred thousand and more.
 constexpr std::uint64_t kLargestDirectory = std::uint64_t{16} << 20;
-constexpr std::uint64_t kMostEntries = kLargestDirectory / 46; // bytes of an entry without a name
 
 struct ArchiveDiscarder {
     void operator()(zip_t* archive) const { zip_discard(archive); }
@@ -32,8 +32,7 @@ int OpenForReading(const QString& path, Archive& archive)
     const std::optional<NativeFile> file = NativeFile::OpenForReading(path);
     if (!file)
         return ZIP_ER_OPEN;
-    const DirectoryClaims claims = ReadDirectoryClaims(file->Descriptor(), file->Size());
-    if (claims.bytes > kLargestDirectory || claims.entries > kMostEntries)
+    if (ClaimedDirectoryBytes(file->Descriptor(), file->Size()) > kLargestDirectory)
         return ZIP_ER_MEMORY;
     // The library closes the descriptor that it takes.
     const int descriptor = fcntl(file->Descriptor(), F_DUPFD_CLOEXEC, 0);
@@ -53,8 +52,8 @@ bool IsPlainFile(zip_t& archive, zip_uint64_t index, const QString& name)
         return false;
     zip_uint8_t system = 0;
     zip_uint32_t attributes = 0;
-    if (zip_file_get_external_attributes(&archive, index, 0, &system, &attributes) != 0 ||
-        system != ZIP_OPSYS_UNIX)
+    std::ignore = zip_file_get_external_attributes(&archive, index, 0, &system, &attributes);
+    if (system != ZIP_OPSYS_UNIX)
         return true;
     const mode_t type = (attributes >> 16U) & S_IFMT;
     return type == 0 || type == S_IFREG;

@@ -3,10 +3,14 @@
 
 #include <QString>
 
+#include <string_view>
+
 namespace lantern {
 
-// Whether archives can be read on this machine: makes a tiny one in memory and reads it back.
+// Whether archives can be read on this machine, tried with a tiny one in memory.
 bool ZipServiceWorks();
+// Whether it reads these bytes as an archive that holds "karaoke" in a member "test.cdg".
+bool ZipServiceReads(std::string_view bytes);
 
 // The file name of the library behind the service.
 QString ZipLibraryName();

@@ -10,6 +10,7 @@
 #include <initializer_list>
 #include <string>
 #include <unistd.h>
+#include <vector>
 
 namespace lantern {
 namespace {
@@ -55,10 +56,10 @@ protected:
         unlink(m_path);
     }
 
-    DirectoryClaims ClaimsOf(const std::string& bytes)
+    std::uint64_t BytesClaimed(const std::string& archive)
     {
-        Write(bytes);
-        return ReadDirectoryClaims(m_descriptor, static_cast<std::int64_t>(bytes.size()));
+        Write(archive);
+        return ClaimedDirectoryBytes(m_descriptor, static_cast<std::int64_t>(archive.size()));
     }
     // Why the archive can't be used; empty if it can.
     QString ReasonAgainst(const std::string& bytes)
@@ -90,45 +91,59 @@ private:
 
 TEST_F(DirectoryClaimsTest, TheEndRecordTellsOfTheDirectory)
 {
-    const DirectoryClaims claims = ClaimsOf(Joined({std::string(100, 'x'), EndRecord(7, 400)}));
-    EXPECT_EQ(claims.entries, 7u);
-    EXPECT_EQ(claims.bytes, 400u);
+    EXPECT_EQ(BytesClaimed(Joined({std::string(100, 'x'), EndRecord(7, 0x12345678)})), 0x12345678u);
+    EXPECT_EQ(BytesClaimed(EndRecord(7, 400)), 400u);
 }
 
 TEST_F(DirectoryClaimsTest, TheRecordIsFoundBeforeTheLongestComment)
 {
-    EXPECT_EQ(ClaimsOf(Joined({"x", EndRecord(7, 400, std::string(65535, 'c'))})).entries, 7u);
+    EXPECT_EQ(BytesClaimed(Joined({"x", EndRecord(7, 400, std::string(65535, 'c'))})), 400u);
 }
 
 TEST_F(DirectoryClaimsTest, TheLongRecordCountsWhereThereIsOne)
 {
-    const std::uint64_t many = std::uint64_t{1} << 40;
-    const DirectoryClaims claims = ClaimsOf(Joined({"abc", EndRecord64(5'000'000, many, 3)}));
-    EXPECT_EQ(claims.entries, 5'000'000u);
-    EXPECT_EQ(claims.bytes, many);
+    const std::uint64_t many = 0x0123456789ABCDEF;
+    for (const std::size_t before : {0U, 3U, 300U, 70'000U}) {
+        EXPECT_EQ(BytesClaimed(Joined({std::string(before, 'x'), EndRecord64(5, many, before)})),
+                  many);
+        EXPECT_EQ(
+            BytesClaimed(Joined({std::string(before, 'x'), EndRecord64(5, many, before + 1)})),
+            0xFFFFFFFFU);
+    }
 }
 
 TEST_F(DirectoryClaimsTest, TheLargestOfSeveralClaimsCounts)
 {
-    EXPECT_EQ(ClaimsOf(Joined({EndRecord(9, 900), EndRecord(7, 400)})).bytes, 900u);
+    EXPECT_EQ(BytesClaimed(Joined({EndRecord(9, 900), EndRecord(7, 400)})), 900u);
+    EXPECT_EQ(BytesClaimed(Joined({EndRecord(9, 400), EndRecord(7, 900)})), 900u);
 }
 
 TEST_F(DirectoryClaimsTest, WhatIsNoArchiveClaimsNothing)
 {
     for (const std::string& bytes :
          {std::string(), std::string("PK\5\6"), std::string(70000, 'P'),
-          Joined({"PK\6\7", std::string(16, '\xFF'), EndRecord(0, 0)})}) {
-        EXPECT_EQ(ClaimsOf(bytes).entries, 0u);
-        EXPECT_EQ(ClaimsOf(bytes).bytes, 0u);
-    }
+          EndRecord(7, 400).substr(0, 21), EndRecord(7, 400).replace(3, 1, "7"),
+          Joined({"PK\6\7", std::string(16, '\xFF'), EndRecord(0, 0)})})
+        EXPECT_EQ(BytesClaimed(bytes), 0u);
+}
+
+// As many members as make a directory of 16 MiB, of which the last name may be longer.
+std::string ZipOfLongNames(std::size_t longer)
+{
+    constexpr std::size_t kEntry = 65536;
+    constexpr std::size_t kName = kEntry - 46;
+    std::vector<test::HandMadeMember> members((std::size_t{16} << 20) / kEntry);
+    for (test::HandMadeMember& member : members)
+        member.name = std::string(kName, 'x');
+    members.back().name += std::string(longer, 'y');
+    return test::HandMadeZip(members);
 }
 
 TEST_F(DirectoryClaimsTest, AnArchiveWithAVastDirectoryIsNotRead)
 {
-    EXPECT_EQ(ReasonAgainst(test::HandMadeZip({{"a.cdg", "abc"}})), QString());
-    EXPECT_NE(ReasonAgainst(EndRecord(9, 17 << 20)), QString());
-    const std::string vast =
-        Joined({std::string(1000, 'x'), EndRecord64(1'000'000, 60 << 20, 1000)});
+    EXPECT_EQ(ReasonAgainst(ZipOfLongNames(0)), QString());
+    EXPECT_EQ(ReasonAgainst(ZipOfLongNames(1)), QStringLiteral("Malloc failure"));
+    const std::string vast = Joined({std::string(1000, 'x'), EndRecord64(9, 60 << 20, 1000)});
     EXPECT_EQ(ReasonAgainst(vast), QStringLiteral("Malloc failure"));
 }
 

@@ -60,7 +60,7 @@ std::string Description(const HandMadeMember& member, std::size_t storedSize)
 std::string DirectoryEntry(const HandMadeMember& member, std::size_t storedSize, std::size_t offset)
 {
     std::string bytes = "PK\x01\x02";
-    Put(bytes, kMadeByUnix | 30, 2);
+    Put(bytes, (member.isMadeByUnix ? kMadeByUnix : 0) | 30, 2);
     bytes += Description(member, storedSize);
     Put(bytes, 0, 2 + 2 + 2); // comment, disk, kind
     Put(bytes, member.unixMode << 16, 4);

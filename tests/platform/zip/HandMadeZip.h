@@ -20,6 +20,7 @@ struct HandMadeMember {
     std::optional<std::uint32_t> checksum = std::nullopt;
     std::optional<std::uint32_t> offset = std::nullopt; // of the member's own header
     std::uint16_t flags = 0;
+    bool isMadeByUnix = true;
     std::uint32_t unixMode = 0;
 };
 

@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ZipService.h"
+
+#include "HandMadeZip.h"
 #include "PathText.h"
 
 #include <QTemporaryDir>
@@ -11,9 +13,26 @@
 namespace lantern {
 namespace {
 
+using test::HandMadeMember;
+using test::HandMadeZip;
+
 TEST(ZipService, ArchivesCanBeReadHere)
 {
     EXPECT_TRUE(ZipServiceWorks());
+}
+
+TEST(ZipService, WhatCannotBeReadIsNotTakenToWork)
+{
+    EXPECT_TRUE(ZipServiceReads(HandMadeZip({{.name = "test.cdg", .contents = "karaoke"}})));
+    EXPECT_FALSE(ZipServiceReads(""));
+    EXPECT_FALSE(ZipServiceReads("karaoke"));
+    EXPECT_FALSE(ZipServiceReads(HandMadeZip({})));
+    for (const HandMadeMember& member :
+         std::vector<HandMadeMember>{{.name = "other.cdg", .contents = "karaoke"},
+                                     {.name = "test.cdg", .contents = "karaok"},
+                                     {.name = "test.cdg", .contents = "Karaoke"},
+                                     {.name = "test.cdg", .contents = "karaoke", .method = 8}})
+        EXPECT_FALSE(ZipServiceReads(HandMadeZip({member}))) << member.contents;
 }
 
 TEST(ZipService, TheLibraryHasTheNameThatTheSystemKnows)
