@@ -42,6 +42,7 @@ std::unique_ptr<QWidget> MakeMainWindow(ProgramState& state)
     if (!window->Load())
         return nullptr;
     window->show();
+    window->JoinDesktop();
     return window;
 }
 

@@ -34,14 +34,28 @@ struct PlainKey {
 };
 
 constexpr std::array kPlainKeys = {
-    PlainKey{Qt::Key_Shift, KeyCode::Shift},   PlainKey{Qt::Key_Control, KeyCode::Control},
-    PlainKey{Qt::Key_Alt, KeyCode::Alt},       PlainKey{Qt::Key_AltGr, KeyCode::Alt},
-    PlainKey{Qt::Key_Meta, KeyCode::None},     PlainKey{Qt::Key_Pause, KeyCode::Pause},
-    PlainKey{Qt::Key_Escape, KeyCode::Escape}, PlainKey{Qt::Key_Space, KeyCode::Blank},
-    PlainKey{Qt::Key_PageUp, KeyCode::PageUp}, PlainKey{Qt::Key_PageDown, KeyCode::PageDown},
-    PlainKey{Qt::Key_Left, KeyCode::Left},     PlainKey{Qt::Key_Right, KeyCode::Right},
-    PlainKey{Qt::Key_Up, KeyCode::Up},         PlainKey{Qt::Key_Down, KeyCode::Down},
-    PlainKey{Qt::Key_F1, KeyCode::F1},         PlainKey{Qt::Key_F4, KeyCode::F4},
+    PlainKey{Qt::Key_Shift, KeyCode::Shift},
+    PlainKey{Qt::Key_Control, KeyCode::Control},
+    PlainKey{Qt::Key_Alt, KeyCode::Alt},
+    PlainKey{Qt::Key_AltGr, KeyCode::Alt},
+    PlainKey{Qt::Key_Meta, KeyCode::None},
+    PlainKey{Qt::Key_Pause, KeyCode::Pause},
+    PlainKey{Qt::Key_Escape, KeyCode::Escape},
+    PlainKey{Qt::Key_Space, KeyCode::Blank},
+    PlainKey{Qt::Key_PageUp, KeyCode::PageUp},
+    PlainKey{Qt::Key_PageDown, KeyCode::PageDown},
+    PlainKey{Qt::Key_Left, KeyCode::Left},
+    PlainKey{Qt::Key_Right, KeyCode::Right},
+    PlainKey{Qt::Key_Up, KeyCode::Up},
+    PlainKey{Qt::Key_Down, KeyCode::Down},
+    PlainKey{Qt::Key_F1, KeyCode::F1},
+    PlainKey{Qt::Key_F4, KeyCode::F4},
+    PlainKey{Qt::Key_MediaNext, KeyCode::MediaNext},
+    PlainKey{Qt::Key_MediaPrevious, KeyCode::MediaPrevious},
+    PlainKey{Qt::Key_MediaStop, KeyCode::MediaStop},
+    PlainKey{Qt::Key_MediaPlay, KeyCode::MediaPlay},
+    PlainKey{Qt::Key_MediaTogglePlayPause, KeyCode::MediaPlay},
+    PlainKey{Qt::Key_MediaPause, KeyCode::MediaPause},
 };
 
 struct KeyRow {

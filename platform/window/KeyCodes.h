@@ -53,6 +53,11 @@ enum class KeyCode : std::uint16_t {
     NumericPoint = 110,
     F1 = 112,
     F4 = 115,
+    MediaNext = 176,
+    MediaPrevious = 177,
+    MediaStop = 178,
+    MediaPlay = 179,  // and pauses, too
+    MediaPause = 180, // some keyboards have one for that alone
     Equals = 187,
     Minus = 189,
     FullStop = 190,

@@ -20,6 +20,8 @@ class CommandWindow {
 public:
     virtual ~CommandWindow() = default;
     virtual void ShowOpenDialog() = 0; // and opens what the user chose
+    // To a neighbour of the track in its folder: 1 for the next one, -1 for the one before it.
+    virtual void GoToTrack(int places) = 0;
     // Shows the options, or hides them if they are shown. With force they are shown in any case.
     virtual void ToggleOptions(bool force) = 0;
     virtual bool IsAboutShown() = 0; // in the place of the options

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "AudioEngine.h"
 #include "CommandId.h"
 #include "Commands.h"
 #include "Display.h"
@@ -48,6 +49,23 @@ inline constexpr std::array kKeyMap = {
     KeyBinding{KeyCode::Pause, kAnyShift, CommandId::Play},
     KeyBinding{KeyCode::FullStop, kAnyShift, CommandId::Stop},
     KeyBinding{KeyCode::NumericPoint, kAnyShift, CommandId::Stop},
+    KeyBinding{KeyCode::MediaPlay, kAnyShift, CommandId::Play},
+    KeyBinding{KeyCode::MediaPause,
+               kAnyShift,
+               {},
+               [](const CommandTargets& to) {
+                   if (to.engine.GetSoundStatus() == SoundStatus::Playing)
+                       to.clock.PlayPause();
+               }},
+    KeyBinding{KeyCode::MediaStop, kAnyShift, CommandId::Stop},
+    KeyBinding{KeyCode::MediaNext,
+               kAnyShift,
+               {},
+               [](const CommandTargets& to) { to.window.GoToTrack(1); }},
+    KeyBinding{KeyCode::MediaPrevious,
+               kAnyShift,
+               {},
+               [](const CommandTargets& to) { to.window.GoToTrack(-1); }},
     KeyBinding{KeyCode::Right, kNoShift, CommandId::Forward10Seconds},
     KeyBinding{KeyCode::PageDown, kNoShift, CommandId::Forward60Seconds},
     KeyBinding{KeyCode::Left, kNoShift, CommandId::Back10Seconds},

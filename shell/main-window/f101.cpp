@@ -19,6 +19,7 @@ namespace lantern {
 namespace {
 
 constexpr int kTickMs = 10;
+constexpr int kJoinDelayMs = 200;
 
 QString Caption()
 {
@@ -42,6 +43,7 @@ f101::f101(ProgramState& state, std::unique_ptr<AudioEngine> engine, ShowWarning
       m_loader(m_track, *m_engine, *this, {[] { return MakeZipHandler(); }, state.AppPath}),
       m_wheel(m_audio, m_track, [this](std::int32_t deltaMs) { m_clock.SkipBy(deltaMs); }),
       m_commands({*this, m_track, *m_engine, m_clock, m_display, m_audio, m_wheel}),
+      m_desktop({*this, m_track, *m_engine, m_clock, m_display, m_audio, m_wheel}, *this),
       m_link(state.InstanceMutex, *this), m_input(*this)
 {
     SetAccessibleRole(*this, QAccessible::Window);
@@ -130,6 +132,7 @@ void f101::Unload()
         return;
     m_isLoaded = false;
     m_timer1.stop();
+    m_desktop.Leave();
     if (m_options)
         m_options->hide();
     ReleaseInstance(m_state);
@@ -142,6 +145,15 @@ void f101::closeEvent(QCloseEvent*)
 {
     Unload();
     QCoreApplication::exit();
+}
+
+// What a start shows comes first.
+void f101::JoinDesktop()
+{
+    QTimer::singleShot(kJoinDelayMs, this, [this] {
+        if (m_isLoaded)
+            m_desktop.Join();
+    });
 }
 
 void f101::TakeFocus()

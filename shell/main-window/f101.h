@@ -7,6 +7,7 @@
 #include "Commands.h"
 #include "ContextMenu.h"
 #include "ControlRefresh.h"
+#include "DesktopSession.h"
 #include "Display.h"
 #include "ImageClipboard.h"
 #include "MediaLoader.h"
@@ -57,6 +58,9 @@ public:
     // Starts everything, shows nothing yet, and opens the track that the command line names. False
     // if there is no sound to be had: the user has been told, and the program can't go on.
     [[nodiscard]] bool Load();
+
+    // Once it is shown: the desktop learns of the player, and may act on it.
+    void JoinDesktop();
 
     void TakeFocus() override;
     void OpenMedia(const QString& path) override;
@@ -118,6 +122,7 @@ private:
 
     // CommandWindow
     void ShowOpenDialog() override;
+    void GoToTrack(int places) override;
     bool IsAboutShown() override;
     void ShowAbout() override;
     void OpenWebSite() override; // OptionsHost, too
@@ -147,6 +152,7 @@ private:
     WheelControl m_wheel;
 
     Commands m_commands;
+    DesktopSession m_desktop;
     CommandLink m_link;
     WindowInput m_input;
     QTimer m_timer1;

@@ -43,6 +43,7 @@ void f101::RefreshControls(std::int32_t positionMs, bool isPlaying)
 {
     m_refresh.Refresh(positionMs, isPlaying, m_parts.IsMaximised());
     m_display.HideExpiredStatus();
+    m_desktop.Follow();
 }
 
 void f101::ReopenLastTrack()
@@ -116,6 +117,11 @@ void f101::ShowOpenDialog()
     m_parts.Refresh();
     if (!path.isEmpty())
         OpenMedia(path);
+}
+
+void f101::GoToTrack(int places)
+{
+    m_desktop.GoTo(places);
 }
 
 bool f101::IsAboutShown()

@@ -44,6 +44,15 @@ class Identity(InstalledTest):
             self.assertEqual(struct.unpack(">II", png.read_bytes()[16:24]), (size, size))
 
 
+    def test_the_media_session_tells_the_types_of_the_entries(self):
+        header = (SOURCE / "media/loading/MediaMimeTypes.h").read_text(encoding="utf-8")
+        types = []
+        for name in (f"{ID}.desktop", OPEN_WITH):
+            section = entry(self.share / "applications" / name)["Desktop Entry"]
+            types += section["MimeType"].rstrip(";").split(";")
+        self.assertEqual(sorted(re.findall(r'u"(.*?)"', header)), sorted(types))
+
+
 class Validity(InstalledTest):
     def test_the_entries_are_valid(self):
         for name in (f"{ID}.desktop", OPEN_WITH):

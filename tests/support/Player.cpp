@@ -48,7 +48,8 @@ EnvironmentChanges PlayerHome::Environment() const
             {"appdata", (m_folder / "appdata").string()},
             {"LC_ALL", "C.UTF-8"},
             {"LSAN_OPTIONS", "print_suppressions=0:suppressions=" LANTERN_LEAKS_FILE},
-            {"DBUS_SESSION_BUS_ADDRESS", std::nullopt}};
+            // None at all: without an address, the bus's own library would start one.
+            {"DBUS_SESSION_BUS_ADDRESS", "disabled:"}};
 }
 
 std::filesystem::path PlayerHome::SettingsFile() const

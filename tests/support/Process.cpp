@@ -31,9 +31,11 @@ std::vector<std::string> ChangedEnvironment(const EnvironmentChanges& changes)
         if (!isChanged)
             result.push_back(text);
     }
-    for (const auto& [name, value] : changes) {
-        if (value)
-            result.push_back(name + "=" + *value);
+    for (auto change = changes.begin(); change != changes.end(); ++change) {
+        // Of several changes of one name the last counts.
+        const auto isSame = [&](const auto& later) { return later.first == change->first; };
+        if (change->second && std::none_of(change + 1, changes.end(), isSame))
+            result.push_back(change->first + "=" + *change->second);
     }
     return result;
 }

@@ -42,6 +42,16 @@ TEST(KeyCodes, NamedKeysHaveTheirNumbers)
     EXPECT_EQ(static_cast<int>(CodeOf(Qt::Key_Alt)), 18);
 }
 
+TEST(KeyCodes, MediaKeysHaveTheirNumbers)
+{
+    EXPECT_EQ(static_cast<int>(CodeOf(Qt::Key_MediaNext)), 176);
+    EXPECT_EQ(static_cast<int>(CodeOf(Qt::Key_MediaPrevious)), 177);
+    EXPECT_EQ(static_cast<int>(CodeOf(Qt::Key_MediaStop)), 178);
+    EXPECT_EQ(static_cast<int>(CodeOf(Qt::Key_MediaPlay)), 179);
+    EXPECT_EQ(static_cast<int>(CodeOf(Qt::Key_MediaTogglePlayPause)), 179);
+    EXPECT_EQ(CodeOf(Qt::Key_MediaPause), KeyCode::MediaPause);
+}
+
 TEST(KeyCodes, PlusAndMinusDifferBetweenTheKeypadAndTheRest)
 {
     EXPECT_EQ(CodeOf(Qt::Key_Plus, Qt::KeypadModifier), KeyCode::NumericPlus);

@@ -133,6 +133,54 @@ TEST_F(CommandsTest, TwoKeysStop)
     }
 }
 
+TEST_F(CommandsTest, MediaKeysPlayPauseAndStop)
+{
+    Load(MakeBlueTrack());
+    ASSERT_EQ(engine.Status, SoundStatus::Playing);
+    Press(KeyCode::MediaPlay);
+    EXPECT_EQ(engine.Status, SoundStatus::Paused);
+    Press(KeyCode::MediaPause);
+    EXPECT_EQ(engine.Status, SoundStatus::Paused);
+    Press(KeyCode::MediaPlay);
+    EXPECT_EQ(engine.Status, SoundStatus::Playing);
+    Press(KeyCode::MediaPause);
+    EXPECT_EQ(engine.Status, SoundStatus::Paused);
+    Press(KeyCode::MediaStop);
+    EXPECT_EQ(engine.Status, SoundStatus::Stopped);
+}
+
+TEST_F(CommandsTest, MediaKeysGoToTheTracksBesideThisOneAndLeaveItPlayingPausedOrStopped)
+{
+    const QStringList tracks = {MakeBlueTrack(), MakeBlueTrack(), MakeBlueTrack()};
+    Load(tracks[1]);
+    const auto goes = [this](KeyCode key, const QString& track, SoundStatus status) {
+        Press(key);
+        EXPECT_EQ(state.Settings->GetSetting(QStringLiteral("LastPlayed"), {}), track);
+        EXPECT_EQ(engine.Status, status);
+    };
+    goes(KeyCode::MediaNext, tracks[2], SoundStatus::Playing);
+    engine.PositionMs = 5000;
+    goes(KeyCode::MediaNext, tracks[2], SoundStatus::Playing);
+    EXPECT_EQ(engine.PositionMs, 5000) << "there is no further one";
+    Press('P');
+    goes(KeyCode::MediaPrevious, tracks[1], SoundStatus::Paused);
+    Press(KeyCode::MediaStop);
+    goes(KeyCode::MediaPrevious, tracks[0], SoundStatus::Stopped);
+    goes(KeyCode::MediaPrevious, tracks[0], SoundStatus::Stopped);
+    goes(KeyCode::MediaNext, tracks[1], SoundStatus::Stopped);
+}
+
+TEST_F(CommandsTest, MediaKeysWithoutATrackDoNothing)
+{
+    Load();
+    engine.Log.clear();
+    for (const KeyCode key : {KeyCode::MediaPlay, KeyCode::MediaPause, KeyCode::MediaStop,
+                              KeyCode::MediaNext, KeyCode::MediaPrevious})
+        Press(key);
+    EXPECT_EQ(engine.Status, SoundStatus::Empty);
+    EXPECT_FALSE(engine.Loaded);
+}
+
 TEST_F(CommandsTest, ArrowsAndPageKeysSkip)
 {
     engine.DurationMs = 200000;

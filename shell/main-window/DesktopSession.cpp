@@ -1,0 +1,252 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "DesktopSession.h"
+
+#include "Application.h"
+#include "AudioControl.h"
+#include "AudioEngine.h"
+#include "CommandLink.h"
+#include "Display.h"
+#include "MediaMimeTypes.h"
+#include "MediaTypes.h"
+#include "NeighbourTracks.h"
+#include "PathHelpers.h"
+#include "PathText.h"
+#include "PlaybackClock.h"
+#include "Track.h"
+
+#include <QPromise>
+#include <QThreadPool>
+
+#include <limits>
+#include <memory>
+#include <utility>
+
+namespace lantern {
+namespace {
+
+// A speed is told as percent faster than normal.
+constexpr double RateOf(float speed)
+{
+    return (100 + static_cast<double>(speed)) / 100;
+}
+
+MediaRates RatesOfThePlayer()
+{
+    constexpr float kEndless = std::numeric_limits<float>::infinity();
+    return {RateOf(ClampAudioValue(AudioValue::Speed, -kEndless)),
+            RateOf(ClampAudioValue(AudioValue::Speed, kEndless))};
+}
+
+MediaIdentity IdentityOfThePlayer()
+{
+    MediaIdentity identity = {.busName = QStringLiteral("lyric_lantern"),
+                              .title = kApplicationTitle,
+                              .desktopEntry = kApplicationId,
+                              .mimeTypes = {}};
+    for (const QStringView type : kMediaMimeTypes)
+        identity.mimeTypes += type.toString();
+    return identity;
+}
+
+QString TitleOf(const QString& path)
+{
+    return StripExtension(path.mid(FolderOf(path, u'/').size()));
+}
+
+QByteArray UrlOf(const QString& path)
+{
+    if (!path.startsWith(u'/'))
+        return {};
+    return "file://" + NativeFromText(path).toPercentEncoding("/");
+}
+
+} // namespace
+
+DesktopSession::DesktopSession(const CommandTargets& targets, CommandHost& window)
+    : m_to(targets), m_window(window), m_bus(*this, RatesOfThePlayer(), IdentityOfThePlayer())
+{
+    QObject::connect(&m_lookout, &QFutureWatcher<Neighbours>::finished, &m_context, [this] {
+        if (m_lookout.future().resultCount() > 0)
+            m_neighbours = m_lookout.result();
+    });
+}
+
+DesktopSession::~DesktopSession() = default;
+
+void DesktopSession::Join()
+{
+    m_bus.Join();
+}
+
+void DesktopSession::Follow()
+{
+    m_bus.Follow();
+}
+
+void DesktopSession::Leave()
+{
+    m_bus.Leave();
+    m_wish = {};
+}
+
+// A track that was remembered but not opened is one that the wish to play opens.
+MediaState DesktopSession::State()
+{
+    NoteTrack();
+    const bool isLoaded = m_to.track.ClipCount() > 0;
+    const SoundStatus status = m_to.engine.GetSoundStatus();
+    MediaState state;
+    state.status = status == SoundStatus::Playing  ? MediaStatus::Playing
+                   : status == SoundStatus::Paused ? MediaStatus::Paused
+                                                   : MediaStatus::Stopped;
+    if (!m_notedMedia.isEmpty())
+        state.track = MediaTrack{m_title, m_url, isLoaded ? m_to.track.TotalLengthMs : 0};
+    state.rate = RateOf(m_to.engine.GetEngineTempo());
+    state.volume = static_cast<double>(m_to.engine.GetEngineVolume()) / 100;
+    state.isFullScreen = m_to.display.NearestZoom() == kFullScreenStep;
+    state.canSeek = isLoaded && m_to.track.TotalLengthMs > 0;
+    state.canGoNext = m_neighbours.hasNext;
+    state.canGoPrevious = m_neighbours.hasPrevious;
+    return state;
+}
+
+void DesktopSession::NoteTrack()
+{
+    if (m_notedMedia == m_to.track.CurrentMedia)
+        return;
+    m_notedMedia = m_to.track.CurrentMedia;
+    m_title = TitleOf(m_notedMedia);
+    m_url = UrlOf(m_notedMedia);
+    m_neighbours = {};
+    LookForNeighbours();
+}
+
+// In the background: a folder may hold very many files, or be far away.
+void DesktopSession::LookForNeighbours()
+{
+    const auto promise = std::make_shared<QPromise<Neighbours>>();
+    m_lookout.setFuture(promise->future());
+    promise->start();
+    QThreadPool::globalInstance()->start([promise, path = m_notedMedia] {
+        if (!path.isEmpty())
+            promise->addResult(Neighbours{!NeighbourTrack(path, 1).isEmpty(),
+                                          !NeighbourTrack(path, -1).isEmpty()});
+        promise->finish();
+    });
+}
+
+std::int64_t DesktopSession::PositionMs()
+{
+    return m_to.clock.GetPlayerPos();
+}
+
+void DesktopSession::Raise()
+{
+    m_window.TakeFocus();
+}
+
+void DesktopSession::Quit()
+{
+    m_wish.isToQuit = true;
+    RunLater();
+}
+
+void DesktopSession::SetFullScreen(bool)
+{
+    m_to.display.SetZoom(kFullScreenStep, 1.0F); // there and back
+}
+
+void DesktopSession::Play()
+{
+    if (m_to.track.ClipCount() > 0)
+        m_to.clock.PlayPause();
+    else
+        OpenFile(m_to.track.CurrentMedia);
+}
+
+void DesktopSession::Pause()
+{
+    m_to.clock.PlayPause();
+}
+
+void DesktopSession::Stop()
+{
+    m_to.clock.StopPlaying();
+}
+
+void DesktopSession::GoToNext()
+{
+    ++m_wish.places;
+    RunLater();
+}
+
+void DesktopSession::GoToPrevious()
+{
+    --m_wish.places;
+    RunLater();
+}
+
+void DesktopSession::SetPosition(std::int64_t positionMs)
+{
+    m_to.clock.SkipBy(positionMs - m_to.clock.GetPlayerPos());
+}
+
+void DesktopSession::SetRate(double rate)
+{
+    m_to.audio.SetSpeed(static_cast<float>(rate * 100 - 100), true);
+}
+
+void DesktopSession::SetVolume(double volume)
+{
+    m_to.audio.SetVolume(static_cast<float>(volume * 100), true);
+}
+
+bool DesktopSession::OpenFile(const QString& path)
+{
+    const bool isTrack = IsMediaExtension(path) || IsAudioExtension(path);
+    if (!isTrack || FileCheck(path) != QStringLiteral("FILE"))
+        return false;
+    m_wish.track = path;
+    m_wish.places = 0;
+    RunLater();
+    return true;
+}
+
+void DesktopSession::RunLater()
+{
+    if (std::exchange(m_isWishDue, true))
+        return;
+    QMetaObject::invokeMethod(
+        &m_context, [this] { RunWish(); }, Qt::QueuedConnection);
+}
+
+void DesktopSession::RunWish()
+{
+    m_isWishDue = false;
+    const Wish wish = std::exchange(m_wish, {});
+    if (wish.isToQuit) {
+        m_to.window.Exit();
+        return;
+    }
+    if (!wish.track.isEmpty())
+        m_window.OpenMedia(wish.track);
+    if (wish.places != 0)
+        GoTo(wish.places);
+}
+
+void DesktopSession::GoTo(int places)
+{
+    if (m_to.track.MediaLoading || m_to.track.CurrentMedia.isEmpty())
+        return;
+    const QString track = NeighbourTrack(m_to.track.CurrentMedia, places);
+    if (track.isEmpty())
+        return;
+    const SoundStatus status = m_to.engine.GetSoundStatus();
+    m_window.OpenMedia(track);
+    if (status == SoundStatus::Paused)
+        m_to.engine.PauseSound();
+    else if (status != SoundStatus::Playing)
+        m_to.clock.StopPlaying();
+}
+
+} // namespace lantern
