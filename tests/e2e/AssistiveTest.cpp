@@ -21,6 +21,17 @@ constexpr const char* kTitle = "Lyric Lantern CDG Player";
 const std::string kMainWindow = "frame:Lyric Lantern CDG Player 5.0.525";
 const std::string kOptions = "dialog:Lyric Lantern CDG Player Options";
 
+// The names of the processes that were started with that in their environment.
+std::vector<std::string> ProcessesWith(const std::string& variable)
+{
+    std::vector<std::string> names;
+    for (const auto& entry : std::filesystem::directory_iterator("/proc")) {
+        if (ReadFile(entry.path() / "environ").find(variable) != std::string::npos)
+            names.push_back(ReadFile(entry.path() / "comm"));
+    }
+    return names;
+}
+
 class Assistive : public Journey {
 protected:
     void Open()
@@ -224,6 +235,20 @@ TEST_F(Assistive, AnHourOfMusicIsNotAnHourOfTalk)
         listening.Count("object:property-change:accessible-value\t0\tslider\tTrack position");
     EXPECT_GE(times, 4);
     EXPECT_LE(times, 8);
+}
+
+// What lives on would hold what this process holds, a lock for one.
+TEST_F(Assistive, TheBusesEndWithTheReader)
+{
+    std::string bus;
+    {
+        ScreenReader another(screen, kTitle);
+        const EnvironmentChanges environment = another.Environment();
+        bus = environment.front().first + '=' + environment.front().second.value();
+        EXPECT_THAT(ProcessesWith(bus), IsSupersetOf({"at-spi-bus-laun\n", "dbus-daemon\n"}));
+    }
+    EXPECT_TRUE(Eventually([&] { return ProcessesWith(bus).empty(); }, 500ms))
+        << ProcessesWith(bus).front();
 }
 
 TEST_F(Assistive, MessagesAreAnnouncedEvenOneAfterTheOther)

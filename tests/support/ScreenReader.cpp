@@ -120,7 +120,11 @@ ScreenReader::ScreenReader(const XServer& screen, const std::string& title) : m_
         throw std::runtime_error("the screen reader did not start: " + Heard());
 }
 
-ScreenReader::~ScreenReader() = default;
+ScreenReader::~ScreenReader()
+{
+    m_reader.reset();
+    m_launcher->End();
+}
 
 void ScreenReader::StartBuses()
 {
@@ -134,12 +138,13 @@ void ScreenReader::StartBuses()
                          .log = m_folder / "bus.log"});
     if (!Eventually([&] { return std::filesystem::exists(m_folder / "bus"); }, kPatience))
         throw std::runtime_error("no session bus: " + ReadFile(m_folder / "bus.log"));
-    // As the settings of a desktop do whose user needs a screen reader.
-    m_launcher = std::make_unique<Process>(
-        Process::Command{.arguments = {"/usr/libexec/at-spi-bus-launcher", "--launch-immediately",
-                                       "--screen-reader=1"},
-                         .environment = OwnEnvironment(),
-                         .log = m_folder / "launcher.log"});
+    // As the settings of a desktop do whose user needs a screen reader. The launcher ends the bus
+    // that it has started when it is asked to end, but not when it is killed.
+    m_launcher = std::make_unique<Process>(Process::Command{
+        .arguments = {"setpriv", "--pdeathsig", "TERM", "/usr/libexec/at-spi-bus-launcher",
+                      "--launch-immediately", "--screen-reader=1"},
+        .environment = OwnEnvironment(),
+        .log = m_folder / "launcher.log"});
     const auto answers = [&] {
         Process ask({.arguments = {"dbus-send", "--session", "--print-reply", "--dest=org.a11y.Bus",
                                    "/org/a11y/bus", "org.a11y.Bus.GetAddress"},
