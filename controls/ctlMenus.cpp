@@ -234,11 +234,7 @@ void ctlMenus::RunMenu(QPoint place, const PictureReference& picture)
     unsetCursor();
     menu->show();
     loop.exec();
-    if (!state.closed) { // the program ends, or the owner is gone
-        state.hotItem = MenuState::kNone;
-        state.closed = true;
-    }
-    delete menu.data();
+    delete menu.data(); // which closes it, should the program end meanwhile
 }
 
 frmMenus* ctlMenus::OpenMenu() const
