@@ -7,6 +7,7 @@
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
 #include <thread>
 
 namespace lantern::test {
@@ -95,7 +96,14 @@ TEST_F(Assistive, TheMainWindowIsReadWithRolesNamesAndStates)
     EXPECT_EQ(volume.value, "100.0");
     EXPECT_EQ(volume.minimum, "0.0");
     EXPECT_EQ(volume.maximum, "100.0");
-    EXPECT_EQ(window.Find("slider", "Track position").minimum, "0.0");
+    EXPECT_EQ(volume.step, "1.0");
+    const ReadObject position = window.Find("slider", "Track position");
+    EXPECT_EQ(position.minimum, "0.0");
+    EXPECT_NEAR(std::stod(position.step), std::stod(position.maximum) / 100, 1.0);
+    EXPECT_EQ(std::ranges::count_if(window.Objects(),
+                                    [](const ReadObject& one) { return one.Is("focused"); }),
+              1)
+        << "the picture";
     for (const ReadObject& one : window.Objects()) {
         if (one.Is("showing")) {
             EXPECT_NE(one.name, "") << one.role;

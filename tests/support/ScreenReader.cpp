@@ -28,7 +28,7 @@ std::vector<std::string> Parts(const std::string& text, char separator)
 ReadObject ObjectOf(const std::string& line)
 {
     std::vector<std::string> fields = Parts(line, '\t');
-    fields.resize(10);
+    fields.resize(11);
     return {.depth = std::atoi(fields[1].c_str()),
             .role = fields[2],
             .name = fields[3],
@@ -37,7 +37,8 @@ ReadObject ObjectOf(const std::string& line)
             .value = fields[6],
             .minimum = fields[7],
             .maximum = fields[8],
-            .actions = Parts(fields[9], ',')};
+            .step = fields[9],
+            .actions = Parts(fields[10], ',')};
 }
 
 bool Holds(const std::vector<std::string>& words, std::string_view word)

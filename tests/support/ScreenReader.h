@@ -20,6 +20,7 @@ struct ReadObject {
     std::string value; // empty for an object without one
     std::string minimum;
     std::string maximum;
+    std::string step;
     std::vector<std::string> actions;
 
     bool Is(std::string_view state) const;

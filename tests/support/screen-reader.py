@@ -5,7 +5,8 @@
 It reads questions from the named pipe, one a line, its words parted by tabs, and prints the answers:
 
     tree               one line "object" for each object of the program, parents first: depth, role,
-                       name, description, states, value, minimum, maximum, actions
+                       name, description, states, value, minimum, maximum, step,
+                       actions
     do ACTION PATH     runs the action of the object; PATH is roles and names from the program down
     set VALUE PATH     gives the object a value
 
@@ -72,12 +73,13 @@ class ScreenReader:
 
     def tell(self, one, depth):
         states = sorted(pyatspi.stateToString(state) for state in one.getState().getStates())
-        value = minimum = maximum = ""
+        value = minimum = maximum = step = ""
         if "Value" in pyatspi.listInterfaces(one):
             having = one.queryValue()
             value, minimum, maximum = having.currentValue, having.minimumValue, having.maximumValue
+            step = having.minimumIncrement
         say("object", depth, one.getRoleName(), one.name, one.description, " ".join(states), value,
-            minimum, maximum, ",".join(actions(one)))
+            minimum, maximum, step, ",".join(actions(one)))
         for child in one:
             if child is not None:
                 self.tell(child, depth + 1)
