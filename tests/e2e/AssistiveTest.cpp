@@ -218,6 +218,19 @@ TEST_F(Assistive, ASoundDeviceIsOneOfSeveralOfWhichOneHolds)
     EXPECT_TRUE(Finds([this] { return Menu("Sound devices").Objects().empty(); }));
 }
 
+TEST_F(Assistive, WhatAButtonOpensIsReadWhileItStands)
+{
+    ASSERT_NO_FATAL_FAILURE(Open());
+    reader.Do("Press", {kMainWindow, "push button:Open"});
+    const ScreenWindow dialog(screen, "Select a Karaoke File");
+    ASSERT_TRUE(dialog.IsThereSoon());
+    const auto read = [this] { return reader.Tree().Below("dialog", "Select a Karaoke File"); };
+    EXPECT_TRUE(Finds([&] { return !read().Find("push button", "Open").role.empty(); }));
+    reader.Do("Press", {"dialog:Select a Karaoke File", "push button:Cancel"});
+    EXPECT_TRUE(dialog.IsGoneSoon());
+    EXPECT_TRUE(MainWindow().Find("push button", "Pause").Is("showing"));
+}
+
 TEST_F(Assistive, TheTimeIsRead)
 {
     ASSERT_NO_FATAL_FAILURE(Open());
