@@ -74,6 +74,17 @@ TEST_F(Cells, ACellThatIsCutOffEndsWithThePicture)
     EXPECT_THAT(cells.Blocks(), ElementsAre(Block{{6, 7}, {12, 13}}));
 }
 
+TEST_F(Cells, AResetForgetsAllThatWasChanged)
+{
+    for (const int height : {36, 25, 24, 37, 1}) {
+        for (int y = 0; y < 36; ++y)
+            Change(7, y);
+        cells.Reset(kWidth, height);
+        EXPECT_THAT(cells.Blocks(), IsEmpty()) << height;
+        cells.Reset(kWidth, 36);
+    }
+}
+
 TEST_F(Cells, EveryOtherCellOfALargePictureIsABlockOfItsOwn)
 {
     constexpr int cellsAcross = 2000;

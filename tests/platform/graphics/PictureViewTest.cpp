@@ -135,8 +135,40 @@ TEST_F(View, AColourThatComesBackRedrawsNothing)
     EXPECT_THAT(ChangesOfShow(), IsEmpty());
 }
 
+TEST_F(View, EachOf256ColoursCanBeSet)
+{
+    std::vector<std::uint8_t> all(3 * 256, 7);
+    buffers.FGsetcolor(255);
+    buffers.FGfillpage();
+    buffers.FGsetdacs(0, 256, all);
+    Show();
+    EXPECT_EQ(image.At(12, 24), 0xFF070707U);
+    buffers.FGsetdacs(255, 1, std::array<std::uint8_t, 3>{1, 2, 3});
+    Show();
+    EXPECT_EQ(image.At(12, 24), 0xFF010203U);
+}
+
+TEST_F(View, APictureCutOffByTheImageRedrawsNothingBeyondIt)
+{
+    const auto changes = [&] {
+        image.changes.clear();
+        buffers.FGvbscale(6, 293, 12, 203, -100, 876, -100, 684);
+        return image.changes;
+    };
+    EXPECT_THAT(changes(), ElementsAre(kAll));
+    for (const auto& [x, y] : std::vector<std::pair<int, int>>{
+             {6, 96}, {288, 96}, {150, 12}, {150, 192}, {6, 12}, {288, 192}}) {
+        buffers.DrawTile(x, y, kSolid, 0, 1, true);
+        EXPECT_THAT(changes(), IsEmpty()) << x << ", " << y;
+    }
+    buffers.DrawTile(150, 96, kSolid, 0, 1, true);
+    EXPECT_EQ(changes().size(), 1U);
+}
+
 TEST_F(View, ColoursOutOfRangeOrTooShortAreIgnored)
 {
+    buffers.FGsetcolor(255);
+    buffers.FGrect(12, 17, 24, 35);
     Show();
     const std::vector<std::uint8_t> white(1000, 255);
     buffers.FGsetdacs(-1, 16, white);
