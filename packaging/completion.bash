@@ -1,0 +1,54 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
+# Completion of both programs' command lines, for bash.
+
+# Folders, and the files that the player opens, in any letter case.
+_lyric_lantern_tracks() {
+    local kinds='cdg|bin|zip|mp3|wav|ogg|wma|flac|mp4|mod|xm|it|aif|aac|au|ape|mpc' path
+    compopt -o filenames 2>/dev/null
+    while IFS= read -r path; do
+        if [ -d "$path" ] || [[ ${path,,} =~ \.($kinds)$ ]]; then
+            COMPREPLY+=("$path")
+        fi
+    done < <(compgen -f -- "$1")
+}
+
+_lyric_lantern_words() {
+    mapfile -t COMPREPLY < <(compgen -W "$1" -- "$2")
+}
+
+_lyric_lantern() {
+    local word=${COMP_WORDS[COMP_CWORD]}
+    COMPREPLY=()
+    # The player takes one word.
+    if [ "$COMP_CWORD" -gt 1 ]; then
+        return 0
+    elif [[ $word == -* ]]; then
+        _lyric_lantern_words '--demo --help --version -h' "$word"
+    else
+        _lyric_lantern_tracks "$word"
+    fi
+}
+
+_lantern_tool() {
+    local word=${COMP_WORDS[COMP_CWORD]} before=${COMP_WORDS[COMP_CWORD - 1]} options=
+    COMPREPLY=()
+    case ${COMP_WORDS[1]} in
+    frame) options='--packet --at --out --raw' ;;
+    thumbnail) options='--size --out' ;;
+    esac
+    if [ "$COMP_CWORD" -eq 1 ]; then
+        _lyric_lantern_words 'info frame thumbnail --help --version -h -v' "$word"
+    elif [ "$before" = --out ]; then
+        compopt -o filenames 2>/dev/null
+        mapfile -t COMPREPLY < <(compgen -f -- "$word")
+    elif [[ $before == --packet || $before == --at || $before == --size ]]; then
+        return 0
+    elif [[ $word == -* ]]; then
+        _lyric_lantern_words "$options" "$word"
+    else
+        _lyric_lantern_tracks "$word"
+    fi
+}
+
+complete -F _lyric_lantern lyric-lantern
+complete -F _lantern_tool lantern-tool
