@@ -17,6 +17,14 @@ class Release(unittest.TestCase):
                             (SOURCE / "CHANGELOG.md").read_text(encoding="utf-8"))
         self.assertEqual(heading.group(1), VERSION)
 
+    def test_no_other_file_states_it(self):
+        """The programs, the manual and the description are made from the project's version."""
+        code, output = run("git", "-C", SOURCE, "grep", "-lF", VERSION)
+        if code > 1:
+            self.skipTest("what belongs to the project only git knows")
+        stated = {name for name in output.split() if not name.startswith("tests/")}
+        self.assertEqual(stated, {"CMakeLists.txt", "CHANGELOG.md", "debian/changelog"})
+
     def test_every_file_has_a_licence_and_an_owner(self):
         if not (SOURCE / ".git").exists():
             self.skipTest("what belongs to the project only git knows")
