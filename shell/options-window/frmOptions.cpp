@@ -12,7 +12,6 @@
 #include "ToolTips.h"
 #include "modAPI.h"
 
-#include <QCloseEvent>
 #include <QWindow>
 
 #include <algorithm>
@@ -277,10 +276,9 @@ void frmOptions::resizeEvent(QResizeEvent*)
 }
 
 // The window manager's close, too, only hides.
-void frmOptions::closeEvent(QCloseEvent* event)
+void frmOptions::closeEvent(QCloseEvent*)
 {
     ShowForm(kNoForm.toString());
-    event->accept();
 }
 
 void frmOptions::keyPressEvent(QKeyEvent* event)
