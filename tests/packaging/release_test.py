@@ -44,6 +44,10 @@ class Release(unittest.TestCase):
         self.assertEqual((manifest["id"], manifest["command"]), (ID, "lyric-lantern"))
         self.assertTrue({"--socket=pulseaudio", "--socket=wayland", "--filesystem=xdg-music:ro"}
                         <= set(manifest["finish-args"]))
+        session = (SOURCE / "shell/main-window/DesktopSession.cpp").read_text(encoding="utf-8")
+        names = re.findall(r'busName = QStringLiteral\("(.*)"\)', session)
+        self.assertEqual([word for word in manifest["finish-args"] if "own-name" in word],
+                         [f"--own-name=org.mpris.MediaPlayer2.{name}" for name in names])
 
     def test_the_pages_of_the_repository_lead_somewhere(self):
         for name in ("README.md", "CONTRIBUTING.md", "SECURITY.md", "docs/architecture.md"):
