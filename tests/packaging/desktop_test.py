@@ -79,6 +79,11 @@ class Validity(InstalledTest):
                 program = sections[section]["Exec"].split()[0]
                 self.assertTrue(os.access(self.bin / program, os.X_OK), program)
 
+    def test_an_action_of_the_entry_plays_the_demo_song(self):
+        sections = entry(self.share / f"applications/{ID}.desktop")
+        self.assertEqual(sections["Desktop Entry"]["Actions"], "Demo;")
+        self.assertEqual(sections["Desktop Action Demo"]["Exec"], "lyric-lantern --demo")
+
     def test_the_thumbnailer_has_what_file_managers_look_for(self):
         section = entry(self.share / f"thumbnailers/{ID}.thumbnailer")["Thumbnailer Entry"]
         self.assertTrue((self.bin / section["TryExec"]).is_file())
