@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <limits>
+#include <ranges>
 #include <span>
 #include <string_view>
 #include <unistd.h>
@@ -32,29 +33,28 @@ std::vector<std::uint8_t> ReadAt(int descriptor, std::uint64_t offset, std::size
     return bytes;
 }
 
-// 0 beyond the end.
-std::uint64_t LittleEndian(std::span<const std::uint8_t> bytes, std::size_t offset,
-                           std::size_t size)
+std::uint64_t LittleEndian(std::span<const std::uint8_t> bytes)
 {
     std::uint64_t value = 0;
-    for (std::size_t i = size; i-- > 0;)
-        value = value << 8 | (offset + i < bytes.size() ? bytes[offset + i] : 0u);
+    for (const std::uint8_t byte : std::views::reverse(bytes))
+        value = value << 8 | byte;
     return value;
 }
 
 bool Begins(std::span<const std::uint8_t> bytes, std::string_view signature)
 {
-    const auto start = bytes.first(std::min(bytes.size(), signature.size()));
-    return std::ranges::equal(signature, start, {},
+    return std::ranges::equal(signature, bytes.first(signature.size()), {},
                               [](char letter) { return static_cast<std::uint8_t>(letter); });
 }
 
 // Of the 64-bit record that the locator points to.
 std::uint64_t ClaimedBytes64(int descriptor, std::span<const std::uint8_t> locator)
 {
-    const std::uint64_t offset = LittleEndian(locator, kLocatorOffset, 8);
+    const std::uint64_t offset = LittleEndian(locator.subspan(kLocatorOffset, 8));
     const std::vector<std::uint8_t> record = ReadAt(descriptor, offset, kEnd64Bytes + 8);
-    return Begins(record, kEnd64Signature) ? LittleEndian(record, kEnd64Bytes, 8) : 0;
+    if (record.size() < kEnd64Bytes + 8 || !Begins(record, kEnd64Signature))
+        return 0;
+    return LittleEndian(std::span(record).subspan(kEnd64Bytes, 8));
 }
 
 } // namespace
@@ -70,7 +70,7 @@ std::uint64_t ClaimedDirectoryBytes(int descriptor, std::int64_t fileSize)
     for (std::size_t i = 0; i + kEndSize <= tail.size(); ++i) {
         const auto record = std::span(tail).subspan(i);
         if (Begins(record, kEndSignature))
-            bytes = std::max(bytes, LittleEndian(record, kEndBytes, 4));
+            bytes = std::max(bytes, LittleEndian(record.subspan(kEndBytes, 4)));
         else if (Begins(record, kLocatorSignature))
             bytes = std::max(bytes, ClaimedBytes64(descriptor, record));
     }

@@ -112,6 +112,14 @@ TEST_F(DirectoryClaimsTest, TheLongRecordCountsWhereThereIsOne)
     }
 }
 
+TEST_F(DirectoryClaimsTest, ALongRecordThatIsCutOffClaimsNothing)
+{
+    const std::string whole = EndRecord64(5, 1, 98);
+    ASSERT_EQ(whole.size(), 98u);
+    EXPECT_EQ(BytesClaimed(Joined({whole, "PK\6\6", std::string(43, '\xFF')})), 0xFFFFFFFFu);
+    EXPECT_EQ(BytesClaimed(Joined({whole, "PK\6\6", std::string(44, '\xFF')})), ~0ull);
+}
+
 TEST_F(DirectoryClaimsTest, TheLargestOfSeveralClaimsCounts)
 {
     EXPECT_EQ(BytesClaimed(Joined({EndRecord(9, 900), EndRecord(7, 400)})), 900u);

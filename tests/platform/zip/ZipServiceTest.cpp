@@ -4,6 +4,7 @@
 #include "HandMadeZip.h"
 #include "PathText.h"
 
+#include <QFile>
 #include <QTemporaryDir>
 
 #include <cstdio>
@@ -41,6 +42,22 @@ TEST(ZipService, TheLibraryHasTheNameThatTheSystemKnows)
     EXPECT_NE(library, nullptr);
     if (library)
         dlclose(library);
+}
+
+TEST(ZipService, ALibraryIsLoadedFromItsPath)
+{
+    const auto handle = [](const QString& path) {
+        return dlopen(NativeFromText(path).constData(), RTLD_NOW | RTLD_NOLOAD);
+    };
+    Dl_info library = {};
+    ASSERT_NE(dladdr(dlsym(handle(ZipLibraryName()), "zip_open"), &library), 0);
+    const QTemporaryDir folder;
+    const QString path = folder.filePath(ZipLibraryName());
+    ASSERT_TRUE(QFile::copy(QFile::decodeName(library.dli_fname), path));
+    ASSERT_EQ(handle(path), nullptr);
+    LoadZipLibrary(path);
+    EXPECT_NE(handle(path), nullptr);
+    EXPECT_TRUE(ZipServiceWorks());
 }
 
 TEST(ZipService, WhatIsNoLibraryDoesNoHarm)
