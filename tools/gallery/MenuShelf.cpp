@@ -65,7 +65,7 @@ MenuState StateOf(bool useIcons, bool useLeftImage)
 // A menu as it is when it is open with the pointer on an entry.
 QImage OpenMenu(QWidget& owner, MenuState state)
 {
-    frmMenus menu(&owner, state);
+    frmMenus menu(owner, state);
     menu.setFont(MenuFont());
     menu.DrawMenu(true, true, true);
     state.hotItem = kHotEntry;
