@@ -32,9 +32,8 @@ void BusConnection::Connect(const QString& address,
         const QDBusConnection bus =
             address.isEmpty() ? QDBusConnection::connectToBus(QDBusConnection::SessionBus, m_name)
                               : QDBusConnection::connectToBus(address, m_name);
-        if (bus.isConnected())
-            QMetaObject::invokeMethod(
-                &m_receiver, [bus, connected] { connected(bus); }, Qt::QueuedConnection);
+        QMetaObject::invokeMethod(
+            &m_receiver, [bus, connected] { connected(bus); }, Qt::QueuedConnection);
     });
 }
 

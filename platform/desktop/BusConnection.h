@@ -20,7 +20,7 @@ public:
     BusConnection& operator=(const BusConnection&) = delete;
 
     // The bus of the session, or that of the address. The function is called from the event loop,
-    // once; never if there is no bus. To be called once.
+    // once, with a connection that is none if there is no bus. To be called once.
     void Connect(const QString& address, std::function<void(const QDBusConnection&)> connected);
 
 private:

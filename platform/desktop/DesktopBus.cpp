@@ -3,43 +3,51 @@
 
 #include "BusConnection.h"
 #include "MediaObject.h"
+#include "ScreenWays.h"
 
 #include <QCoreApplication>
+
+#include <optional>
 
 namespace lantern {
 
 class DesktopBus::Parts {
 public:
-    Parts(MediaSessionHost& host, MediaRates rates, MediaIdentity identity)
-        : m_session(host, rates), m_object(m_session, std::move(identity))
+    Parts(MediaSessionHost& host, MediaRates rates, const MediaIdentity& identity)
+        : m_session(host, rates), m_wish{identity.desktopEntry, identity.screenReason},
+          m_object(m_session, identity)
     {
     }
 
     void Join(const QString& address)
     {
         m_connection.Connect(address, [this](const QDBusConnection& bus) {
-            m_session.Follow(MediaSession::Moment::clock::now());
-            m_object.Join(bus, QCoreApplication::applicationPid());
-            m_isJoined = true;
+            m_screen.emplace(ScreenWays(bus, m_wish));
+            Follow();
+            if (bus.isConnected())
+                m_object.Join(bus, QCoreApplication::applicationPid());
         });
     }
 
     void Follow()
     {
-        if (m_isJoined)
-            m_session.Follow(MediaSession::Moment::clock::now());
+        if (!m_screen)
+            return;
+        m_session.Follow(MediaSession::Moment::clock::now());
+        m_screen->Follow(m_session.State().status == MediaStatus::Playing);
     }
 
 private:
     MediaSession m_session;
-    bool m_isJoined = false;
-    // The object goes before the connection that it is on.
+    const ScreenWish m_wish;
+    // What uses the connection goes before it.
     BusConnection m_connection;
     MediaObject m_object;
+    std::optional<ScreenGuard> m_screen; // once it is known whether there is a bus
 };
 
-DesktopBus::DesktopBus(MediaSessionHost& host, MediaRates rates, MediaIdentity identity)
-    : m_parts(std::make_unique<Parts>(host, rates, std::move(identity)))
+DesktopBus::DesktopBus(MediaSessionHost& host, MediaRates rates, const MediaIdentity& identity)
+    : m_parts(std::make_unique<Parts>(host, rates, identity))
 {
 }
 

@@ -42,7 +42,8 @@ MediaIdentity IdentityOfThePlayer()
     MediaIdentity identity = {.busName = QStringLiteral("lyric_lantern"),
                               .title = kApplicationTitle,
                               .desktopEntry = kApplicationId,
-                              .mimeTypes = {}};
+                              .mimeTypes = {},
+                              .screenReason = QStringLiteral("Playing a track")};
     for (const QStringView type : kMediaMimeTypes)
         identity.mimeTypes += type.toString();
     return identity;

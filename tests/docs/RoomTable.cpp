@@ -27,6 +27,7 @@ constexpr std::array kLibraries = {
     Library{"libpulse", "pulse/"},
     Library{"libzip", "zip.h"},
     Library{"xcb", "xcb/"},
+    Library{"libXss", "X11/"},
 };
 // Of the system itself, which every room may use.
 constexpr std::array<std::string_view, 7> kSystemHeaders = {

@@ -32,7 +32,8 @@ const QString kProperties = QStringLiteral("org.freedesktop.DBus.Properties");
 const MediaIdentity kIdentity = {.busName = QStringLiteral("fake_player"),
                                  .title = QStringLiteral("Fake"),
                                  .desktopEntry = QStringLiteral("org.example.fake-player"),
-                                 .mimeTypes = {QStringLiteral("video/x-cdg")}};
+                                 .mimeTypes = {QStringLiteral("video/x-cdg")},
+                                 .screenReason = QStringLiteral("Singing")};
 
 QString Text(const char* text)
 {
