@@ -57,6 +57,13 @@ TEST_F(CompanionTest, AFolderDoesNotHideAudioOfItsNameInOtherLetters)
     EXPECT_THAT(Asked(), ElementsAre("a.MP3"));
 }
 
+TEST_F(CompanionTest, NamesOfNothingButAnExtensionBelongTogether)
+{
+    MakeAudio(".MP3", 1000);
+    m_loader.AddMedia(MakePackets(".cdg", 300));
+    EXPECT_THAT(Asked(), ElementsAre(".MP3"));
+}
+
 TEST_F(CompanionTest, AFolderDoesNotHideAudioOfALaterExtension)
 {
     MakeFolder("a.mp3");

@@ -124,6 +124,17 @@ TEST_F(ResolveNameTest, LetterCaseDoesNotCount)
     EXPECT_EQ(ResolveName(In(QStringLiteral("sONG.mp3"))), made);
 }
 
+TEST_F(ResolveNameTest, EveryLetterIsFoundInTheOtherCaseAndNoOtherSign)
+{
+    const QByteArray upper = "ABCDEFGHIJKLMNOPQRSTUVWXYZ";
+    const QString made = Make(upper + "@[.MP3");
+    EXPECT_EQ(ResolveName(In(TextFromNative(upper.toLower() + "@[.mp3"))), made);
+    EXPECT_EQ(ResolveName(In(TextFromNative(upper.toLower() + "`{.mp3"))), QString());
+    const QString accented = Make(upper + "@[\xC3\x89.MP3");
+    EXPECT_EQ(ResolveName(In(TextFromNative(upper.toLower() + "@[\xC3\xA9.mp3"))), accented);
+    EXPECT_EQ(ResolveName(In(TextFromNative(upper.toLower() + "`{\xC3\xA9.mp3"))), QString());
+}
+
 TEST_F(ResolveNameTest, ComposedAndDecomposedAccentsAreTheSame)
 {
     const QString decomposed = Make("Cafe\xCC\x81.mp3");
