@@ -25,7 +25,7 @@ function(lantern_test_options name kind)
 endfunction()
 
 # lantern_test(NAME [WIDGETS] [ALONE] SOURCES file... LINK library... [MAIN file] [SCREENS file]
-#              [CASE_SECONDS n] [LABELS label...])
+#              [CASE_SECONDS n] [LONG filter] [LABELS label...])
 # One program of GoogleTest cases, and one test for ctest, which runs them all in one process, and
 # each failed one once more. The journeys, which take long, tell each case, and so do those ALONE.
 # Under sanitizers its name has a prefix, so that one ctest run can hold both trees.
@@ -34,8 +34,10 @@ endfunction()
 #   SCREENS       the screens that the application finds, instead of one
 #   ALONE         measures moments: nothing runs beside it
 #   CASE_SECONDS  after so long a case is taken to hang
+#   LONG          cases that take long: a test of their own with the suffix .long and that label
 function(lantern_test name)
-    cmake_parse_arguments(arg "WIDGETS;ALONE" "MAIN;SCREENS;CASE_SECONDS" "SOURCES;LINK;LABELS" ${ARGN})
+    cmake_parse_arguments(arg "WIDGETS;ALONE" "MAIN;SCREENS;CASE_SECONDS;LONG"
+        "SOURCES;LINK;LABELS" ${ARGN})
     if(arg_UNPARSED_ARGUMENTS)
         message(FATAL_ERROR "lantern_test(${name}): what is \"${arg_UNPARSED_ARGUMENTS}\"?")
     endif()
@@ -55,7 +57,13 @@ function(lantern_test name)
         target_compile_definitions(${name} PRIVATE LANTERN_SCREENS="${arg_SCREENS}")
     endif()
     set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/tests)
-    lantern_add_cases(${name} "" "*" "${arg_CASE_SECONDS}" "${arg_ALONE}" "${arg_LABELS}")
+    set(short "*")
+    if(arg_LONG)
+        set(short "*-${arg_LONG}")
+        lantern_add_cases(${name} ".long" "${arg_LONG}" "${arg_CASE_SECONDS}" "${arg_ALONE}"
+            "${arg_LABELS};long")
+    endif()
+    lantern_add_cases(${name} "" "${short}" "${arg_CASE_SECONDS}" "${arg_ALONE}" "${arg_LABELS}")
 endfunction()
 
 # lantern_test_at_ratios(NAME FILTER ratio...)

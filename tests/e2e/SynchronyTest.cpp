@@ -20,7 +20,7 @@ constexpr int kSeeksInGroup = 5;
 constexpr int kMostAttempts = 3;
 // Attempts of all the phases that may fail without a stall to blame: more hiccups than these are
 // the player's.
-constexpr int kMostHiccups = 4;
+constexpr int kMostHiccups = 2;
 
 // The proof of the whole program: picture and sound of the real player against one clock.
 //
@@ -190,28 +190,34 @@ std::vector<Stretch> Synchrony::SeekAtRandom(unsigned seed)
 
 TEST_F(Synchrony, ThePictureKeepsWithTheSound)
 {
-    const auto playing = [this](Clock::duration howLong, int halfTones = 0) {
-        return [=, this] { return std::vector{PlayFor(howLong, halfTones)}; };
-    };
     ASSERT_NO_FATAL_FAILURE(OpenFlashes());
-    ASSERT_NO_FATAL_FAILURE(Measure("neutral", 27.0, playing(26s)));
+    ASSERT_NO_FATAL_FAILURE(Measure("neutral", 27.0, [this] { return std::vector{PlayFor(26s)}; }));
+    ASSERT_NO_FATAL_FAILURE(Measure("after pauses", 12.0, [this] { return PauseAgainAndAgain(); }));
+    hand.Key("t"); // Up and Down now move along the track
+    ASSERT_NO_FATAL_FAILURE(Measure("random seeks", 0.0, [this] { return SeekAtRandom(1); }));
+    Conclude();
+}
 
+TEST_F(Synchrony, ItDoesSoInEachKeyAndSpeedAndAfterManySeeks)
+{
+    ASSERT_NO_FATAL_FAILURE(OpenFlashes());
     hand.Key("k");
     Keys("Up", 4);
-    ASSERT_NO_FATAL_FAILURE(Measure("key +4", 23.0, playing(22s, 4)));
+    ASSERT_NO_FATAL_FAILURE(
+        Measure("key +4", 23.0, [this] { return std::vector{PlayFor(22s, 4)}; }));
     Keys("Down", 4);
 
     hand.Key("s");
     Keys("Down", 15);
-    ASSERT_NO_FATAL_FAILURE(Measure("speed -30 %", 18.0, playing(24s)));
+    ASSERT_NO_FATAL_FAILURE(
+        Measure("speed -30 %", 18.0, [this] { return std::vector{PlayFor(24s)}; }));
     Keys("Up", 40);
-    ASSERT_NO_FATAL_FAILURE(Measure("speed +50 %", 25.0, playing(16s)));
+    ASSERT_NO_FATAL_FAILURE(
+        Measure("speed +50 %", 25.0, [this] { return std::vector{PlayFor(16s)}; }));
     Keys("Down", 25);
 
-    ASSERT_NO_FATAL_FAILURE(Measure("after pauses", 12.0, [this] { return PauseAgainAndAgain(); }));
-
-    hand.Key("t"); // Up and Down now move along the track
-    for (unsigned group = 1; group <= kSeekGroups; ++group) {
+    hand.Key("t");
+    for (unsigned group = 2; group <= kSeekGroups; ++group) {
         ASSERT_NO_FATAL_FAILURE(Measure("random seeks, group " + std::to_string(group), 0.0,
                                         [&] { return SeekAtRandom(group); }));
     }
