@@ -30,7 +30,7 @@ struct OpenMenu {
 
     QWidget owner;
     MenuState state;
-    frmMenus menu{&owner, state};
+    frmMenus menu{owner, state};
 };
 
 void RedrawMenu(benchmark::State& state)
