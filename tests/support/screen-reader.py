@@ -15,11 +15,14 @@ Each answer ends in a line "done", or "failed" with the reason. Between the answ
 """
 import os
 import sys
+import time
 
 # The real client library of the desktop's screen readers, with nothing kept from one question to
 # the next.
 import pyatspi
 from gi.repository import Atspi, GLib
+
+PATIENCE = 20.0  # seconds
 
 
 def say(*words):
@@ -40,10 +43,16 @@ class ScreenReader:
             pyatspi.Registry.registerEventListener(self.hear, kind)
 
     def program(self):
-        for candidate in pyatspi.Registry.getDesktop(0):
-            if candidate is not None and candidate.name == self.title:
-                candidate.setCacheMask(Atspi.Cache.NONE)
-                return candidate
+        # A busy program comes to the bus some time after its window.
+        end = time.monotonic() + PATIENCE
+        while time.monotonic() < end:
+            for candidate in pyatspi.Registry.getDesktop(0):
+                if candidate is not None and candidate.name == self.title:
+                    candidate.setCacheMask(Atspi.Cache.NONE)
+                    return candidate
+            while GLib.MainContext.default().iteration(False):
+                pass
+            time.sleep(0.02)
         raise LookupError("the program is not there")
 
     def read(self, *_):
