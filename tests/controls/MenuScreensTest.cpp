@@ -13,16 +13,20 @@ using MenuScreensTest = MenuTest;
 TEST_F(MenuScreensTest, ThePointerIsOnTheScreenThatTheMenuStaysOn)
 {
     ASSERT_EQ(QGuiApplication::screens().size(), 2);
+    const QPoint corner = QGuiApplication::screens().front()->geometry().topLeft();
     AddThree();
-    QCursor::setPos(802, 100);
-    Look([](frmMenus& menu) { EXPECT_EQ(menu.pos(), QPoint(797, 95)); }, {-1, -1});
+    QCursor::setPos(corner + QPoint(802, 100));
+    Look([&](frmMenus& menu) { EXPECT_EQ(menu.pos(), corner + QPoint(797, 95)); }, {-1, -1});
     AddThree();
-    QCursor::setPos(798, 100);
-    Look([](frmMenus& menu) { EXPECT_EQ(menu.geometry().right(), 799); }, {-1, -1});
+    QCursor::setPos(corner + QPoint(798, 100));
+    Look([&](frmMenus& menu) { EXPECT_EQ(menu.geometry().right(), corner.x() + 799); }, {-1, -1});
     AddThree();
-    QCursor::setPos(1597, 797);
-    Look([](frmMenus& menu) { EXPECT_EQ(menu.geometry().bottomRight(), QPoint(1599, 799)); },
-         {-1, -1});
+    QCursor::setPos(corner + QPoint(1597, 797));
+    Look(
+        [&](frmMenus& menu) {
+            EXPECT_EQ(menu.geometry().bottomRight(), corner + QPoint(1599, 799));
+        },
+        {-1, -1});
 }
 
 } // namespace

@@ -19,7 +19,7 @@ using ::testing::IsSupersetOf;
 using ::testing::Not;
 
 constexpr const char* kTitle = "Lyric Lantern CDG Player";
-const std::string kMainWindow = "frame:Lyric Lantern CDG Player 5.0.525";
+const std::string kMainWindow = std::string("frame:") + kMainTitle;
 const std::string kOptions = "dialog:Lyric Lantern CDG Player Options";
 
 // The names of the processes that were started with that in their environment.
