@@ -272,18 +272,6 @@ TEST_F(Assistive, TheBusesEndWithTheReader)
         << ProcessesWith(bus).front();
 }
 
-TEST_F(Assistive, AProgramThatComesLateIsWaitedFor)
-{
-    std::thread later([this] {
-        std::this_thread::sleep_for(1s);
-        player = std::make_unique<Player>(screen, sound.Environment(), home,
-                                          PlayerStart{.environment = reader.Environment()});
-    });
-    EXPECT_FALSE(reader.Tree().Objects().empty());
-    later.join();
-    ASSERT_TRUE(player->AwaitWindow());
-}
-
 TEST_F(Assistive, MessagesAreAnnouncedEvenOneAfterTheOther)
 {
     ASSERT_NO_FATAL_FAILURE(Open());

@@ -30,6 +30,10 @@ def say(*words):
                     for word in words), flush=True)
 
 
+class NotThere(Exception):
+    pass
+
+
 class ScreenReader:
     def __init__(self, pipe, title):
         self.title = title
@@ -43,17 +47,11 @@ class ScreenReader:
             pyatspi.Registry.registerEventListener(self.hear, kind)
 
     def program(self):
-        # A busy program comes to the bus some time after its window.
-        end = time.monotonic() + PATIENCE
-        while time.monotonic() < end:
-            for candidate in pyatspi.Registry.getDesktop(0):
-                if candidate is not None and candidate.name == self.title:
-                    candidate.setCacheMask(Atspi.Cache.NONE)
-                    return candidate
-            while GLib.MainContext.default().iteration(False):
-                pass
-            time.sleep(0.02)
-        raise LookupError("the program is not there")
+        for candidate in pyatspi.Registry.getDesktop(0):
+            if candidate is not None and candidate.name == self.title:
+                candidate.setCacheMask(Atspi.Cache.NONE)
+                return candidate
+        raise NotThere("the program is not there")
 
     def read(self, *_):
         self.rest += os.read(self.pipe, 65536)
@@ -63,11 +61,21 @@ class ScreenReader:
         return True
 
     def answer(self, question, *words):
+        self.attempt(time.monotonic() + PATIENCE, question, words)
+
+    def attempt(self, end, question, words):
         try:
             getattr(self, question)(*words)
             say("done")
+        except NotThere as reason:
+            # A busy program comes to the bus some time after its window.
+            if time.monotonic() < end:
+                GLib.timeout_add(50, self.attempt, end, question, words)
+            else:
+                say("failed", reason)
         except Exception as reason:
             say("failed", type(reason).__name__, reason)
+        return False  # to the timer: not again
 
     def hear(self, event):
         try:
