@@ -17,6 +17,14 @@ QString NameComplaint(const QString& commandArgs)
     return QStringLiteral("File not found: ") + path;
 }
 
+QString LinkComplaint(const QString& commandArgs)
+{
+    const QString path = PathInText(commandArgs);
+    if (path.isEmpty())
+        return {};
+    return QStringLiteral("The running player can't be reached: ") + path;
+}
+
 QString OpeningComplaint(const QString& message, const QString& commandArgs)
 {
     const QString path = PathInText(commandArgs);

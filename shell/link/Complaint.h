@@ -11,6 +11,9 @@ namespace lantern {
 // start that hands the text over knows no more.
 QString NameComplaint(const QString& commandArgs);
 
+// What is wrong after a start that reached nobody to hand it to; empty if it holds no name.
+QString LinkComplaint(const QString& commandArgs);
+
 // What is wrong with it after an attempt that opened nothing: the loader's message, which may be
 // empty, and the path if the message leaves it out.
 QString OpeningComplaint(const QString& message, const QString& commandArgs);

@@ -37,15 +37,17 @@ bool Connect(int descriptor, const QByteArray& path)
     return connect(descriptor, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0;
 }
 
-void Send(int descriptor, QByteArrayView bytes, Clock::time_point deadline)
+// Whether all of it was taken.
+bool Send(int descriptor, QByteArrayView bytes, Clock::time_point deadline)
 {
     while (!bytes.isEmpty() && LimitWaiting(descriptor, deadline)) {
         const ssize_t sent =
             send(descriptor, bytes.data(), static_cast<std::size_t>(bytes.size()), MSG_NOSIGNAL);
         if (sent <= 0)
-            return;
+            return false;
         bytes = bytes.sliced(sent);
     }
+    return bytes.isEmpty();
 }
 
 } // namespace
@@ -70,6 +72,7 @@ fDDE::fDDE(QByteArray linkPath) : m_linkPath(std::move(linkPath))
 
 void fDDE::ExecuteDDE(const QString& commandText)
 {
+    m_isSent = false;
     const QByteArray hiddenText = EncodeCommand(commandText);
     if (hiddenText.size() > kLongestCommand)
         return;
@@ -78,8 +81,8 @@ void fDDE::ExecuteDDE(const QString& commandText)
     if (descriptor < 0)
         return;
     // The end of the conversation is the end of the command: there is no terminator.
-    if (LimitWaiting(descriptor, deadline) && Connect(descriptor, m_linkPath))
-        Send(descriptor, hiddenText, deadline);
+    m_isSent = LimitWaiting(descriptor, deadline) && Connect(descriptor, m_linkPath) &&
+               Send(descriptor, hiddenText, deadline);
     close(descriptor);
 }
 

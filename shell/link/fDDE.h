@@ -23,10 +23,14 @@ public:
     // It returns within kLinkTimeoutMs even if the running instance has stopped.
     void ExecuteDDE(const QString& commandText);
 
+    // Whether the last command went out whole. That says nothing of what becomes of it.
+    bool IsSent() const { return m_isSent; }
+
     static constexpr int kLinkTimeoutMs = 500;
 
 private:
     QByteArray m_linkPath;
+    bool m_isSent = false;
 };
 
 } // namespace lantern

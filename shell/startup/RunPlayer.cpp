@@ -74,8 +74,12 @@ public:
 
     void ExecuteDDE(const QString& commandArgs) override
     {
-        Complain(NameComplaint(commandArgs));
-        fDDE(m_state.InstanceMutex.LinkPath()).ExecuteDDE(commandArgs);
+        const QString nameComplaint = NameComplaint(commandArgs);
+        Complain(nameComplaint);
+        fDDE link(m_state.InstanceMutex.LinkPath());
+        link.ExecuteDDE(commandArgs);
+        if (nameComplaint.isEmpty() && !link.IsSent())
+            Complain(LinkComplaint(commandArgs));
         EndStartNotice();
     }
 

@@ -426,9 +426,25 @@ TEST_F(CommandLinkTest, WithoutTheLockItIsDeaf)
 TEST_F(CommandLinkTest, ASenderWithoutAReceiverIsSilent)
 {
     Send(QStringLiteral("a.cdg"));
+    fDDE sender(m_lock.LinkPath());
+    sender.ExecuteDDE(QStringLiteral("a.cdg"));
+    EXPECT_FALSE(sender.IsSent());
     fDDE(QByteArray()).ExecuteDDE(QStringLiteral("a.cdg"));
     fDDE(QByteArray(300, 'x')).ExecuteDDE(QStringLiteral("a.cdg"));
     EXPECT_NE(access(m_lock.LinkPath().constData(), F_OK), 0);
+}
+
+TEST_F(CommandLinkTest, ASenderKnowsWhetherTheLastCommandWentOut)
+{
+    CommandLink link(m_lock, m_host);
+    fDDE sender(m_lock.LinkPath());
+    EXPECT_FALSE(sender.IsSent());
+    sender.ExecuteDDE(QString());
+    EXPECT_TRUE(sender.IsSent()) << "empty text is a command, too";
+    sender.ExecuteDDE(QStringLiteral("a.cdg"));
+    EXPECT_TRUE(sender.IsSent());
+    sender.ExecuteDDE(QString(kLongestCommand / 4 + 1, u'x'));
+    EXPECT_FALSE(sender.IsSent()) << "too long to be one";
 }
 
 TEST_F(CommandLinkTest, TheLongestRuntimeFolderStillHoldsALink)

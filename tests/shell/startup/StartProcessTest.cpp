@@ -142,6 +142,28 @@ TEST_F(StartProcessTest, ALaterStartHandsOverWithoutEverTouchingTheWindowSystem)
     EXPECT_EQ(Quit(*first), 0);
 }
 
+// As when a cleaner of old files has been at the folder for run-time files.
+TEST_F(StartProcessTest, ALaterStartThatReachesNobodyTellsOfItsTrack)
+{
+    const auto first = Start();
+    EXPECT_EQ(ArgsOf(*first), "Args");
+    const QString link = In("Lyric Lantern CDG Player|SendCommand");
+    ASSERT_TRUE(QFile::remove(link));
+    ASSERT_TRUE(QDir().mkdir(link));
+    const QString track = In("a.cdg");
+    ASSERT_TRUE(QFile(track).open(QFile::WriteOnly));
+
+    const auto later = Start({QStringLiteral("a.cdg")});
+    EXPECT_TRUE(later->waitForFinished());
+    EXPECT_EQ(later->exitCode(), 0);
+    EXPECT_EQ(later->readAllStandardError().toStdString(),
+              "lyric-lantern: The running player can't be reached: " + track.toStdString() + "\n");
+    const auto withoutTrack = Start();
+    EXPECT_TRUE(withoutTrack->waitForFinished());
+    EXPECT_EQ(withoutTrack->readAllStandardError().toStdString(), "");
+    EXPECT_EQ(Quit(*first), 0);
+}
+
 TEST_F(StartProcessTest, ANewStartAfterTheEndIsTheFirstAgain)
 {
     const auto first = Start();
