@@ -23,6 +23,11 @@ target_compile_options(lantern_options INTERFACE
     -Wimplicit-fallthrough -Werror)
 target_compile_definitions(lantern_options INTERFACE
     QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_KEYWORDS QT_NO_FOREACH)
+if(CMAKE_CXX_COMPILER_ID STREQUAL GNU)
+    # The compiler cleans its memory seldom: there is enough of it, and that took a fifth of the time.
+    target_compile_options(lantern_options INTERFACE
+        --param=ggc-min-expand=200 --param=ggc-min-heapsize=524288)
+endif()
 if(LANTERN_SANITIZE)
     target_compile_options(lantern_options INTERFACE
         -fsanitize=${LANTERN_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all
