@@ -7,6 +7,8 @@
 #include <QMouseEvent>
 #include <QShortcutEvent>
 
+#include <tuple>
+
 namespace lantern {
 namespace {
 
@@ -30,7 +32,7 @@ bool ButtonControl::event(QEvent* event)
     if (!isAccessKey)
         return OwnerDrawn::event(event);
     // Without a change of Value, and even while not Enabled.
-    (void)Raise(Click);
+    std::ignore = Raise(Click);
     return true;
 }
 
@@ -67,7 +69,7 @@ void ButtonControl::BecomeHot()
     m_overTimer.start(kOverIntervalMs, Qt::PreciseTimer, this);
     m_mouseOver = true;
     DrawButton(ButtonState::Normal, true);
-    (void)Raise(MouseOver);
+    std::ignore = Raise(MouseOver);
 }
 
 void ButtonControl::timerEvent(QTimerEvent*)
@@ -79,7 +81,7 @@ void ButtonControl::timerEvent(QTimerEvent*)
     m_overTimer.stop();
     m_mouseOver = false;
     DrawButton(ButtonState::Normal, true);
-    (void)Raise(MouseOut);
+    std::ignore = Raise(MouseOut);
 }
 
 void ButtonControl::mousePressEvent(QMouseEvent* event)
@@ -140,7 +142,7 @@ void ButtonControl::ClickWithValue(bool force)
         StoreValue(!m_value);
     DrawButton(ButtonState::Normal, force);
     repaint(); // the host may be busy with the click for a while
-    (void)Raise(Click);
+    std::ignore = Raise(Click);
 }
 
 void ButtonControl::Press()
@@ -160,7 +162,7 @@ void ButtonControl::keyPressEvent(QKeyEvent* event)
         return;
     m_lastKey = static_cast<std::uint8_t>(keyCode);
     event->setAccepted(ActsOnKey(keyCode) || keyCode != typed);
-    (void)RaiseKeyPress(*event);
+    std::ignore = RaiseKeyPress(*event);
 }
 
 bool ButtonControl::ActsOnKey(KeyCode keyCode)

@@ -139,20 +139,29 @@ void ScreenReader::StartBuses()
                          .log = m_folder / "bus.log"});
     if (!Eventually([&] { return std::filesystem::exists(m_folder / "bus"); }, kPatience))
         throw std::runtime_error("no session bus: " + ReadFile(m_folder / "bus.log"));
-    // As the settings of a desktop do whose user needs a screen reader. The launcher ends the bus
-    // that it has started when it is asked to end, but not when it is killed.
-    m_launcher = std::make_unique<Process>(Process::Command{
-        .arguments = {"setpriv", "--pdeathsig", "TERM", "/usr/libexec/at-spi-bus-launcher",
-                      "--launch-immediately", "--screen-reader=1"},
-        .environment = OwnEnvironment(),
-        .log = m_folder / "launcher.log"});
+    // The launcher ends the bus that it has started when it is asked to end, but not when it is
+    // killed.
+    m_launcher = std::make_unique<Process>(
+        Process::Command{.arguments = {"setpriv", "--pdeathsig", "TERM",
+                                       "/usr/libexec/at-spi-bus-launcher", "--launch-immediately"},
+                         .environment = OwnEnvironment(),
+                         .log = m_folder / "launcher.log"});
+    // As a screen reader does when it starts.
+    const auto isTold = [&] {
+        Process tell({.arguments = {"dbus-send", "--session", "--print-reply",
+                                    "--dest=org.a11y.Bus", "/org/a11y/bus",
+                                    "org.freedesktop.DBus.Properties.Set", "string:org.a11y.Status",
+                                    "string:ScreenReaderEnabled", "variant:boolean:true"},
+                      .environment = OwnEnvironment()});
+        return tell.WaitForExit(5s) == 0;
+    };
     const auto answers = [&] {
         Process ask({.arguments = {"dbus-send", "--session", "--print-reply", "--dest=org.a11y.Bus",
                                    "/org/a11y/bus", "org.a11y.Bus.GetAddress"},
                      .environment = OwnEnvironment()});
         return ask.WaitForExit(5s) == 0;
     };
-    if (!Eventually(answers, kPatience, 20ms))
+    if (!Eventually(answers, kPatience, 20ms) || !Eventually(isTold, kPatience, 20ms))
         throw std::runtime_error("no bus for screen readers: " +
                                  ReadFile(m_folder / "launcher.log"));
 }

@@ -47,9 +47,13 @@ class ScreenReader:
             pyatspi.Registry.registerEventListener(self.hear, kind)
 
     def program(self):
-        for candidate in pyatspi.Registry.getDesktop(0):
-            if candidate is not None and candidate.name == self.title:
-                candidate.setCacheMask(Atspi.Cache.NONE)
+        desktop = pyatspi.Registry.getDesktop(0)
+        forget(desktop)
+        for candidate in desktop:
+            if candidate is None:
+                continue
+            forget(candidate)
+            if candidate.name == self.title:
                 return candidate
         raise NotThere("the program is not there")
 
@@ -117,6 +121,12 @@ class ScreenReader:
 
     def set(self, value, *path):
         self.find(path).queryValue().currentValue = float(value)
+
+
+# What was asked too early, before the program had an answer, is asked anew.
+def forget(one):
+    one.setCacheMask(Atspi.Cache.NONE)
+    one.clearCache()
 
 
 def actions(one):

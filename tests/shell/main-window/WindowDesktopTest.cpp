@@ -1,0 +1,194 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The window as another program on the bus of the session finds and steers it.
+#include "BusClient.h"
+#include "WindowFixture.h"
+
+#include <QDBusArgument>
+#include <QDBusObjectPath>
+#include <QUrl>
+
+#include <array>
+#include <utility>
+
+namespace lantern {
+namespace {
+
+const QString kName = QStringLiteral("org.mpris.MediaPlayer2.lyric_lantern");
+const QString kPath = QStringLiteral("/org/mpris/MediaPlayer2");
+const QString kRoot = QStringLiteral("org.mpris.MediaPlayer2");
+const QString kPlayer = QStringLiteral("org.mpris.MediaPlayer2.Player");
+const QString kProperties = QStringLiteral("org.freedesktop.DBus.Properties");
+
+// One for all cases: a process keeps to the bus of the session that it found first.
+const test::SessionBus& Bus()
+{
+    static const test::SessionBus bus;
+    qputenv("DBUS_SESSION_BUS_ADDRESS", QByteArray::fromStdString(bus.Address()));
+    return bus;
+}
+
+class WindowDesktopTest : public WindowFixture {
+protected:
+    // With the second of three tracks.
+    void Open()
+    {
+        for (QString& track : tracks)
+            track = MakeBlueTrack();
+        ASSERT_NO_FATAL_FAILURE(Load(tracks[1]));
+        window.JoinDesktop();
+        ASSERT_TRUE(BusClient::Soon([this] { return client.HasOwner(kName); }));
+    }
+
+    QVariant Property(const char* name, const QString& interface = kPlayer)
+    {
+        const QDBusMessage answer = client.Call(kName, kPath, kProperties, QStringLiteral("Get"),
+                                                {interface, QString::fromLatin1(name)});
+        return answer.arguments().value(0).value<QDBusVariant>().variant();
+    }
+    void Set(const char* name, const QVariant& value, const QString& interface = kPlayer)
+    {
+        client.Call(
+            kName, kPath, kProperties, QStringLiteral("Set"),
+            {interface, QString::fromLatin1(name), QVariant::fromValue(QDBusVariant(value))});
+        Settle();
+    }
+    QDBusMessage::MessageType Do(const char* method, const QVariantList& arguments = {},
+                                 const QString& interface = kPlayer)
+    {
+        const QDBusMessage answer =
+            client.Call(kName, kPath, interface, QString::fromLatin1(method), arguments);
+        Settle();
+        return answer.type();
+    }
+    QVariantMap Metadata() { return qdbus_cast<QVariantMap>(Property("Metadata")); }
+    QString Title() { return Metadata().value(QStringLiteral("xesam:title")).toString(); }
+    bool TitleBecomes(const QString& title)
+    {
+        return BusClient::Soon([&] { return Title() == title; });
+    }
+
+    BusClient client{Bus()};
+    std::array<QString, 3> tracks;
+};
+
+TEST_F(WindowDesktopTest, ItTellsWhatItPlays)
+{
+    ASSERT_NO_FATAL_FAILURE(Open());
+    EXPECT_EQ(Title(), QStringLiteral("track2"));
+    EXPECT_EQ(Metadata().value(QStringLiteral("xesam:url")).toString(),
+              QString::fromLatin1(QUrl::fromLocalFile(tracks[1]).toEncoded()));
+    EXPECT_EQ(Metadata().value(QStringLiteral("mpris:length")).toLongLong(), 10'000'000);
+    EXPECT_EQ(Property("CanSeek"), true);
+    EXPECT_EQ(Property("Fullscreen", kRoot), false);
+    EXPECT_EQ(Property("DesktopEntry", kRoot), QStringLiteral("io.github.lyric_lantern.player"));
+    EXPECT_EQ(Property("Identity", kRoot), QStringLiteral("Lyric Lantern CDG Player"));
+    EXPECT_FALSE(Property("SupportedMimeTypes", kRoot).toStringList().isEmpty());
+    EXPECT_NEAR(Property("MinimumRate").toDouble(), 0.1, 1e-6);
+    EXPECT_NEAR(Property("MaximumRate").toDouble(), 1.9, 1e-6);
+    for (const auto& [status, told] : {std::pair(SoundStatus::Playing, "Playing"),
+                                       {SoundStatus::Paused, "Paused"},
+                                       {SoundStatus::Stopped, "Stopped"}}) {
+        engine.Status = status;
+        EXPECT_EQ(Property("PlaybackStatus"), QString::fromLatin1(told));
+    }
+    engine.Tempo = 20;
+    EXPECT_NEAR(Property("Rate").toDouble(), 1.2, 1e-6);
+    engine.Volume = 30;
+    EXPECT_NEAR(Property("Volume").toDouble(), 0.3, 1e-6);
+}
+
+TEST_F(WindowDesktopTest, ItDoesWhatIsAsked)
+{
+    ASSERT_NO_FATAL_FAILURE(Open());
+    engine.Status = SoundStatus::Playing;
+    Do("Pause");
+    EXPECT_EQ(engine.Status, SoundStatus::Paused);
+    Do("Play");
+    EXPECT_EQ(engine.Status, SoundStatus::Playing);
+    Do("Stop");
+    EXPECT_EQ(Property("PlaybackStatus"), QStringLiteral("Stopped"));
+    Set("Rate", 0.7);
+    EXPECT_NEAR(engine.Tempo, -30, 0.01);
+    Set("Volume", 0.25);
+    EXPECT_NEAR(engine.Volume, 25, 0.01);
+    Set("Fullscreen", true, kRoot);
+    EXPECT_TRUE(window.isFullScreen());
+    Set("Fullscreen", false, kRoot);
+    EXPECT_FALSE(window.isFullScreen());
+}
+
+TEST_F(WindowDesktopTest, ItGoesToAPosition)
+{
+    ASSERT_NO_FATAL_FAILURE(Open());
+    const auto track =
+        qvariant_cast<QDBusObjectPath>(Metadata().value(QStringLiteral("mpris:trackid")));
+    Do("SetPosition", {QVariant::fromValue(track), qlonglong{6'000'000}});
+    EXPECT_EQ(Property("Position").toLongLong(), 6'000'000);
+    Do("Seek", {qlonglong{-2'000'000}});
+    EXPECT_EQ(Property("Position").toLongLong(), 4'000'000);
+}
+
+TEST_F(WindowDesktopTest, ItGoesToTheTracksBeside)
+{
+    ASSERT_NO_FATAL_FAILURE(Open());
+    EXPECT_TRUE(BusClient::Soon([this] { return Property("CanGoNext") == true; }));
+    EXPECT_EQ(Property("CanGoPrevious"), true);
+    Do("Next");
+    EXPECT_TRUE(TitleBecomes(QStringLiteral("track3")));
+    EXPECT_TRUE(BusClient::Soon([this] { return Property("CanGoPrevious") == true; }));
+    EXPECT_EQ(Property("CanGoNext"), false);
+    Do("Next"); // there is none
+    EXPECT_EQ(Title(), QStringLiteral("track3"));
+    Do("Previous");
+    EXPECT_TRUE(TitleBecomes(QStringLiteral("track2")));
+    Do("Previous");
+    EXPECT_TRUE(TitleBecomes(QStringLiteral("track1")));
+    EXPECT_TRUE(BusClient::Soon([this] { return Property("CanGoNext") == true; }));
+    EXPECT_EQ(Property("CanGoPrevious"), false);
+}
+
+// The next track plays, waits or is silent as the one before.
+TEST_F(WindowDesktopTest, AnotherTrackIsAsTheOneBefore)
+{
+    ASSERT_NO_FATAL_FAILURE(Open());
+    for (const char* told : {"Playing", "Paused", "Stopped"}) {
+        Do("Stop");
+        if (QLatin1String(told) != QLatin1String("Stopped"))
+            Do("Play");
+        if (QLatin1String(told) == QLatin1String("Paused"))
+            Do("Pause");
+        ASSERT_EQ(Property("PlaybackStatus"), QString::fromLatin1(told));
+        const bool isForward = Title() != QStringLiteral("track3");
+        const QString before = Title();
+        Do(isForward ? "Next" : "Previous");
+        ASSERT_TRUE(BusClient::Soon([&] { return Title() != before; }));
+        EXPECT_EQ(Property("PlaybackStatus"), QString::fromLatin1(told));
+    }
+}
+
+TEST_F(WindowDesktopTest, ItOpensWhatItCanPlay)
+{
+    ASSERT_NO_FATAL_FAILURE(Open());
+    const auto open = [this](const QString& path) {
+        return Do("OpenUri", {QString::fromLatin1(QUrl::fromLocalFile(path).toEncoded())});
+    };
+    EXPECT_EQ(open(tracks[0]), QDBusMessage::ReplyMessage);
+    EXPECT_TRUE(TitleBecomes(QStringLiteral("track1")));
+
+    const QString text = folder.filePath(QStringLiteral("words.txt"));
+    const QString sound = folder.filePath(QStringLiteral("track3.mp3"));
+    for (const QString& path : {text, sound}) {
+        QFile file(path);
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    }
+    EXPECT_EQ(open(text), QDBusMessage::ErrorMessage);
+    EXPECT_EQ(open(folder.filePath(QStringLiteral("gone.cdg"))), QDBusMessage::ErrorMessage);
+    EXPECT_EQ(open(folder.path()), QDBusMessage::ErrorMessage);
+    EXPECT_EQ(Title(), QStringLiteral("track1"));
+    // By its sound, as well.
+    EXPECT_EQ(open(sound), QDBusMessage::ReplyMessage);
+    EXPECT_TRUE(TitleBecomes(QStringLiteral("track3")));
+}
+
+} // namespace
+} // namespace lantern
