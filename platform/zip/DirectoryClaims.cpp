@@ -4,7 +4,6 @@
 #include <algorithm>
 #include <cstddef>
 #include <limits>
-#include <ranges>
 #include <span>
 #include <string_view>
 #include <unistd.h>
@@ -36,8 +35,8 @@ std::vector<std::uint8_t> ReadAt(int descriptor, std::uint64_t offset, std::size
 std::uint64_t LittleEndian(std::span<const std::uint8_t> bytes)
 {
     std::uint64_t value = 0;
-    for (const std::uint8_t byte : std::views::reverse(bytes))
-        value = value << 8 | byte;
+    for (auto byte = bytes.rbegin(); byte != bytes.rend(); ++byte)
+        value = value << 8 | *byte;
     return value;
 }
 
