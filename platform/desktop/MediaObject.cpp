@@ -249,7 +249,7 @@ void MediaObject::TellSeeked(std::int64_t positionMs)
         return;
     QDBusMessage signal = QDBusMessage::createSignal(kMediaPath.toString(), kMediaPlayer.toString(),
                                                      QStringLiteral("Seeked"));
-    signal << qlonglong{positionMs} * 1000;
+    signal << qlonglong{positionMs} * kUsPerMs;
     m_bus.send(signal);
 }
 

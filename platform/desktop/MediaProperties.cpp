@@ -9,8 +9,6 @@
 namespace lantern {
 namespace {
 
-constexpr std::int64_t kUsPerMs = 1000;
-
 // Another one for each track. Whatever is no letter of a path is a line below.
 QString TrackPath(int number, const MediaIdentity& identity)
 {

@@ -17,7 +17,6 @@ namespace {
 // A smaller difference is not worth a signal: it is no more than what a busy machine makes.
 constexpr std::int64_t kJumpMs = 300;
 constexpr auto kLongestBeginning = std::chrono::seconds(1);
-constexpr std::int64_t kUsPerMs = 1000;
 // Each byte of a path may be escaped, and there may be a host.
 constexpr qsizetype kLongestUri = qsizetype{3} * PATH_MAX + 1000;
 

@@ -14,6 +14,9 @@
 // goes over is told in DesktopBus.h.
 namespace lantern {
 
+// The bus counts microseconds.
+inline constexpr std::int64_t kUsPerMs = 1000;
+
 enum class MediaStatus { Playing, Paused, Stopped };
 
 struct MediaTrack {
