@@ -18,19 +18,13 @@ namespace {
 
 const QString kPacketExtension = QStringLiteral("cdg");
 
-bool IsOneOf(const QString& extension, std::span<const QStringView> extensions)
-{
-    return std::ranges::find(extensions, extension) != extensions.end();
-}
-
 bool IsDigit(QChar letter)
 {
     return letter >= u'0' && letter <= u'9';
 }
 
 struct Entry {
-    explicit Entry(const QString& itsName)
-        : key(NaturalKey(StripExtension(itsName))), name(itsName), extension(FileExtension(itsName))
+    explicit Entry(const QString& itsName) : key(NaturalKey(StripExtension(itsName))), name(itsName)
     {
     }
 
@@ -41,7 +35,6 @@ struct Entry {
 
     QString key;
     QString name;
-    QString extension;
 };
 
 // The files of the folder that could be tracks by their names.
@@ -56,8 +49,7 @@ std::vector<Entry> EntriesOf(const QString& folder)
         if (found->d_name[0] == '.' || found->d_type == DT_DIR)
             continue;
         const QString name = TextFromNative(found->d_name);
-        const QString extension = FileExtension(name);
-        if (IsOneOf(extension, MediaExtensions) || IsOneOf(extension, AudioExtensions))
+        if (IsMediaExtension(name) || IsAudioExtension(name))
             entries.emplace_back(name);
     }
     return entries;
@@ -68,11 +60,11 @@ void DropAudioOfPackets(std::vector<Entry>& entries, QString& current)
 {
     QSet<QString> stems;
     for (const Entry& entry : entries) {
-        if (entry.extension == kPacketExtension)
+        if (FileExtension(entry.name) == kPacketExtension)
             stems.insert(FoldedName(StripExtension(entry.name)));
     }
     const auto belongsToPackets = [&](const Entry& entry) {
-        return IsOneOf(entry.extension, AudioExtensions) &&
+        return IsAudioExtension(entry.name) &&
                stems.contains(FoldedName(StripExtension(entry.name)));
     };
     if (belongsToPackets(Entry(current)))
