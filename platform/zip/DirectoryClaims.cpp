@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "DirectoryClaims.h"
 
+#include "NativeFile.h"
+
 #include <algorithm>
 #include <cstddef>
 #include <limits>
@@ -23,12 +25,27 @@ constexpr std::size_t kLocatorOffset = 8;
 constexpr std::size_t kEnd64Bytes = 40;
 constexpr std::size_t kLongestComment = std::numeric_limits<std::uint16_t>::max();
 
+// What is read next of a file, whose own position stays.
+struct FilePlace {
+    std::size_t Read(std::span<std::uint8_t> bytes)
+    {
+        const ssize_t came =
+            pread(descriptor, bytes.data(), bytes.size(), static_cast<off_t>(offset));
+        const std::size_t count = came > 0 ? static_cast<std::size_t>(came) : 0;
+        offset += count;
+        return count;
+    }
+
+    int descriptor;
+    std::uint64_t offset;
+};
+
 // The bytes from the offset on, those behind the end of the file left out.
 std::vector<std::uint8_t> ReadAt(int descriptor, std::uint64_t offset, std::size_t size)
 {
     std::vector<std::uint8_t> bytes(size);
-    const ssize_t came = pread(descriptor, bytes.data(), size, static_cast<off_t>(offset));
-    bytes.resize(came > 0 ? static_cast<std::size_t>(came) : 0);
+    FilePlace place{descriptor, offset};
+    bytes.resize(ReadInPieces(place, bytes, size));
     return bytes;
 }
 
