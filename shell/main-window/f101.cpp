@@ -42,9 +42,8 @@ f101::f101(ProgramState& state, std::unique_ptr<AudioEngine> engine, ShowWarning
       m_clock(*m_engine, m_track, m_picture, m_interpreter, m_display, *this),
       m_loader(m_track, *m_engine, *this, {[] { return MakeZipHandler(); }, state.AppPath}),
       m_wheel(m_audio, m_track, [this](std::int32_t deltaMs) { m_clock.SkipBy(deltaMs); }),
-      m_commands({*this, m_track, *m_engine, m_clock, m_display, m_audio, m_wheel}),
-      m_desktop({*this, m_track, *m_engine, m_clock, m_display, m_audio, m_wheel}, *this),
-      m_link(state.InstanceMutex, *this), m_input(*this)
+      m_commands(Targets()), m_desktop(Targets(), *this), m_link(state.InstanceMutex, *this),
+      m_input(*this)
 {
     SetAccessibleRole(*this, QAccessible::Window);
     setAttribute(Qt::WA_OpaquePaintEvent);
@@ -145,6 +144,11 @@ void f101::closeEvent(QCloseEvent*)
 {
     Unload();
     QCoreApplication::exit();
+}
+
+CommandTargets f101::Targets()
+{
+    return {*this, m_track, *m_engine, m_clock, m_display, m_audio, m_wheel};
 }
 
 // What a start shows comes first.

@@ -88,6 +88,7 @@ protected:
     bool focusNextPrevChild(bool next) override;
 
 private:
+    CommandTargets Targets();
     void ConnectParts();
     bool Paint(QEvent* request);
     void OpenCommandLine();
