@@ -20,8 +20,8 @@ struct MenuItem {
     ColourValue foreColor = 0;
     ColourValue hotForeColor = 0;
     ColourValue hotBackColor = 0;
-    std::optional<bool> isChosen =
-        {}; // of one among several of which one holds; drawn as any other
+    // Of one among several of which one holds. It is drawn as any other.
+    std::optional<bool> isChosen = {};
 
     // A separator is never enabled.
     bool IsSeparator() const { return caption == QLatin1String("-"); }
