@@ -69,7 +69,7 @@ TEST_F(Assistive, TheMainWindowIsReadWithRolesNamesAndStates)
     ASSERT_NO_FATAL_FAILURE(Open());
     const ReadTree window = MainWindow();
     ASSERT_FALSE(window.Objects().empty());
-    EXPECT_TRUE(window.Objects().front().Is("active"));
+    EXPECT_TRUE(window.Top().Is("active"));
     const ReadObject lyrics = window.Find("image", "Lyrics");
     EXPECT_TRUE(lyrics.Is("showing"));
     EXPECT_TRUE(lyrics.Is("focusable"));
@@ -141,7 +141,7 @@ TEST_F(Assistive, OfTheOptionsThePanelInFrontIsReadAndUsed)
     reader.Do("Toggle", {kMainWindow, "check box:Options"});
     const ScreenWindow window(screen, "Lyric Lantern CDG Player Options");
     ASSERT_TRUE(window.IsThereSoon());
-    ASSERT_TRUE(Finds([this] { return OptionsWindow().Objects().front().Is("showing"); }));
+    ASSERT_TRUE(Finds([this] { return OptionsWindow().Top().Is("showing"); }));
     ReadTree options = OptionsWindow();
     EXPECT_THAT(options.Names("slider"), ElementsAre("Balance", "Key / Pitch", "Speed", "Volume"));
     EXPECT_THAT(options.Names("check box"),
@@ -176,7 +176,7 @@ TEST_F(Assistive, TheMenuIsReadAndAnItemIsChosen)
     hand.Click(opened, 3);
     ASSERT_TRUE(Finds([this] { return Menu("Commands").Objects().size() > 1; }));
     const ReadTree menu = Menu("Commands");
-    EXPECT_TRUE(menu.Objects().front().Is("showing"));
+    EXPECT_TRUE(menu.Top().Is("showing"));
     EXPECT_THAT(menu.Names("menu item"),
                 IsSupersetOf({"Open ", "Pause", "Stop", "Copy Screen", "Full Screen",
                               "Increase Display Size", "Options"}));
@@ -196,7 +196,7 @@ TEST_F(Assistive, ASoundDeviceIsOneOfSeveralOfWhichOneHolds)
     sound.AddSink({"hall", "Hall Speakers"});
     ASSERT_NO_FATAL_FAILURE(Open());
     reader.Do("Toggle", {kMainWindow, "check box:Options"});
-    ASSERT_TRUE(Finds([this] { return OptionsWindow().Objects().front().Is("showing"); }));
+    ASSERT_TRUE(Finds([this] { return OptionsWindow().Top().Is("showing"); }));
     const auto open = [this](const std::string& device) {
         reader.Do("Press", {kOptions, "push button:" + device});
         return Finds([this] { return Menu("Sound devices").Objects().size() > 1; });

@@ -33,6 +33,8 @@ public:
     explicit ReadTree(std::vector<ReadObject> objects) : m_objects(std::move(objects)) {}
 
     const std::vector<ReadObject>& Objects() const { return m_objects; }
+    // An object without a role if there is none.
+    ReadObject Top() const { return m_objects.empty() ? ReadObject() : m_objects.front(); }
     // The first of that role and name; an object without a role if there is none.
     ReadObject Find(std::string_view role, std::string_view name) const;
     // That object and all below it.

@@ -19,16 +19,26 @@ const QString kRoot = QStringLiteral("org.mpris.MediaPlayer2");
 const QString kPlayer = QStringLiteral("org.mpris.MediaPlayer2.Player");
 const QString kProperties = QStringLiteral("org.freedesktop.DBus.Properties");
 
+constexpr const char* kAddress = "DBUS_SESSION_BUS_ADDRESS";
+
 // One for all cases: a process keeps to the bus of the session that it found first.
 const test::SessionBus& Bus()
 {
     static const test::SessionBus bus;
-    qputenv("DBUS_SESSION_BUS_ADDRESS", QByteArray::fromStdString(bus.Address()));
     return bus;
 }
 
 class WindowDesktopTest : public WindowFixture {
 protected:
+    WindowDesktopTest() { qputenv(kAddress, QByteArray::fromStdString(Bus().Address())); }
+    ~WindowDesktopTest() override
+    {
+        if (m_addressBefore.isNull())
+            qunsetenv(kAddress);
+        else
+            qputenv(kAddress, m_addressBefore);
+    }
+
     // With the second of three tracks.
     void Open()
     {
@@ -69,6 +79,9 @@ protected:
 
     BusClient client{Bus()};
     std::array<QString, 3> tracks;
+
+private:
+    const QByteArray m_addressBefore = qgetenv(kAddress);
 };
 
 TEST_F(WindowDesktopTest, ItTellsWhatItPlays)
