@@ -131,8 +131,8 @@ void Synchrony::Conclude()
     if (!HasFailure()) {
         EXPECT_LE(hiccups, kMostHiccups) << "each phase held in the end, but too few at once";
     }
-    std::cout << "Marks of the ears agree within " << Milliseconds(ears.Heard().Unsteadiness())
-              << " ms\n";
+    std::cout << "Three of four marks of the ears agree within "
+              << Milliseconds(ears.Heard().Unsteadiness()) << " ms\n";
     if (HasFailure() || unmeasured.empty())
         return;
     std::string phases;

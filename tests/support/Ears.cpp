@@ -200,10 +200,14 @@ std::int64_t Recording::FrameAt(Moment moment) const
 
 Clock::duration Recording::Unsteadiness() const
 {
-    Clock::duration worst = {};
+    std::vector<Clock::duration> distances;
     for (const auto& [moment, frame] : marks)
-        worst = std::max<Clock::duration>(worst, std::chrono::abs(HeardAt(frame) - moment));
-    return worst;
+        distances.push_back(std::chrono::abs(HeardAt(frame) - moment));
+    if (distances.empty())
+        throw std::logic_error("a recording without marks has no times");
+    const auto third = distances.begin() + (3 * std::ssize(distances) - 1) / 4;
+    std::nth_element(distances.begin(), third, distances.end());
+    return *third;
 }
 
 std::vector<float> Recording::Between(Moment from, Moment to) const

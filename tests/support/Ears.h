@@ -25,7 +25,8 @@ public:
     // By the marks around it. The recording has to have marks.
     Moment HeardAt(double frame) const;
     std::int64_t FrameAt(Moment moment) const;
-    // How far a mark lies from what its neighbours say, at the worst: a check of the ears.
+    // How far three of four marks lie at most from what their neighbours say: a check of the ears.
+    // A machine that stalls spoils the marks of that moment, and they move no answer.
     Clock::duration Unsteadiness() const;
 
     // The frames heard between two moments, as a recording of their own without marks.
