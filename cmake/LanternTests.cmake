@@ -3,6 +3,9 @@
 
 find_program(PYTHON3 python3 REQUIRED)
 set(LANTERN_TEST_SUPPORT ${PROJECT_SOURCE_DIR}/tests/support)
+# Where the programs of all trees wait for each other: those of one run are on one machine.
+set(LANTERN_TEST_MACHINE ${PROJECT_SOURCE_DIR}/build)
+file(MAKE_DIRECTORY ${LANTERN_TEST_MACHINE})
 
 # What most tests include, compiled once: for those that show widgets, and for the others.
 # Tests are not optimised: what they test is, and it is compiling them that takes the time.
@@ -90,6 +93,7 @@ function(lantern_add_cases program suffix filter case_seconds is_alone labels)
     if(is_alone OR "e2e" IN_LIST labels)
         list(APPEND options --show-all)
     endif()
+    list(APPEND options --machine ${LANTERN_TEST_MACHINE}/machine)
     add_test(NAME ${test}
         COMMAND ${PYTHON3} ${LANTERN_TEST_SUPPORT}/run_cases.py ${options} $<TARGET_FILE:${program}>)
     # Each case has a limit of its own. That of ctest is for a runner that hangs itself.

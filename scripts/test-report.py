@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 """Passes on what `ctest --verbose` prints, as it comes, less its account of commands, variables and
-what passed. Before the summary it counts the cases of all programs and lists the second tries."""
+what passed. Before the summary it counts the cases of all programs and lists the further tries."""
 
 import re
 import signal
@@ -19,7 +19,7 @@ SUMMARY = re.compile(r"\d+% tests passed")
 def main():
     names = {}
     totals = {"passed": 0, "failed": 0, "skipped": 0}
-    second_tries = []
+    further_tries = []
     in_list = in_summary = False
     for raw in sys.stdin.buffer:
         line = raw.decode("utf-8", "surrogateescape").rstrip("\r\n")
@@ -33,14 +33,14 @@ def main():
             if cases := re.match(r" {4}cases: (.+)", text):
                 for count, outcome in re.findall(r"(\d+) (\w+)", cases.group(1)):
                     totals[outcome] += int(count)
-            elif again := re.match(r" {4}second try of (.+)", text):
-                second_tries.append(f"    {name}: {again.group(1)}")
+            elif again := re.match(r" {4}(\w+) try of (.+)", text):
+                further_tries.append(f"    {name}: {again.group(2)} ({again.group(1)} try)")
             line = f"{name}: {text.strip() if text.startswith('    ') else text}"
         elif SUMMARY.match(line):
             in_list, in_summary = False, True
             print("\nCases: " + ", ".join(f"{count} {key}" for key, count in totals.items()) + ".")
-            if second_tries:
-                print("Cases that failed and were run again:", *second_tries, sep="\n")
+            if further_tries:
+                print("Cases that failed and were run again:", *further_tries, sep="\n")
             print()
         elif line == "The following tests passed:":
             in_list = True

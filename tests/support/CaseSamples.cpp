@@ -28,6 +28,48 @@ TEST(Samples, FailsTheFirstTime)
     EXPECT_TRUE(ranBefore);
 }
 
+const std::filesystem::path kBusy = std::string(std::getenv("SAMPLES_FOLDER")) + "/busy";
+
+TEST(Samples, IsBusyForAWhile)
+{
+    std::ofstream(kBusy) << "yes";
+    sleep(3);
+    std::filesystem::remove(kBusy);
+}
+
+TEST(Samples, FailsBesideABusyOne)
+{
+    EXPECT_FALSE(std::filesystem::exists(kBusy));
+}
+
+// The process that waits for this one, the runner, stands still.
+void Stall()
+{
+    kill(getppid(), SIGSTOP);
+    usleep(100'000);
+    kill(getppid(), SIGCONT);
+}
+
+TEST(Samples, StallsAndFailsThreeTimes)
+{
+    const std::string tries = std::string(std::getenv("SAMPLES_FOLDER")) + "/tries";
+    std::ofstream(tries, std::ios::app) << '.';
+    Stall();
+    EXPECT_GT(std::filesystem::file_size(tries), 3U);
+}
+
+TEST(Samples, StallsAndFails)
+{
+    Stall();
+    FAIL();
+}
+
+TEST(Samples, StallsAndCrashes)
+{
+    Stall();
+    std::raise(SIGSEGV);
+}
+
 TEST(Samples, Crashes)
 {
     std::cout << "the last words";

@@ -5,6 +5,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <atomic>
+#include <future>
+
 using testing::HasSubstr;
 using testing::Not;
 
@@ -20,20 +23,21 @@ class RunCases : public testing::Test {
 protected:
     Ran Run(std::vector<std::string> options, const EnvironmentChanges& changes = {})
     {
-        EnvironmentChanges environment = {{"SAMPLES_FOLDER", m_folder.Path().string()},
+        EnvironmentChanges environment = {{"SAMPLES_FOLDER", folder.Path().string()},
                                           {"LANTERN_CASES", std::nullopt}};
         environment.insert(environment.end(), changes.begin(), changes.end());
         options.insert(options.begin(), {"python3", RUN_CASES});
         options.emplace_back(CASE_SAMPLES);
-        const auto said = m_folder / ("said-" + std::to_string(++m_runs));
+        const auto said = folder / ("said-" + std::to_string(++m_runs));
         Process process({options, environment, said});
         const std::optional<int> code = process.WaitForExit(60s);
         return {code, ReadFile(said)};
     }
 
+    ScratchFolder folder;
+
 private:
-    ScratchFolder m_folder;
-    int m_runs = 0;
+    std::atomic<int> m_runs = 0;
 };
 
 TEST_F(RunCases, SaysNothingOfACaseThatPasses)
@@ -67,6 +71,57 @@ TEST_F(RunCases, PassesWhatPassesAtTheSecondTryAndTellsIt)
     EXPECT_THAT(ran.said, HasSubstr("FAILED Samples.FailsTheFirstTime ("));
     EXPECT_THAT(ran.said, HasSubstr("second try of Samples.FailsTheFirstTime: passed"));
     EXPECT_THAT(ran.said, HasSubstr("cases: 1 passed, 0 failed, 0 skipped"));
+}
+
+TEST_F(RunCases, TriesAgainWhileTheMachineStalls)
+{
+    const Ran ran = Run({"--filter=Samples.StallsAndFailsThreeTimes"});
+    EXPECT_EQ(ran.code, 0);
+    EXPECT_THAT(ran.said, HasSubstr("second try of Samples.StallsAndFailsThreeTimes: FAILED, and "
+                                    "the machine stalled\n"));
+    EXPECT_THAT(ran.said, HasSubstr("fourth try of Samples.StallsAndFailsThreeTimes: passed"));
+    EXPECT_THAT(ran.said, HasSubstr("cases: 1 passed, 0 failed, 0 skipped"));
+}
+
+TEST_F(RunCases, GivesUpACaseThatFailsHoweverOftenTheMachineStalled)
+{
+    const Ran ran = Run({"--filter=Samples.StallsAndFails"});
+    EXPECT_EQ(ran.code, 1);
+    EXPECT_THAT(ran.said, HasSubstr("sixth try of Samples.StallsAndFails: FAILED"));
+    EXPECT_THAT(ran.said, HasSubstr("cases: 0 passed, 1 failed, 0 skipped"));
+}
+
+// A machine that stalls by itself spoils a run. It does not spoil each.
+TEST_F(RunCases, TriesNoMoreThanTwiceWithoutAStall)
+{
+    const auto triesTwice = [this] {
+        const std::string said = Run({"--filter=Samples.Fails"}).said;
+        return said.find("second try of Samples.Fails: FAILED\n") != std::string::npos &&
+               said.find("third try") == std::string::npos;
+    };
+    EXPECT_TRUE(Eventually(triesTwice, 20s));
+}
+
+TEST_F(RunCases, TriesACrashNoMoreThanTwice)
+{
+    const Ran ran = Run({"--filter=Samples.StallsAndCrashes"});
+    EXPECT_EQ(ran.code, 1);
+    EXPECT_THAT(ran.said, HasSubstr("second try of Samples.StallsAndCrashes: FAILED"));
+    EXPECT_THAT(ran.said, Not(HasSubstr("third try")));
+}
+
+TEST_F(RunCases, TriesAgainWhenNothingRunsBeside)
+{
+    const std::string machine = folder / "machine";
+    auto busy = std::async(std::launch::async, [&] {
+        return Run({"--machine", machine, "--filter=Samples.IsBusyForAWhile"});
+    });
+    ASSERT_TRUE(Eventually([this] { return std::filesystem::exists(folder / "busy"); }));
+    const Ran ran = Run({"--machine", machine, "--filter=Samples.FailsBesideABusyOne"});
+    EXPECT_EQ(ran.code, 0);
+    EXPECT_THAT(ran.said, HasSubstr("FAILED Samples.FailsBesideABusyOne ("));
+    EXPECT_THAT(ran.said, HasSubstr("second try of Samples.FailsBesideABusyOne: passed"));
+    EXPECT_EQ(busy.get().code, 0);
 }
 
 TEST_F(RunCases, NamesTheCaseThatCrashesAndGoesOnBehindIt)

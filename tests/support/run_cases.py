@@ -1,24 +1,33 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 """Runs a program of GoogleTest cases: all in one process, and each that failed once more.
 
-run_cases.py [--limit SECONDS] [--show-all] [--filter FILTER] PROGRAM
+run_cases.py [--limit SECONDS] [--show-all] [--machine FILE] [--filter FILTER] PROGRAM
 
 A case that crashes the program, or has not ended within the limit, fails by its name, and a new
-process goes on with the cases behind it. A failed case gets a second try, alone in a process.
-Nothing of that is hidden: a failure is printed where it happens, and every second try is told.
+process goes on with the cases behind it. A failed case gets a second try, alone in a process, and
+up to four more while the machine stalls, for then the failure says little about the program. All
+programs of tests that are given the same FILE share the machine; further tries have it alone.
+Nothing of that is hidden: a failure is printed where it happens, and every further try is told.
 The variable LANTERN_CASES holds a filter of GoogleTest, too: only cases that fit both are run.
 """
 
 import argparse
+import contextlib
+import fcntl
 import os
 import re
 import selectors
 import signal
 import subprocess
 import sys
+import threading
 import time
 
 MOST_SECOND_TRIES = 12  # more failures than this have a cause other than chance
+TRIES = ("second", "third", "fourth", "fifth", "sixth")  # those behind the second: after a stall
+LONGEST_RETRIED = 60.0  # seconds: a case that takes longer has its own answer to a stall
+STALL_SECONDS = 0.01
+MOST_WATCHED = 8  # of more processors one is idle whenever another stalls
 MOST_ENDS = 5  # after so many crashes and hangs the program is given up
 SLOW_SECONDS = 2.0  # a case that takes longer is shown
 CASES = "LANTERN_CASES"
@@ -33,6 +42,57 @@ def say(*lines):
     # Names and failures may hold any bytes.
     sys.stdout.buffer.write(("\n".join(lines) + "\n").encode("utf-8", "surrogateescape"))
     sys.stdout.buffer.flush()
+
+
+class Machine:
+    """What programs of tests share, and one that wants it alone waits for."""
+
+    def __init__(self, path):
+        self.path = path
+
+    def shared(self):
+        return self.held(fcntl.LOCK_SH)
+
+    def alone(self):
+        return self.held(fcntl.LOCK_EX)
+
+    @contextlib.contextmanager
+    def held(self, how):
+        if self.path is None:
+            yield
+            return
+        with open(self.path, "a") as machine:
+            # Whoever waits for the machine is at its door, so that those behind don't overtake.
+            with open(self.path + ".door", "a") as door:
+                fcntl.flock(door, how)
+                fcntl.flock(machine, how)
+            yield
+
+
+class StallWatch:
+    """Whether a processor kept a thread that asked for a moment's sleep waiting far longer."""
+
+    def __enter__(self):
+        self.stalled = False
+        self.over = threading.Event()
+        self.threads = [threading.Thread(target=self.watch, args=(processor,))
+                        for processor in sorted(os.sched_getaffinity(0))[:MOST_WATCHED]]
+        for thread in self.threads:
+            thread.start()
+        return self
+
+    def __exit__(self, *_):
+        self.over.set()
+        for thread in self.threads:
+            thread.join()
+
+    def watch(self, processor):
+        os.sched_setaffinity(threading.get_native_id(), {processor})
+        while not self.over.is_set():
+            before = time.monotonic()
+            time.sleep(STALL_SECONDS / 10)
+            if time.monotonic() - before > STALL_SECONDS:
+                self.stalled = True
 
 
 class Run:
@@ -149,11 +209,17 @@ class Suite:
 
     def __init__(self, options):
         self.options = options
+        self.machine = Machine(options.machine)
         self.outcome = {}
         self.trouble = []
-        self.second_passes = 0
 
     def run(self):
+        with self.machine.shared():
+            self.run_all()
+        self.try_again()
+        self.sum_up()
+
+    def run_all(self):
         ends = 0
         while True:
             run = Run(self.options.program, self.filter(), self.options.limit, self.show)
@@ -166,8 +232,6 @@ class Suite:
             if ends == MOST_ENDS:
                 self.trouble.append(f"{ends} cases crashed or hung: those behind them did not run")
                 break
-        self.try_again()
-        self.sum_up()
 
     def filter(self):
         """The cases asked for, less those that ran."""
@@ -202,16 +266,29 @@ class Suite:
         if len(failed) > MOST_SECOND_TRIES:
             say(f"    {len(failed)} cases failed: they get no second try")
             return
-        for case in failed:
-            told = []
+        if not failed:
+            return
+        with self.machine.alone():
+            for case in failed:
+                for which in TRIES:
+                    if not self.try_case(case, which):
+                        break
+
+    def try_case(self, case, which):
+        """Once more. True if the machine spoiled this try."""
+        told = []
+        with StallWatch() as watch:
+            start = time.monotonic()
             run = Run(self.options.program, case, self.options.limit,
                       lambda *arguments: told.extend(arguments[3]))
-            is_good = run.outcome == {case: "passed"} and run.trouble is None
-            say(f"    second try of {case}: {'passed' if is_good else 'FAILED'}",
-                *([] if is_good else told))
-            if is_good:
-                self.outcome[case] = "passed"
-                self.second_passes += 1
+            seconds = time.monotonic() - start
+        if run.outcome == {case: "passed"} and run.trouble is None:
+            say(f"    {which} try of {case}: passed")
+            self.outcome[case] = "passed"
+            return False
+        stalled = ", and the machine stalled" if watch.stalled else ""
+        say(f"    {which} try of {case}: FAILED{stalled}", *told)
+        return watch.stalled and not run.crashed and seconds < LONGEST_RETRIED
 
     def sum_up(self):
         counts = {mark: list(self.outcome.values()).count(mark) for mark in MARKS.values()}
@@ -228,6 +305,7 @@ def main():
     parser = argparse.ArgumentParser(description=__doc__.split("\n")[0])
     parser.add_argument("--limit", type=float, default=120.0)
     parser.add_argument("--show-all", action="store_true")
+    parser.add_argument("--machine", metavar="FILE")
     parser.add_argument("--filter", default="*")
     parser.add_argument("program")
     signal.signal(signal.SIGINT, signal.SIG_DFL)
