@@ -29,7 +29,7 @@ void PulseServer::Start()
     m_server = std::make_unique<Process>(Process::Command{
         .arguments = {"pulseaudio", "-n", "-F", (m_folder / "start.pa").string(), "--daemonize=no",
                       "--exit-idle-time=-1", "--disallow-exit=yes", "--use-pid-file=no",
-                      "--realtime=no", "--high-priority=no"},
+                      "--realtime=yes", "--high-priority=yes"},
         .environment = {{"HOME", (m_folder / "home").string()},
                         {"XDG_RUNTIME_DIR", (m_folder / "run").string()},
                         {"PULSE_RUNTIME_PATH", (m_folder / "run").string()},
