@@ -1,8 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "Journey.h"
 
+#include <gmock/gmock.h>
+
 #include <algorithm>
 #include <cmath>
+#include <functional>
+
+using testing::Each;
 
 namespace lantern::test {
 namespace {
@@ -11,7 +16,8 @@ constexpr std::size_t kWavHeaderBytes = 44; // of the demo song's sound
 constexpr std::size_t kSectorAudioBytes = 2352;
 constexpr std::size_t kSectorPacketBytes = 96;
 constexpr Clock::duration kListening = 4s;
-constexpr std::size_t kComparedFrames = std::size_t{3} * Recording::kRate;
+constexpr std::ptrdiff_t kTenthSamples = Recording::kRate / 10 * 2;
+constexpr std::size_t kComparedTenths = 30;
 constexpr float kAudible = 0.01F;
 constexpr float kSampleStep = 1.0F / 32768.0F;
 
@@ -33,16 +39,21 @@ std::size_t FirstAudibleFrame(const std::vector<float>& stereo)
     return static_cast<std::size_t>(first - stereo.begin()) / 2;
 }
 
-// The largest difference of two stretches of sound.
-float Difference(const std::vector<float>& a, std::size_t aFrame, const std::vector<float>& b,
-                 std::size_t bFrame, std::size_t frames)
+// Notes which tenths of a second of the song's beginning were heard to the sample, in their order.
+// A machine that stalls leaves a hole in one or the other; what is behind it comes later.
+void NoteHeard(const std::vector<float>& heard, const std::vector<float>& song,
+               std::vector<bool>& isTenthHeard)
 {
-    if (2 * (aFrame + frames) > a.size() || 2 * (bFrame + frames) > b.size())
-        return 2.0F;
-    float largest = 0.0F;
-    for (std::size_t i = 0; i < 2 * frames; ++i)
-        largest = std::max(largest, std::abs(a[2 * aFrame + i] - b[2 * bFrame + i]));
-    return largest;
+    const auto isSame = [](float a, float b) { return std::abs(a - b) <= kSampleStep; };
+    auto tenth = song.begin() + 2 * static_cast<std::ptrdiff_t>(FirstAudibleFrame(song));
+    auto rest = heard.begin();
+    for (std::size_t i = 0; i < isTenthHeard.size(); ++i, tenth += kTenthSamples) {
+        const auto found = std::search(rest, heard.end(), tenth, tenth + kTenthSamples, isSame);
+        if (found == heard.end())
+            continue;
+        isTenthHeard[i] = true;
+        rest = found + kTenthSamples;
+    }
 }
 
 class Forms : public Journey {
@@ -112,17 +123,17 @@ TEST_F(Forms, ASongLooksAndSoundsTheSameInEveryForm)
 {
     const std::vector<std::filesystem::path> forms = WriteForms();
     const std::vector<float> song = SamplesOf(ReadFile(folder / "demo.wav"));
-    const std::size_t songStart = FirstAudibleFrame(song);
     const std::vector<std::string> pictures = Pictures(forms[0]);
     for (std::size_t i = 1; i < pictures.size(); ++i)
         EXPECT_NE(pictures[i], pictures[i - 1]);
 
     for (const std::filesystem::path& form : forms) {
         EXPECT_EQ(Pictures(form), pictures) << form;
-        const std::vector<float> heard = Sound(form);
-        EXPECT_LE(Difference(heard, FirstAudibleFrame(heard), song, songStart, kComparedFrames),
-                  kSampleStep)
-            << form;
+        std::vector<bool> isTenthHeard(kComparedTenths);
+        for (int attempt = 0; attempt < 4 && !std::ranges::all_of(isTenthHeard, std::identity{});
+             ++attempt)
+            NoteHeard(Sound(form), song, isTenthHeard);
+        EXPECT_THAT(isTenthHeard, Each(true)) << form;
     }
 }
 
