@@ -32,9 +32,14 @@ double SecondsBetweenBursts(const std::vector<float>& heard)
     const std::vector<Burst> bursts = FindBursts(heard, Recording::kRate);
     if (bursts.size() < 5)
         return 0.0;
-    // The first and the last may be cut.
-    return (bursts[bursts.size() - 2].startFrame - bursts[1].startFrame) /
-           static_cast<double>(bursts.size() - 3) / Recording::kRate;
+    // The first and the last may be cut. A stall of the machine lengthens one or the other of the
+    // distances, and leaves the middle one.
+    std::vector<double> distances;
+    for (std::size_t i = 2; i + 1 < bursts.size(); ++i)
+        distances.push_back(bursts[i].startFrame - bursts[i - 1].startFrame);
+    const auto middle = distances.begin() + std::ssize(distances) / 2;
+    std::ranges::nth_element(distances, middle);
+    return *middle / Recording::kRate;
 }
 
 } // namespace
