@@ -337,6 +337,7 @@ TEST_F(Options, MinimisingThePlayerHidesItAndItDoesNotComeBackByItself)
     EXPECT_TRUE(options.IsGoneSoon());
     EXPECT_TRUE(main.IsGoneSoon());
     EXPECT_TRUE(AwaitSound());
+    EXPECT_TRUE(player->AnswerTime(kPatience)); // it has seen by now what became of its windows
     main.BringBack();
     EXPECT_TRUE(main.IsThereSoon());
     EXPECT_TRUE(main.HasKeyboardSoon());
