@@ -2,6 +2,7 @@
 #include "PulseConnection.h"
 
 #include <algorithm>
+#include <string_view>
 #include <utility>
 
 namespace lantern {
@@ -18,6 +19,14 @@ void Forget(pa_operation* operation)
     if (operation != nullptr) {
         pa_operation_unref(operation);
     }
+}
+
+// Where no device is left, servers put a sink that nobody hears in its place, so that the streams
+// on it live on. Beside another of that name it has a number.
+bool StandsInForADevice(std::string_view sink)
+{
+    constexpr std::string_view kStandIn = "auto_null";
+    return sink == kStandIn || (sink.starts_with(kStandIn) && sink[kStandIn.size()] == '.');
 }
 
 } // namespace
@@ -157,6 +166,9 @@ void PulseConnection::RefreshSinks()
 void PulseConnection::OnSinkInfo(const pa_sink_info* info, int atEnd)
 {
     if (atEnd == 0 && info != nullptr) {
+        if (StandsInForADevice(info->name)) {
+            return;
+        }
         const char* name = info->description != nullptr ? info->description : info->name;
         m_arriving.push_back({info->name, QString::fromUtf8(name)});
         return;

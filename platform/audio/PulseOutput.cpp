@@ -158,6 +158,8 @@ void PulseOutput::Converge()
     }
     if (m_stream == nullptr) {
         CreateStream();
+    } else if (m_connection.Devices().empty()) {
+        LoseStream(); // the server plays it on, to nobody
     } else if (m_emptied && !m_sounding) {
         // What the server has not asked for yet it asks for soon: corked until there is something.
         OnWritable(pa_stream_writable_size(m_stream));

@@ -87,6 +87,12 @@ std::string PulseServer::DefaultSink() const
     return name;
 }
 
+void PulseServer::KeepASinkAlways()
+{
+    m_isAsStarted = false;
+    Control({"load-module", "module-always-sink"});
+}
+
 void PulseServer::Kill()
 {
     m_isAsStarted = false;

@@ -36,6 +36,9 @@ public:
     void RemoveSink(const std::string& name);
     void SetDefaultSink(const std::string& name);
     std::string DefaultSink() const;
+    // From now on a sink named auto_null takes the place of the last one that goes, as on the
+    // servers of desktops.
+    void KeepASinkAlways();
 
     void Kill();    // as a crash would: no farewell to its clients
     void Restart(); // with the sinks it had, at the same address

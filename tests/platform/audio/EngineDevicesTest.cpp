@@ -24,6 +24,7 @@ protected:
     {
         return PassUntil([&] { return m_engine->GetDeviceCount() == count; }, 3s);
     }
+    void ExpectAPauseUntilANewDeviceComes();
     // The time of the slowest of all calls that could wait for the server. Closes the sound.
     Clock::duration SlowestCall();
 };
@@ -52,6 +53,30 @@ double LevelOf(const Ears& ears, Clock::duration last)
     const auto frames = static_cast<std::int64_t>(Milliseconds(last) * Recording::kRate / 1000);
     const auto count = static_cast<std::size_t>(std::min(frames, heard.FrameCount())) * 2;
     return Level(std::span(heard.stereo).last(count));
+}
+
+void EngineDevices::ExpectAPauseUntilANewDeviceComes()
+{
+    EXPECT_TRUE(PassUntilStatus(SoundStatus::Paused));
+    const std::int32_t kept = m_engine->GetSoundPosition();
+    EXPECT_GT(kept, 100);
+    EXPECT_TRUE(PassUntilDevices(0));
+    m_engine->StartSound();
+    Pass(300ms);
+    EXPECT_EQ(m_engine->GetSoundPosition(), kept);
+    EXPECT_TRUE(PassUntilStatus(SoundStatus::Paused));
+
+    m_server.AddSink({"new", "New Speakers"});
+    EXPECT_TRUE(PassUntilDevices(1));
+    Pass(300ms);
+    EXPECT_EQ(m_engine->GetSoundStatus(), SoundStatus::Paused);
+    EXPECT_EQ(m_engine->GetSoundPosition(), kept);
+    const Ears ears(m_server, "new");
+    m_engine->StartSound();
+    EXPECT_TRUE(PassUntil([&] { return m_engine->GetSoundPosition() > kept + 100; }, 2s));
+    EXPECT_LT(m_engine->GetSoundPosition(), kept + 250);
+    Pass(200ms);
+    EXPECT_GT(LevelOf(ears, 100ms), kSomething);
 }
 
 TEST_F(EngineDevices, TheyAreToldByWhatPeopleReadTheDefaultFirst)
@@ -133,26 +158,33 @@ TEST_F(EngineDevices, WithoutAnyDeviceLeftTheSoundPausesAndKeepsItsPosition)
     PlayTone();
     m_server.RemoveSink("stage");
     m_server.RemoveSink("studio");
-    EXPECT_TRUE(PassUntilStatus(SoundStatus::Paused));
-    const std::int32_t kept = m_engine->GetSoundPosition();
-    EXPECT_GT(kept, 100);
-    EXPECT_TRUE(PassUntilDevices(0));
-    m_engine->StartSound();
-    Pass(300ms);
-    EXPECT_EQ(m_engine->GetSoundPosition(), kept);
-    EXPECT_TRUE(PassUntilStatus(SoundStatus::Paused));
+    ExpectAPauseUntilANewDeviceComes();
+}
 
-    m_server.AddSink({"new", "New Speakers"});
-    EXPECT_TRUE(PassUntilDevices(1));
+TEST_F(EngineDevices, ASinkThatStandsInForTheLastDeviceIsNone)
+{
+    m_server.KeepASinkAlways();
+    PlayTone();
+    m_server.RemoveSink("stage");
+    m_server.RemoveSink("studio");
+    ASSERT_TRUE(PassUntil([this] { return m_server.DefaultSink() == "auto_null"; }, 3s));
+    ExpectAPauseUntilANewDeviceComes();
+}
+
+TEST_F(EngineDevices, ADeviceThatComesBackAtOnceIsPlayedOnAlsoAfterAStandIn)
+{
+    m_server.KeepASinkAlways();
+    m_server.RemoveSink("stage");
+    PlayTone();
+    m_server.RemoveSink("studio");
+    const std::int32_t then = m_engine->GetSoundPosition();
     Pass(300ms);
-    EXPECT_EQ(m_engine->GetSoundStatus(), SoundStatus::Paused);
-    EXPECT_EQ(m_engine->GetSoundPosition(), kept);
-    const Ears ears(m_server, "new");
-    m_engine->StartSound();
-    EXPECT_TRUE(PassUntil([&] { return m_engine->GetSoundPosition() > kept + 100; }, 2s));
-    EXPECT_LT(m_engine->GetSoundPosition(), kept + 250);
-    Pass(200ms);
-    EXPECT_GT(LevelOf(ears, 100ms), kSomething);
+    EXPECT_LT(m_engine->GetSoundPosition(), then + 150);
+    m_server.AddSink({"studio", "Studio Speakers"});
+    const Ears ears(m_server, "studio");
+    EXPECT_TRUE(PassUntil([&] { return m_engine->GetSoundPosition() > then + 500; }, 4s));
+    EXPECT_EQ(m_engine->GetSoundStatus(), SoundStatus::Playing);
+    EXPECT_GT(LevelOf(ears, 200ms), kSomething);
 }
 
 TEST_F(EngineDevices, ADeadServerPausesTheSoundAndANewOnePlaysItOn)
@@ -258,6 +290,18 @@ TEST_F(EngineWithoutDevices, ItDoesNotStartButDoesOnceThereIsOne)
     EXPECT_FALSE(m_engine->EngineInit());
     m_server.AddSink({"studio", "Studio Speakers"});
     EXPECT_TRUE(PassUntil([this] { return m_engine->GetDeviceCount() == 1; }, 3s));
+    EXPECT_TRUE(m_engine->EngineInit());
+}
+
+TEST_F(EngineWithoutDevices, AStandInStartsNothing)
+{
+    m_server.KeepASinkAlways();
+    ASSERT_EQ(m_server.DefaultSink(), "auto_null");
+    EXPECT_EQ(m_engine->GetDeviceCount(), 0);
+    EXPECT_FALSE(m_engine->EngineInit());
+    m_server.AddSink({"studio", "Studio Speakers"});
+    EXPECT_TRUE(PassUntil([this] { return m_engine->GetDeviceCount() == 1; }, 3s));
+    EXPECT_EQ(m_engine->GetDeviceName(0), QStringLiteral("Studio Speakers"));
     EXPECT_TRUE(m_engine->EngineInit());
 }
 
