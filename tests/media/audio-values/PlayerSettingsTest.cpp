@@ -77,6 +77,15 @@ TEST_F(PlayerSettingsTest, AnOrdinaryNameIsTheSettingAsItIs)
     EXPECT_EQ(Stored(u"LastPlayed"), QString());
 }
 
+// As earlier versions wrote it, and later ones have to read it.
+TEST_F(PlayerSettingsTest, WhatEndsAValueIsStoredAsACharacterThatNoNameHolds)
+{
+    RememberLastPlayed(m_store, QStringLiteral("/m/a\tb\r\n.cdg"));
+    const char16_t stored[] = {0xDC09, u'b', 0xDC0D, 0xDC0A, 0};
+    EXPECT_EQ(Stored(u"LastPlayed"),
+              QStringLiteral("/m/a") + QString::fromUtf16(stored) + QStringLiteral(".cdg"));
+}
+
 TEST_F(PlayerSettingsTest, AZoomOutOfRangeBecomesTwo)
 {
     EXPECT_EQ(ReadWith(u"Zoom", u"6").Zoom, 2);

@@ -48,6 +48,18 @@ TEST(SoundRing, ResetForgetsWhatItHeld)
     EXPECT_EQ(ring.Read(heard), 0);
 }
 
+TEST(SoundRing, ResetForgetsWhatWasRead)
+{
+    SoundRing ring;
+    ring.Reset(4);
+    ring.Write(std::array<float, 6>{1, 2, 3, 4, 5, 6});
+    std::array<float, 4> heard = {};
+    EXPECT_EQ(ring.Read(heard), 2);
+    ring.Reset(4);
+    EXPECT_EQ(ring.RoomFrames(), 4);
+    EXPECT_EQ(ring.HeldFrames(), 0);
+}
+
 TEST(SoundRing, WhatIsTakenBackCanBeWrittenAnew)
 {
     SoundRing ring;

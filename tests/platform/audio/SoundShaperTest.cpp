@@ -146,6 +146,16 @@ double SharpestBend(std::span<const float> stereo)
     return sharpest;
 }
 
+// How often a side of the sound rises through zero.
+int Crossings(std::span<const float> stereo, std::size_t side)
+{
+    int count = 0;
+    for (std::size_t i = 2 + side; i < stereo.size(); i += 2) {
+        count += stereo[i - 2] < 0.0F && stereo[i] >= 0.0F ? 1 : 0;
+    }
+    return count;
+}
+
 TEST(SoundShaper, ControlsOutOfRangeAreLimitedToWhatCanBePlayed)
 {
     EXPECT_EQ(ShapeFor(3, -20), (SoundShape{3, 0.8}));
@@ -207,18 +217,32 @@ TEST(SoundShaper, TheKeyChangesThePitchAndTheTempoDoesNot)
     SoundShaper shaper;
     const auto crossings = [&](SoundShape shape) {
         shaper.Start(sound, kRate, shape);
-        const std::vector<float> heard = RenderAll(shaper, kRate / 2);
-        int count = 0;
-        for (std::size_t i = 2; i < heard.size(); i += 2) {
-            count += heard[i - 2] < 0.0F && heard[i] >= 0.0F ? 1 : 0;
-        }
-        return count;
+        return Crossings(RenderAll(shaper, kRate / 2), 0);
     };
     EXPECT_NEAR(crossings({0, 0.8}), 220, 2);
     EXPECT_NEAR(crossings({0, 1.5}), 220, 2);
     EXPECT_NEAR(crossings({12 - 2, 1.0}), 220 * std::exp2(10 / 12.0), 3);
     EXPECT_NEAR(crossings({-10, 1.0}), 220 * std::exp2(-10 / 12.0), 2);
     EXPECT_NEAR(crossings({3, 0.8}), 220 * std::exp2(3 / 12.0), 2);
+}
+
+TEST(SoundShaper, EachSideStaysWhereItIsInEveryShape)
+{
+    std::vector<float> sides = Sine(2 * kRate, 440.0);
+    const std::vector<float> right = Sine(2 * kRate, 1000.0);
+    for (std::size_t i = 1; i < sides.size(); i += 2) {
+        sides[i] = right[i];
+    }
+    MemoryDecoder sound(sides);
+    SoundShaper shaper;
+    for (const SoundShape shape : {SoundShape{}, SoundShape{0, 0.8}, SoundShape{0, 1.5},
+                                   SoundShape{3, 1.0}, SoundShape{-5, 1.3}}) {
+        shaper.Start(sound, kRate / 2, shape);
+        const std::vector<float> heard = RenderAll(shaper, kRate / 2);
+        const double key = std::exp2(shape.keySemitones / 12.0);
+        EXPECT_NEAR(Crossings(heard, 0), 220 * key, 3) << shape.keySemitones;
+        EXPECT_NEAR(Crossings(heard, 1), 500 * key, 3) << shape.keySemitones;
+    }
 }
 
 TEST(SoundShaper, AChangeMakesNoClick)
@@ -256,6 +280,65 @@ TEST(SoundShaper, TheEndComesAfterTheSoundsLengthAtItsSpeed)
         const std::size_t frames = RenderAll(shaper, 20'000).size() / 2;
         EXPECT_EQ(frames, static_cast<std::size_t>(std::ceil((5000 - 1000) / speed)));
     }
+}
+
+TEST(SoundShaper, TheNextSoundHasItsOwnEnd)
+{
+    MemoryDecoder first(Sine(3000, 440.0));
+    MemoryDecoder second(Sine(5000, 440.0));
+    SoundShaper shaper;
+    for (SoundDecoder* sound : std::initializer_list<SoundDecoder*>{&first, &second, &first}) {
+        shaper.Start(*sound, 0, {0, 0.5});
+        EXPECT_EQ(static_cast<std::int64_t>(RenderAll(shaper, 20'000).size() / 2),
+                  sound->FrameCount() * 2);
+    }
+}
+
+TEST(SoundShaper, AStartForgetsTheFormerSoundAndItsCrossfade)
+{
+    const std::vector<float> noise = Noise(5000);
+    MemoryDecoder sound(noise);
+    SoundShaper shaper;
+    for (const std::size_t faded : {std::size_t{0}, std::size_t{100}, std::size_t{441}}) {
+        shaper.Start(sound, 0, {0, 0.8});
+        shaper.Change(1000, {}, std::vector<float>(2 * 441, 0.9F));
+        RenderAll(shaper, faded);
+        shaper.Start(sound, 2000, {});
+        EXPECT_TRUE(std::ranges::equal(RenderAll(shaper, 1000),
+                                       std::span(noise).subspan(2000 * 2, 1000 * 2)))
+            << faded;
+    }
+}
+
+TEST(SoundShaper, AChangeDuringACrossfadeFadesOverFromItsOwnTail)
+{
+    MemoryDecoder sound(Noise(5000));
+    const std::vector<float> tail(2 * 441, -0.9F);
+    SoundShaper fresh;
+    fresh.Start(sound, 0, {});
+    fresh.Change(2000, {}, tail);
+
+    SoundShaper shaper;
+    shaper.Start(sound, 0, {});
+    shaper.Change(1000, {}, std::vector<float>(2 * 441, 0.9F));
+    RenderAll(shaper, 100);
+    shaper.Change(2000, {}, tail);
+    EXPECT_EQ(RenderAll(shaper, 1000), RenderAll(fresh, 1000));
+}
+
+TEST(SoundShaper, ASoundOfAnotherRateIsShapedAsByAFreshOne)
+{
+    MemoryDecoder sound(Noise(9000), 8000);
+    SoundShaper fresh;
+    fresh.Start(sound, 0, {3, 0.8});
+    const std::vector<float> expected = RenderAll(fresh, 4000);
+
+    MemoryDecoder former(Noise(9000), 44100);
+    SoundShaper shaper;
+    shaper.Start(former, 0, {3, 0.8});
+    RenderAll(shaper, 1000);
+    shaper.Start(sound, 0, {3, 0.8});
+    EXPECT_EQ(RenderAll(shaper, 4000), expected);
 }
 
 TEST(SoundShaper, AtTheEndThereIsNothingLeft)

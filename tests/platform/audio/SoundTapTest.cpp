@@ -99,6 +99,16 @@ TEST(SoundTap, AfterARestartTheCountBeginsAnew)
     EXPECT_EQ(Copied(tap, 0, 3), (std::vector<float>{7, 8, 0}));
 }
 
+TEST(SoundTap, WhatWasNotKeptBeforeARestartHidesNothingAfterIt)
+{
+    SoundTap tap;
+    tap.Note(Numbered(0, 100));
+    tap.Listen(true);
+    tap.Restart();
+    tap.Note(Numbered(7, 3));
+    EXPECT_EQ(Copied(tap, 0, 4), (std::vector<float>{7, 8, 9, 0}));
+}
+
 // The reader never meets a frame under another one's number, however far the writer has gone on.
 TEST(SoundTap, AFrameIsTheRightOneOrSilenceWhileOthersPass)
 {

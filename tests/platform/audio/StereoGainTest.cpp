@@ -98,5 +98,25 @@ TEST(StereoGain, ANewStreamStartsAtItsLevel)
     EXPECT_EQ(constant[1], 0.0F);
 }
 
+TEST(StereoGain, ANewStreamEndsTheRampOfTheFormerOne)
+{
+    StereoGain gain;
+    gain.Restart(kRate);
+    gain.SetTarget({0.5F, 0.25F});
+    std::vector<float> former(2 * 100, 1.0F);
+    gain.Apply(former);
+    gain.Restart(8000);
+    std::vector<float> constant(2 * 10, 1.0F);
+    gain.Apply(constant);
+    EXPECT_EQ(constant[0], 0.5F);
+    EXPECT_EQ(constant[1], 0.25F);
+
+    gain.SetTarget({1.0F, 1.0F});
+    std::vector<float> ramp(2 * 100, 1.0F);
+    gain.Apply(ramp);
+    EXPECT_LT(ramp[2 * 78], 1.0F) << "ten milliseconds at the new rate";
+    EXPECT_EQ(ramp[2 * 79], 1.0F);
+}
+
 } // namespace
 } // namespace lantern

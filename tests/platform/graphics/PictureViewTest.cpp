@@ -148,6 +148,22 @@ TEST_F(View, EachOf256ColoursCanBeSet)
     EXPECT_EQ(image.At(12, 24), 0xFF010203U);
 }
 
+TEST_F(View, NoMoreColoursAreSetThanWereAskedFor)
+{
+    const std::vector<std::uint8_t> white(3 * 5, 255);
+    const std::vector<std::uint8_t> before(3, 7);
+    buffers.FGsetdacs(3, 1, before);
+    buffers.FGsetdacs(6, 1, before);
+    buffers.FGsetdacs(4, 2, white);
+    for (const auto& [index, colour] :
+         {std::pair{3, 0xFF070707U}, {4, 0xFFFFFFFFU}, {5, 0xFFFFFFFFU}, {6, 0xFF070707U}}) {
+        buffers.FGsetcolor(index);
+        buffers.FGfillpage();
+        Show();
+        EXPECT_EQ(image.At(12, 24), colour) << index;
+    }
+}
+
 TEST_F(View, APictureCutOffByTheImageRedrawsNothingBeyondIt)
 {
     const auto changes = [&] {

@@ -133,6 +133,15 @@ TEST_F(Buffers, FreeingTheActiveBufferLeavesNoneActive)
     EXPECT_EQ(buffers.FGgetpixel(1, 1), 0);
 }
 
+TEST_F(Buffers, FreeingAnotherBufferKeepsTheActiveOne)
+{
+    const int other = buffers.FGvballoc(4, 4);
+    Open(4, 4);
+    Put(1, 1, 9);
+    buffers.FGvbfree(other);
+    EXPECT_EQ(buffers.FGgetpixel(1, 1), 9);
+}
+
 TEST_F(Buffers, OpeningAHandleOfNoneKeepsTheActiveBuffer)
 {
     Open(4, 4);
@@ -310,11 +319,13 @@ TEST_F(Buffers, CopyPageBetweenDifferentSizesOrHandlesOfNoneDoesNothing)
 {
     const int source = Open(4, 3);
     Number(4, 3);
-    const int target = buffers.FGvballoc(3, 4);
-    buffers.FGcopypage(source, target);
-    buffers.FGcopypage(source, 0);
-    buffers.FGcopypage(0, target);
-    EXPECT_THAT(buffers.Pixels(target), Each(0));
+    for (const auto& [width, height] : {std::pair{3, 4}, {4, 4}, {4, 2}, {5, 3}, {3, 3}}) {
+        const int target = buffers.FGvballoc(width, height);
+        buffers.FGcopypage(source, target);
+        buffers.FGcopypage(source, 0);
+        buffers.FGcopypage(0, target);
+        EXPECT_THAT(buffers.Pixels(target), Each(0)) << width << " by " << height;
+    }
 }
 
 TEST_F(Buffers, PalettesHaveHandlesAndBadOnesHaveNone)
