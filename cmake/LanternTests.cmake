@@ -28,7 +28,7 @@ function(lantern_test_options name kind)
 endfunction()
 
 # lantern_test(NAME [WIDGETS] [ALONE] SOURCES file... LINK library... [MAIN file] [SCREENS file]
-#              [CASE_SECONDS n] [LONG filter] [LABELS label...])
+#              [CASE_SECONDS n] [LONG filter] [MEASURED filter] [LABELS label...])
 # One program of GoogleTest cases, and one test for ctest, which runs them all in one process, and
 # each failed one once more. The journeys, which take long, tell each case, and so do those ALONE.
 # Under sanitizers its name has a prefix, so that one ctest run can hold both trees.
@@ -38,8 +38,9 @@ endfunction()
 #   ALONE         measures moments: nothing runs beside it
 #   CASE_SECONDS  after so long a case is taken to hang
 #   LONG          cases that take long: a test of their own with the suffix .long and that label
+#   MEASURED      cases that measure only: left out under sanitizers, which slow the program
 function(lantern_test name)
-    cmake_parse_arguments(arg "WIDGETS;ALONE" "MAIN;SCREENS;CASE_SECONDS;LONG"
+    cmake_parse_arguments(arg "WIDGETS;ALONE" "MAIN;SCREENS;CASE_SECONDS;LONG;MEASURED"
         "SOURCES;LINK;LABELS" ${ARGN})
     if(arg_UNPARSED_ARGUMENTS)
         message(FATAL_ERROR "lantern_test(${name}): what is \"${arg_UNPARSED_ARGUMENTS}\"?")
@@ -61,8 +62,12 @@ function(lantern_test name)
     endif()
     set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/tests)
     set(short "*")
-    if(arg_LONG)
+    if(arg_MEASURED AND LANTERN_SANITIZE)
+        set(short "*-${arg_MEASURED}")
+    elseif(arg_LONG)
         set(short "*-${arg_LONG}")
+    endif()
+    if(arg_LONG)
         lantern_add_cases(${name} ".long" "${arg_LONG}" "${arg_CASE_SECONDS}" "${arg_ALONE}"
             "${arg_LABELS};long")
     endif()
@@ -71,8 +76,11 @@ endfunction()
 
 # lantern_test_at_ratios(NAME FILTER ratio...)
 # The cases of a test program that fit the filter, once more on screens with that many device
-# pixels to each pixel of the layout.
+# pixels to each pixel of the layout. The code is the same: sanitizers look at it once.
 function(lantern_test_at_ratios name filter)
+    if(LANTERN_SANITIZE)
+        return()
+    endif()
     foreach(ratio ${ARGN})
         lantern_add_cases(${name} ".at${ratio}x" "${filter}" "" FALSE "")
         set_tests_properties(${test} PROPERTIES
