@@ -91,8 +91,9 @@ std::unique_ptr<Player> StartPlayer(Stage& stage, const std::string& program,
                                     const std::filesystem::path& track)
 {
     const std::string opened = track.empty() ? stage.track.string() : track.string();
-    auto player = std::make_unique<Player>(stage.screen, stage.sound.Environment(), stage.home,
-                                           PlayerStart{.arguments = {opened}, .program = program});
+    auto player = std::make_unique<Player>(
+        stage.screen, stage.sound.Environment(), stage.home,
+        PlayerStart{.arguments = {opened}, .environment = stage.desktop, .program = program});
     if (!player->AwaitWindow())
         throw std::runtime_error("the player did not start: " + player->Log());
     return player;

@@ -23,6 +23,7 @@ struct Stage {
     test::PulseServer sound;
     test::PlayerHome home;
     test::ScratchFolder folder;
+    test::EnvironmentChanges desktop; // of the player's session; none
     // A busy karaoke track of four minutes; its sound starts at once.
     std::filesystem::path track;
     std::filesystem::path audio;

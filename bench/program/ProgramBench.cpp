@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "Contestants.h"
+#include "PlayerRuns.h"
+#include "SessionRuns.h"
 
 #include <algorithm>
-#include <cstdio>
 #include <cstdlib>
 #include <functional>
 #include <future>
@@ -23,70 +23,6 @@ namespace lantern::bench {
 namespace {
 
 using namespace lantern::test;
-
-struct Effort {
-    int rounds = 3;
-    Clock::duration warmUp = 2s;
-    Clock::duration window = 10s;
-};
-
-struct Measurement {
-    std::string name;
-    double ours = 0.0;
-    double yardstick = 0.0;
-    std::string unit;
-    std::string against;
-};
-
-double Median(std::vector<double> values)
-{
-    const auto middle = values.begin() + std::ssize(values) / 2;
-    std::ranges::nth_element(values, middle);
-    return *middle;
-}
-
-// The median of the rounds of two measurements that take turns, so that a busy moment of the
-// machine meets both.
-Measurement Compare(std::string name, std::string unit, std::string against, const Effort& effort,
-                    const std::function<double()>& ours, const std::function<double()>& yardstick)
-{
-    std::vector<double> mine;
-    std::vector<double> theirs;
-    for (int round = 0; round < effort.rounds; ++round) {
-        mine.push_back(ours());
-        theirs.push_back(yardstick());
-    }
-    std::cerr << name << '\n';
-    return {std::move(name), Median(mine), Median(theirs), std::move(unit), std::move(against)};
-}
-
-// Percent of one core that a process uses from now on.
-double ProcessorPercent(const Process& process, const Effort& effort)
-{
-    std::this_thread::sleep_for(effort.warmUp);
-    const double before = process.ProcessorSeconds();
-    const Moment start = Clock::now();
-    std::this_thread::sleep_for(effort.window);
-    const double seconds = Milliseconds(Clock::now() - start) / 1e3;
-    return 100.0 * (process.ProcessorSeconds() - before) / seconds;
-}
-
-// The player playing after some keys.
-double PlayerPercent(Stage& stage, const std::vector<std::pair<std::string, int>>& keys,
-                     const Effort& effort, const std::string& program = {},
-                     const std::filesystem::path& track = {})
-{
-    const std::unique_ptr<Player> player = StartPlayer(stage, program, track);
-    Hand hand(stage.screen);
-    for (const auto& [key, times] : keys) {
-        for (int i = 0; i < times; ++i)
-            hand.Key(key);
-    }
-    const double percent = ProcessorPercent(player->Program(), effort);
-    player->Program().End();
-    std::filesystem::remove(stage.home.SettingsFile());
-    return percent;
-}
 
 double YardstickPercent(Stage& stage, const std::vector<std::string>& options, const Effort& effort)
 {
@@ -187,20 +123,6 @@ double PlayerStartToSound(Stage& stage)
     return MillisecondsToSound(ears, player->Program().StartedAt());
 }
 
-// From exec to the first pixel that is not the empty screen's.
-double PlayerStartToPicture(Stage& stage, const std::string& program = {})
-{
-    Eyes eyes(stage.screen);
-    eyes.Watch({{stage.screen.Width() / 2, stage.screen.Height() / 2}});
-    std::this_thread::sleep_for(300ms);
-    const std::unique_ptr<Player> player = StartPlayer(stage, program);
-    std::this_thread::sleep_for(500ms);
-    const std::vector<Eyes::Change> changes = eyes.StopWatching();
-    if (changes.size() < 2)
-        throw std::runtime_error("nothing was painted");
-    return Milliseconds(changes[1].firstSeen - player->Program().StartedAt());
-}
-
 double MillisecondsToExit(Process& process)
 {
     const auto hasEnded = [&] { return !process.IsRunning(); };
@@ -258,13 +180,6 @@ double YardstickOpenToSound(Stage& stage)
     const double milliseconds = MillisecondsToSound(ears, start);
     close(link);
     return milliseconds;
-}
-
-// No window has this colour, so that the first painted frame is seen.
-void PaintTheEmptyScreen(const Stage& stage)
-{
-    OutputOf({.arguments = {"xsetroot", "-solid", "#ff00ff"},
-              .environment = stage.screen.Environment()});
 }
 
 std::vector<Measurement> MeasureStarts(Stage& stage, Effort effort)
@@ -357,21 +272,6 @@ std::vector<Measurement> MeasureBeside(Stage& stage, const std::string& other, c
                 [&] { return PlayerPercent(stage, {}, effort, other); })};
 }
 
-void Print(const std::vector<Measurement>& measurements)
-{
-    std::puts("{\n  \"benchmarks\": [");
-    for (std::size_t i = 0; i < measurements.size(); ++i) {
-        const Measurement& measurement = measurements[i];
-        std::printf("    {\"name\": \"%s\", \"ours\": %.3f, \"yardstick\": %.3f, \"unit\": \"%s\", "
-                    "\"against\": \"%s\", \"ratio\": %.3f}%s\n",
-                    measurement.name.c_str(), measurement.ours, measurement.yardstick,
-                    measurement.unit.c_str(), measurement.against.c_str(),
-                    measurement.ours / measurement.yardstick,
-                    i + 1 < measurements.size() ? "," : "");
-    }
-    std::puts("  ]\n}");
-}
-
 void Run(const Effort& effort)
 {
     Stage stage;
@@ -386,6 +286,8 @@ void Run(const Effort& effort)
     all.push_back(MeasureColourLoads(effort));
     all.push_back(MeasureDrag(effort));
     all.push_back(MeasureMemory(stage));
+    for (Measurement& measurement : MeasureSession(effort))
+        all.push_back(std::move(measurement));
     Print(all);
 }
 

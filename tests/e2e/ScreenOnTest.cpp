@@ -2,7 +2,7 @@
 // Whether the screen stays on while a track plays, and only then: by the services that desktops
 // have, played by python-dbusmock, and by a real display that blanks its screen after a second.
 #include "Journey.h"
-#include "SessionBus.h"
+#include "MockService.h"
 
 #include <X11/Xlib.h>
 #include <X11/extensions/scrnsaver.h>
@@ -10,47 +10,6 @@
 
 namespace lantern::test {
 namespace {
-
-// A service of one method that notes each call.
-class MockService {
-public:
-    MockService(const SessionBus& bus, const std::string& name, const std::string& path,
-                const std::string& interface)
-    {
-        m_process = std::make_unique<Process>(Process::Command{
-            .arguments = {"/usr/bin/python3", "-m", "dbusmock", "--session", name, path, interface},
-            .environment = bus.Environment(),
-            .log = m_folder / "log"});
-    }
-    // The answer is an expression of Python.
-    static void Add(const SessionBus& bus, const std::string& name, const std::string& path,
-                    const std::string& interface, const std::string& method,
-                    const std::string& takes, const std::string& gives, const std::string& answer)
-    {
-        const auto isAdded = [&] {
-            Process add(
-                {.arguments = {"gdbus", "call", "--session", "--dest", name, "--object-path", path,
-                               "--method", "org.freedesktop.DBus.Mock.AddMethod", interface, method,
-                               takes, gives, answer},
-                 .environment = bus.Environment()});
-            return add.WaitForExit(10s) == 0;
-        };
-        ASSERT_TRUE(Eventually(isAdded, 20s, 50ms)) << name;
-    }
-    std::string Log() const { return ReadFile(m_folder / "log"); }
-    int Count(const std::string& call) const
-    {
-        const std::string log = Log();
-        int count = 0;
-        for (std::size_t at = 0; (at = log.find(call, at)) != std::string::npos; ++at)
-            ++count;
-        return count;
-    }
-
-private:
-    ScratchFolder m_folder;
-    std::unique_ptr<Process> m_process;
-};
 
 class ScreenOn : public Journey {
 protected:
@@ -81,10 +40,8 @@ TEST_F(ScreenOn, TheSessionIsAskedWhileATrackPlays)
 {
     const SessionBus bus;
     const MockService service(bus, kSession, kSessionPath, kSession);
-    ASSERT_NO_FATAL_FAILURE(
-        MockService::Add(bus, kSession, kSessionPath, kSession, "Inhibit", "ss", "u", "ret = 7"));
-    ASSERT_NO_FATAL_FAILURE(
-        MockService::Add(bus, kSession, kSessionPath, kSession, "UnInhibit", "u", "", ""));
+    service.Add("Inhibit", "ss", "u", "ret = 7");
+    service.Add("UnInhibit", "u", "", "");
     ASSERT_NO_FATAL_FAILURE(Open(bus.Environment()));
     const std::string asked = " Inhibit \"io.github.lyric_lantern.player\" \"Playing a track\"";
     const std::string givenBack = " UnInhibit 7";
@@ -107,10 +64,8 @@ TEST_F(ScreenOn, InASandboxThePortalIsAsked)
     const std::string path = "/org/freedesktop/portal/desktop";
     const SessionBus bus;
     const MockService service(bus, name, path, "org.freedesktop.portal.Inhibit");
-    ASSERT_NO_FATAL_FAILURE(MockService::Add(bus, name, path, "org.freedesktop.portal.Inhibit",
-                                             "Inhibit", "sua{sv}", "o", "ret = '" + path + "'"));
-    ASSERT_NO_FATAL_FAILURE(
-        MockService::Add(bus, name, path, "org.freedesktop.portal.Request", "Close", "", "", ""));
+    service.Add("Inhibit", "sua{sv}", "o", "ret = '" + path + "'");
+    service.AddTo("org.freedesktop.portal.Request", "Close", "", "", "");
     EnvironmentChanges environment = bus.Environment();
     environment.emplace_back("SNAP", "/snap/player/1");
     ASSERT_NO_FATAL_FAILURE(Open(environment));
