@@ -55,6 +55,7 @@ QString MediaLoader::OpenMedia(const QString& path)
     ClearMedia();
     m_track.CurrentMedia = wanted;
     const QString message = AddMedia(wanted);
+    m_engine.NameSound(message.isEmpty() ? TrackTitle(wanted) : QString());
     if (message.isEmpty()) {
         m_host.RememberLastPlayed(wanted);
         m_host.SetSliderValues(0, m_track.TotalLengthMs - 1, 0);

@@ -33,6 +33,11 @@ QString JoinedAudioExtensions(QStringView separator)
     return Joined(AudioExtensions, separator);
 }
 
+QString TrackTitle(const QString& path)
+{
+    return StripExtension(path.mid(FolderOf(path, u'/').size()));
+}
+
 bool IsAudioExtension(const QString& path)
 {
     return Lists(AudioExtensions, path);

@@ -18,6 +18,9 @@ inline constexpr std::array<QStringView, 3> MediaExtensions = {u"cdg", u"bin", u
 // The audio extensions with the separator between each two, as filters of file names want them.
 QString JoinedAudioExtensions(QStringView separator);
 
+// What people call the track of that path: the file's name without its extension.
+QString TrackTitle(const QString& path);
+
 bool IsAudioExtension(const QString& path);
 bool IsMediaExtension(const QString& path);
 

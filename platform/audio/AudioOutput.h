@@ -48,6 +48,8 @@ public:
     // The device to play on from now on; a running stream moves there. An empty or unknown id is
     // the system's default.
     virtual void Select(const std::string& id) = 0;
+    // What the desktop shows of what is played, from now on; empty for the program's own name.
+    virtual void SetName(const QString& name) = 0;
 
     // Silences and empties the stream, which is made anew if it does not have this rate. The
     // source is borrowed until Close and not called between Restart and Begin.

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "PulseConnection.h"
 
+#include "Application.h"
+
 #include <algorithm>
 #include <string_view>
 #include <utility>
@@ -80,7 +82,11 @@ void PulseConnection::Connect()
 {
     Drop();
     pa_proplist* properties = pa_proplist_new();
-    pa_proplist_sets(properties, PA_PROP_APPLICATION_NAME, "Lyric Lantern CDG Player");
+    const QByteArray title = kApplicationTitle.toUtf8();
+    const QByteArray id = kApplicationId.toUtf8();
+    pa_proplist_sets(properties, PA_PROP_APPLICATION_NAME, title.constData());
+    pa_proplist_sets(properties, PA_PROP_APPLICATION_ID, id.constData());
+    pa_proplist_sets(properties, PA_PROP_APPLICATION_ICON_NAME, id.constData());
     pa_proplist_sets(properties, PA_PROP_MEDIA_ROLE, "music");
     m_context = pa_context_new_with_proplist(m_api, nullptr, properties);
     pa_proplist_free(properties);

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "PulseOutput.h"
 
+#include "Application.h"
+
 #include <algorithm>
 #include <utility>
 
@@ -25,6 +27,13 @@ void Forget(pa_operation* operation)
     }
 }
 
+// As long as the name of a file can be: a server hangs up on one who sends it a text without end.
+std::string NameToShow(const QString& name)
+{
+    constexpr int kLongest = 255;
+    return (name.isEmpty() ? kApplicationTitle : name.left(kLongest)).toUtf8().toStdString();
+}
+
 } // namespace
 
 std::unique_ptr<AudioOutput> MakeAudioOutput()
@@ -32,7 +41,7 @@ std::unique_ptr<AudioOutput> MakeAudioOutput()
     return std::make_unique<PulseOutput>();
 }
 
-PulseOutput::PulseOutput() : m_connection([this] { Converge(); })
+PulseOutput::PulseOutput() : m_name(NameToShow({})), m_connection([this] { Converge(); })
 {
     const PulseConnection::Lock lock(m_connection);
     m_timingTimer =
@@ -67,6 +76,20 @@ void PulseOutput::Select(const std::string& id)
     const PulseConnection::Lock lock(m_connection);
     m_device = id;
     MoveStream();
+}
+
+void PulseOutput::SetName(const QString& name)
+{
+    const PulseConnection::Lock lock(m_connection);
+    m_name = NameToShow(name);
+    NameStream();
+}
+
+void PulseOutput::NameStream()
+{
+    if (m_stream != nullptr && pa_stream_get_state(m_stream) == PA_STREAM_READY) {
+        Forget(pa_stream_set_name(m_stream, m_name.c_str(), nullptr, nullptr));
+    }
 }
 
 void PulseOutput::MoveStream()
@@ -177,7 +200,7 @@ void PulseOutput::CreateStream()
     format.channels = 2;
     pa_channel_map map = {};
     pa_channel_map_init_stereo(&map);
-    m_stream = pa_stream_new(m_connection.Context(), "Sound", &format, &map);
+    m_stream = pa_stream_new(m_connection.Context(), m_name.c_str(), &format, &map);
     if (m_stream == nullptr) {
         return;
     }
@@ -291,6 +314,7 @@ void PulseOutput::OnStreamState(const pa_stream* stream)
     }
     const pa_stream_state_t state = pa_stream_get_state(m_stream);
     if (state == PA_STREAM_READY) {
+        NameStream(); // given while the stream was being made
         if (m_connection.HasSink(m_device)) {
             MoveStream(); // chosen while the stream was being made
         }

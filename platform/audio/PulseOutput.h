@@ -9,6 +9,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <mutex>
+#include <string>
 
 namespace lantern {
 
@@ -22,6 +23,7 @@ public:
 
     std::vector<Device> WaitForDevices(std::chrono::milliseconds atMost) override;
     void Select(const std::string& id) override;
+    void SetName(const QString& name) override;
     void Restart(int sampleRate, Source& source) override;
     void Begin() override;
     void Pause() override;
@@ -37,6 +39,7 @@ private:
     void ListenToStream();
     void LoseStream();
     void DropStream();
+    void NameStream();
     void MoveStream();
     void EmptyStream();
     void OnStreamState(const pa_stream* stream);
@@ -54,6 +57,7 @@ private:
     bool m_begun = false;
     bool m_paused = false;
     std::string m_device;
+    std::string m_name;
 
     pa_stream* m_stream = nullptr;
     int m_streamRate = 0;

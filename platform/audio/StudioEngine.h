@@ -50,6 +50,8 @@ public:
     float GetEngineTempo() override { return m_tempo; }
     void SetEngineTempo(float percent) override;
 
+    void NameSound(const QString& name) override { m_output->SetName(name); }
+
     SpectrumAnalyser* Spectrum() override { return this; }
 
 private:

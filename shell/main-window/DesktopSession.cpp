@@ -49,11 +49,6 @@ MediaIdentity IdentityOfThePlayer()
     return identity;
 }
 
-QString TitleOf(const QString& path)
-{
-    return StripExtension(path.mid(FolderOf(path, u'/').size()));
-}
-
 QByteArray UrlOf(const QString& path)
 {
     if (!path.startsWith(u'/'))
@@ -116,7 +111,7 @@ void DesktopSession::NoteTrack()
     if (m_notedMedia == m_to.track.CurrentMedia)
         return;
     m_notedMedia = m_to.track.CurrentMedia;
-    m_title = TitleOf(m_notedMedia);
+    m_title = TrackTitle(m_notedMedia);
     m_url = UrlOf(m_notedMedia);
     m_neighbours = {};
     LookForNeighbours();

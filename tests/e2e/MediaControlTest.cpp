@@ -64,6 +64,16 @@ protected:
                           "/org/mpris/MediaPlayer2", "--method", method});
         return Said(std::move(arguments));
     }
+    // What the desktop's mixer shows of the player.
+    bool AwaitMixer(const std::string& title) const
+    {
+        const std::string shown = "media.name = \"" + title + "\"\n";
+        return Eventually(
+            [&] {
+                return sound.Control({"list", "sink-inputs"}).find(shown) != std::string::npos;
+            },
+            kPatience, 20ms);
+    }
     double Position() const { return std::atof(Control({"position"}).c_str()); }
     bool AwaitControl(const std::vector<std::string>& question, const std::string& answer) const
     {
@@ -103,8 +113,10 @@ TEST_F(MediaControl, PlaysPausesAndMovesTheTrack)
 TEST_F(MediaControl, GoesToTheTracksBesideItAndToAnyOther)
 {
     ASSERT_NO_FATAL_FAILURE(Open());
+    EXPECT_TRUE(AwaitMixer("Song 2"));
     Control({"next"});
     EXPECT_TRUE(AwaitTone(880.0));
+    EXPECT_TRUE(AwaitMixer("Song 10"));
     EXPECT_TRUE(AwaitPicture(kTenth));
     EXPECT_THAT(Control({"next"}), HasSubstr("No player could handle this command"));
     Control({"previous"});

@@ -63,6 +63,7 @@ public:
     bool Loaded = false;
     QString LoadedPath;
     std::vector<std::uint8_t> LoadedImage;
+    QString SoundName;
 
     FakeSpectrumAnalyser Analyser{Status};
 
@@ -185,6 +186,8 @@ public:
     void SetEnginePitch(int semitones) override { Set("SetEnginePitch ", Pitch, semitones); }
     float GetEngineTempo() override { return Asked("GetEngineTempo", Tempo); }
     void SetEngineTempo(float percent) override { Set("SetEngineTempo ", Tempo, percent); }
+
+    void NameSound(const QString& name) override { SoundName = name; }
 
     SpectrumAnalyser* Spectrum() override { return &Analyser; }
 

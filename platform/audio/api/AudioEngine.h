@@ -65,6 +65,10 @@ public:
     virtual float GetEngineTempo() = 0; // -90 to +90 percent faster
     virtual void SetEngineTempo(float percent) = 0;
 
+    // What the sounds are called where the desktop shows who plays, from now on; empty for no name
+    // of their own. An engine that nobody hears does without.
+    virtual void NameSound(const QString&) {}
+
     // What shows the sound's spectrum; null where there is none. The engine's own.
     virtual SpectrumAnalyser* Spectrum() { return nullptr; }
 

@@ -338,6 +338,17 @@ TEST_F(OpenMediaTest, AFailureLeavesTheScreenClearedAndNothingRemembered)
     EXPECT_FALSE(m_track.MediaLoading);
 }
 
+TEST_F(OpenMediaTest, TheSoundIsCalledAsTheTrackAndOnlyWhileThereIsOne)
+{
+    m_loader.OpenMedia(MakeAudio("Singer - Song.mp3", 1000));
+    EXPECT_EQ(m_engine.SoundName, QStringLiteral("Singer - Song"));
+    MakeAudio("other.mp3", 1000);
+    m_loader.OpenMedia(MakePackets("other.cdg", 300));
+    EXPECT_EQ(m_engine.SoundName, QStringLiteral("other"));
+    m_loader.OpenMedia(In("none.mp3"));
+    EXPECT_EQ(m_engine.SoundName, QString());
+}
+
 TEST_F(OpenMediaTest, AnEmptyPathOpensAnEmptyTrack)
 {
     m_loader.OpenMedia(QStringLiteral(" \"\" "));

@@ -48,6 +48,18 @@ TEST(MediaTypes, OtherNamesAreNeither)
     }
 }
 
+TEST(MediaTypes, ATracksTitleIsItsFilesNameWithoutFolderAndExtension)
+{
+    const auto title = [](const char* path) {
+        return TrackTitle(QString::fromUtf8(path)).toStdString();
+    };
+    EXPECT_EQ(title("/music/Singer - Song.cdg"), "Singer - Song");
+    EXPECT_EQ(title("/music.cdg/Mr. Song.zip"), "Mr. Song");
+    EXPECT_EQ(title("song.bin"), "song");
+    EXPECT_EQ(title("/music.cdg/song"), "song");
+    EXPECT_EQ(title(""), "");
+}
+
 // The list is searched as one text between stars.
 TEST(MediaTypes, StarsInAnExtensionMatchThoseOfTheList)
 {

@@ -3,7 +3,8 @@
 
 #include <QString>
 
-// What the program calls itself, in messages, in the caption and between its instances.
+// What the program calls itself, in messages, in the caption, between its instances and to the
+// sound server.
 namespace lantern {
 
 inline const QString kApplicationTitle = QStringLiteral("Lyric Lantern CDG Player");
