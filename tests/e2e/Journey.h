@@ -28,8 +28,9 @@ protected:
 
     static constexpr QSize kScreenSize = {1600, 1200};
 
-    explicit Journey(const QSize& screenSize = kScreenSize)
-        : m_lentScreen(Lend<XServer>(screenSize.width(), screenSize.height()))
+    explicit Journey(const QSize& screenSize = kScreenSize,
+                     WindowManager manager = WindowManager::Openbox)
+        : m_lentScreen(Lend<XServer>(screenSize.width(), screenSize.height(), manager))
     {
     }
     void TearDown() override;

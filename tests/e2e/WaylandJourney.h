@@ -1,0 +1,46 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "Journey.h"
+#include "PlayerDesk.h"
+#include "WaylandServer.h"
+
+namespace lantern::test {
+
+// The player under a Wayland compositor. Nobody outside a program can ask for its windows there:
+// where they are is seen, and what the program says to the compositor is in its log.
+class WaylandJourney : public Journey {
+protected:
+    explicit WaylandJourney(int scale = 1);
+    void TearDown() override;
+
+    // Starts the player, with nothing or with a file, and waits for nothing.
+    void Start(const std::vector<std::string>& arguments = {},
+               const EnvironmentChanges& environment = {});
+    // The same with a track of one tone, and waits for its picture and its sound.
+    void OpenTone();
+    // Whether the program says this to the compositor, now or soon.
+    bool AwaitRequest(const std::string& text) const;
+    // How often it has said it.
+    std::size_t Requests(const std::string& text) const;
+
+    bool AwaitPictureSize(const QSize& units);
+    QRect WindowArea(); // of the main window, by its picture
+    PlayerDesk Desk() { return PlayerDesk(WindowArea()); }
+    // Where a frame of the player's own colour stands: a window of this size in units, or a menu;
+    // empty if there is none. A height of 0 stands for any.
+    QRect FrameArea(const QSize& units);
+    // The same, now or soon.
+    QRect AwaitFrame(const QSize& units);
+    bool AwaitNoFrame(const QSize& units);
+    static constexpr QSize kOptions = {412, 220};
+
+    const int scale;
+    std::unique_ptr<WaylandServer> compositor;
+    std::unique_ptr<Process> program;
+
+private:
+    std::filesystem::path m_log;
+};
+
+} // namespace lantern::test
