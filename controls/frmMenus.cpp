@@ -5,11 +5,12 @@
 #include "ProgramFont.h"
 #include "ScreenMetrics.h"
 
-#include <QGuiApplication>
+#include <QApplication>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QScopedValueRollback>
 #include <QScreen>
+#include <QWindow>
 
 #include <algorithm>
 
@@ -53,6 +54,7 @@ frmMenus::frmMenus(QWidget& owner, MenuState& state)
     setMouseTracking(true);
     setCursor(Qt::ArrowCursor);
     setFont(OwnFont());
+    StandOverActiveWindow();
     m_itemHeight = Measure(QStringLiteral("abc"), font()).Height() * ScreenTwips().y;
     m_state.hotItem = MenuState::kNone;
     m_state.previousHotItem = MenuState::kNone;
@@ -63,6 +65,17 @@ frmMenus::frmMenus(QWidget& owner, MenuState& state)
 frmMenus::~frmMenus()
 {
     hide();
+}
+
+// Where windows have no places on the screen, a menu is placed from the window that it stands over,
+// and in front of it. That may be another one than its owner's.
+void frmMenus::StandOverActiveWindow()
+{
+    const QWidget* active = QApplication::activeWindow();
+    if (KnowsWindowPlaces() || !active)
+        return;
+    winId();
+    windowHandle()->setTransientParent(active->windowHandle());
 }
 
 MenuGeometry frmMenus::Geometry() const

@@ -46,6 +46,7 @@ protected:
     void hideEvent(QHideEvent* event) override;
 
 private:
+    void StandOverActiveWindow();
     MenuGeometry Geometry() const;
     void FitToItems();
     void ClearGround();

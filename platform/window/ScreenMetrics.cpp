@@ -34,4 +34,9 @@ QRect DesktopRect()
     return screen ? screen->geometry() : QRect();
 }
 
+bool KnowsWindowPlaces()
+{
+    return !QGuiApplication::platformName().startsWith(QStringLiteral("wayland"));
+}
+
 } // namespace lantern

@@ -11,4 +11,8 @@ namespace lantern {
 TwipsPerPixel ScreenTwips();
 QRect DesktopRect(); // in pixels
 
+// Whether the program can know where its windows are on the screen. Under Wayland it can't, and
+// only places within a window mean something.
+bool KnowsWindowPlaces();
+
 } // namespace lantern

@@ -70,6 +70,24 @@ std::size_t WaylandJourney::Requests(const std::string& text) const
     return count;
 }
 
+// The corner lies five units before the pointer; the frame is one unit wide.
+bool WaylandJourney::AwaitMenu(Point opened)
+{
+    const Point corner = {opened.x - 5 * scale, opened.y - 5 * scale};
+    const auto isThere = [&] {
+        return eyes.At(corner) == kMenuFrame && eyes.At({corner.x + 40, corner.y}) == kMenuFrame &&
+               eyes.At({corner.x, corner.y + 40}) == kMenuFrame &&
+               eyes.At({corner.x + 40, corner.y + scale}) != kMenuFrame;
+    };
+    return Eventually(isThere, 5s);
+}
+
+bool WaylandJourney::AwaitNoMenu(Point opened)
+{
+    const Point corner = {opened.x - 5 * scale, opened.y - 5 * scale};
+    return Eventually([&] { return eyes.At(corner) != kMenuFrame; }, 5s);
+}
+
 bool WaylandJourney::AwaitPictureSize(const QSize& units)
 {
     return Eventually([&] { return PictureArea().size() == units * scale; }, kPatience, 50ms);

@@ -24,6 +24,10 @@ protected:
     // How often it has said it.
     std::size_t Requests(const std::string& text) const;
 
+    // Whether a menu stands there that the pointer opened, now or soon; whether it is gone.
+    bool AwaitMenu(Point opened);
+    bool AwaitNoMenu(Point opened);
+
     bool AwaitPictureSize(const QSize& units);
     QRect WindowArea(); // of the main window, by its picture
     PlayerDesk Desk() { return PlayerDesk(WindowArea()); }

@@ -21,6 +21,22 @@ TEST_F(Wayland, ATrackIsSeenAndHeard)
     EXPECT_EQ(program->WaitForExit(kPatience), 0);
 }
 
+TEST_F(Wayland, TheMenuOpensAtThePointerWhereverTheWindowIs)
+{
+    OpenTone();
+    // To where the program would not have put it.
+    const QRect start = PictureArea();
+    hand.Drag({start.x() + 50, start.y() + 50}, {80, 80});
+    ASSERT_TRUE(Eventually([&] { return PictureArea().topLeft() == QPoint(30, 30); }, kPatience))
+        << PictureArea().x() << ", " << PictureArea().y();
+    for (const Point point : {Point{100, 60}, Point{500, 300}, Point{300, 420}}) {
+        hand.Click(point, 3);
+        EXPECT_TRUE(AwaitMenu(point)) << point.x << ", " << point.y;
+        hand.Key("Escape");
+        EXPECT_TRUE(AwaitNoMenu(point));
+    }
+}
+
 // However the options are closed, the keys are the player's again, without a click.
 class WaylandOptions : public WaylandJourney {
 protected:
@@ -61,6 +77,21 @@ TEST_F(WaylandOptions, GiveTheKeyboardBackByTheirButton)
     ShowOptions();
     hand.Click(At(218, 109)); // the volume
     EXPECT_TRUE(AwaitLevel(Side::Left, kLoudness / 2 / std::numbers::sqrt2, 0.01));
+    hand.Click(At(392, 200));
+    ExpectKeyboardAtPlayer();
+}
+
+TEST_F(WaylandOptions, TheMenuOpensAtThePointerInFrontOfThem)
+{
+    ShowOptions();
+    hand.Click(At(60, 190), 3);
+    EXPECT_TRUE(AwaitMenu(At(60, 190)));
+    hand.Key("Escape");
+    EXPECT_TRUE(AwaitNoMenu(At(60, 190)));
+    hand.Click(At(150, 135));
+    EXPECT_TRUE(AwaitMenu(At(150, 135))) << "of the sound devices";
+    hand.Key("Escape");
+    EXPECT_TRUE(AwaitNoMenu(At(150, 135)));
     hand.Click(At(392, 200));
     ExpectKeyboardAtPlayer();
 }
