@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "CommandLink.h"
 
+#include "ActivationToken.h"
 #include "HexDigit.h"
 #include "InstanceLock.h"
 #include "fDDE.h"
@@ -171,7 +172,7 @@ void CommandLink::RunPending()
     const QPointer<CommandLink> guard(this);
     while (guard && !m_pending.isEmpty()) {
         const QString command = m_pending.takeFirst();
-        m_host.TakeFocus();
+        m_host.TakeFocus(TakeActivationToken(m_lock.LinkPath()));
         if (guard && !command.isEmpty())
             m_host.OpenMedia(command);
     }

@@ -21,7 +21,9 @@ class InstanceLock;
 class CommandHost {
 public:
     virtual ~CommandHost() = default;
-    virtual void TakeFocus() = 0; // the window comes forward and takes the keyboard
+    // The window comes forward and takes the keyboard, by the token of a compositor if there is
+    // one.
+    virtual void TakeFocus(const QByteArray& activationToken) = 0;
     virtual void OpenMedia(const QString& commandText) = 0;
 };
 

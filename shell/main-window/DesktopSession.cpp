@@ -138,7 +138,7 @@ std::int64_t DesktopSession::PositionMs()
 
 void DesktopSession::Raise()
 {
-    m_window.TakeFocus();
+    m_window.TakeFocus({});
 }
 
 void DesktopSession::Quit()

@@ -7,6 +7,7 @@
 #include "MakeZipHandler.h"
 #include "PlayerSettings.h"
 #include "Version.h"
+#include "WindowActivation.h"
 #include "WindowLayout.h"
 #include "frmOptions.h"
 #include "modAPI.h"
@@ -160,11 +161,11 @@ void f101::JoinDesktop()
     });
 }
 
-void f101::TakeFocus()
+void f101::TakeFocus(const QByteArray& activationToken)
 {
     setWindowState(windowState() & ~Qt::WindowMinimized);
     raise();
-    activateWindow();
+    ActivateBy(activationToken, *this);
 }
 
 void f101::OpenMedia(const QString& path)

@@ -62,7 +62,7 @@ public:
     // Once it is shown: the desktop learns of the player, and may act on it.
     void JoinDesktop();
 
-    void TakeFocus() override;
+    void TakeFocus(const QByteArray& activationToken) override;
     void OpenMedia(const QString& path) override;
     void MainPopup(CommandId command);
     void DoKeyDown(KeyCode keyCode, ShiftBits shift) override;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "RunPlayer.h"
 
+#include "ActivationToken.h"
 #include "Application.h"
 #include "Complaint.h"
 #include "InstalledFiles.h"
@@ -76,7 +77,9 @@ public:
     {
         const QString nameComplaint = NameComplaint(commandArgs);
         Complain(nameComplaint);
-        fDDE link(m_state.InstanceMutex.LinkPath());
+        const QByteArray linkPath = m_state.InstanceMutex.LinkPath();
+        LeaveActivationToken(linkPath, qgetenv("XDG_ACTIVATION_TOKEN"));
+        fDDE link(linkPath);
         link.ExecuteDDE(commandArgs);
         if (nameComplaint.isEmpty() && !link.IsSent())
             Complain(LinkComplaint(commandArgs));

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "CommandLink.h"
+#include "ActivationToken.h"
 #include "InstanceLock.h"
 #include "PathText.h"
 #include "fDDE.h"
@@ -74,7 +75,11 @@ TEST(CommandText, WhatIsNoCommandIsRefused)
 
 class Recorder : public CommandHost {
 public:
-    void TakeFocus() override { ++focused; }
+    void TakeFocus(const QByteArray& activationToken) override
+    {
+        ++focused;
+        tokens.append(activationToken);
+    }
     void OpenMedia(const QString& commandText) override
     {
         EXPECT_EQ(QThread::currentThread(), QCoreApplication::instance()->thread());
@@ -85,6 +90,7 @@ public:
     }
 
     int focused = 0;
+    QByteArrayList tokens;
     QStringList opened;
     QStringList closed;
     std::function<void()> whileOpening; // once
@@ -165,6 +171,17 @@ TEST_F(CommandLinkTest, AnEmptyCommandOnlyBringsItForward)
     Send(QString());
     EXPECT_TRUE(WaitUntil([&] { return m_host.focused == 1; }));
     EXPECT_TRUE(m_host.opened.isEmpty());
+}
+
+TEST_F(CommandLinkTest, TheWindowComesForwardByTheTokenOfTheCommandOnce)
+{
+    CommandLink link(m_lock, m_host);
+    LeaveActivationToken(m_lock.LinkPath(), "token");
+    Send(QString());
+    EXPECT_TRUE(WaitUntil([&] { return m_host.focused == 1; }));
+    Send(QString());
+    EXPECT_TRUE(WaitUntil([&] { return m_host.focused == 2; }));
+    EXPECT_THAT(m_host.tokens, ElementsAre("token", ""));
 }
 
 TEST_F(CommandLinkTest, CommandsArriveInTheOrderOfTheirSenders)

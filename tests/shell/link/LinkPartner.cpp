@@ -19,7 +19,7 @@ namespace {
 
 class Printer : public CommandHost {
 public:
-    void TakeFocus() override { Print("focus"); }
+    void TakeFocus(const QByteArray&) override { Print("focus"); }
     void OpenMedia(const QString& commandText) override
     {
         Print("open " + NativeFromText(commandText));

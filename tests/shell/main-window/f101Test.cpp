@@ -211,7 +211,7 @@ TEST_F(f101Test, ALaterStartBringsTheWindowForwardAndHandsItsTrackOver)
     Load();
     window.showMinimized();
     Settle();
-    window.TakeFocus();
+    window.TakeFocus({});
     EXPECT_FALSE(window.isMinimized());
     window.OpenMedia(u'"' + path + u'"');
     EXPECT_EQ(engine.Status, SoundStatus::Playing);

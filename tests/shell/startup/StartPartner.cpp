@@ -58,7 +58,7 @@ protected:
     }
 
 private:
-    void TakeFocus() override { Print("Focus", {}); }
+    void TakeFocus(const QByteArray& token) override { Print("Focus", QString::fromUtf8(token)); }
     void OpenMedia(const QString& commandText) override { Print("Open", commandText); }
 
     ProgramState& m_state;

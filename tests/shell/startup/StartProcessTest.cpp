@@ -142,6 +142,20 @@ TEST_F(StartProcessTest, ALaterStartHandsOverWithoutEverTouchingTheWindowSystem)
     EXPECT_EQ(Quit(*first), 0);
 }
 
+TEST_F(StartProcessTest, ALaterStartHandsItsActivationTokenOver)
+{
+    const auto first = Start();
+    EXPECT_EQ(ArgsOf(*first), "Args");
+    const QString variable = QStringLiteral("XDG_ACTIVATION_TOKEN");
+    m_environment.insert(variable, QStringLiteral("launcher 12_TIME345"));
+    EXPECT_TRUE(Start()->waitForFinished());
+    EXPECT_EQ(Line(*first), "Focus launcher 12_TIME345");
+    m_environment.insert(variable, QStringLiteral("two\nlines"));
+    EXPECT_TRUE(Start()->waitForFinished());
+    EXPECT_EQ(Line(*first), "Focus");
+    EXPECT_EQ(Quit(*first), 0);
+}
+
 // As when a cleaner of old files has been at the folder for run-time files.
 TEST_F(StartProcessTest, ALaterStartThatReachesNobodyTellsOfItsTrack)
 {
