@@ -151,6 +151,16 @@ TEST_F(ReplaceFileTest, ALinkStaysALink)
     EXPECT_EQ(Names(), (std::set<std::string>{"far", "first"}));
 }
 
+TEST_F(ReplaceFileTest, AsManyLinksStayAsTheSystemFollows)
+{
+    Make("0");
+    for (int link = 1; link <= 40; ++link)
+        std::filesystem::create_symlink(std::to_string(link - 1), m_folder / std::to_string(link));
+    EXPECT_EQ(ReplaceFile(In("40"), "new"), 0);
+    EXPECT_EQ(Bytes("0"), "new");
+    EXPECT_TRUE(std::filesystem::is_symlink(m_folder / "1"));
+}
+
 TEST_F(ReplaceFileTest, AtTheEndOfALinkThatLeadsNowhereTheFileIsMade)
 {
     std::filesystem::create_directory(m_folder / "far");

@@ -69,6 +69,14 @@ TEST(FileNameOfUri, WhatShouldHaveBeenEscapedMeansItself)
     EXPECT_EQ(Name("file:///\xE9.cdg"), QByteArray("/\xE9.cdg"));
 }
 
+TEST(FileNameOfUri, WhatLiesBehindTheTextIsNotOfAnEscape)
+{
+    const QByteArrayView text = "file:///%41";
+    EXPECT_EQ(Name(text), QByteArray("/A"));
+    EXPECT_EQ(Name(text.first(10)), QByteArray("/%4"));
+    EXPECT_EQ(Name(text.first(9)), QByteArray("/%"));
+}
+
 TEST(FileNameOfUri, ANameThatNoFileCanHaveIsRefused)
 {
     EXPECT_EQ(Name("file:///a%00.cdg"), std::nullopt);
