@@ -69,9 +69,16 @@ protected:
         fresh.FGsetdc(&whole);
         fresh.FGsetdacs(0, 16, colours);
         for (int y = 0; y < 216; ++y) {
-            for (int x = 0; x < 300; ++x) {
-                fresh.FGsetcolor(buffers.FGgetpixel(x, y));
-                fresh.FGputpixel(x, y);
+            int begin = 0; // of a run of one colour
+            int colour = buffers.FGgetpixel(0, y);
+            for (int x = 1; x <= 300; ++x) {
+                const int next = x < 300 ? buffers.FGgetpixel(x, y) : -1;
+                if (next == colour)
+                    continue;
+                fresh.FGsetcolor(colour);
+                fresh.FGrect(begin, x - 1, y, y);
+                begin = x;
+                colour = next;
             }
         }
         ShowWindow(fresh);
