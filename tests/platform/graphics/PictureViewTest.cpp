@@ -89,6 +89,19 @@ TEST_F(View, ACopiedRectangleIsSeen)
     EXPECT_THAT(ChangesOfShow(), ElementsAre(DeviceRect{12, 24, 12, 24}));
 }
 
+TEST_F(View, ARolledPageIsSeen)
+{
+    buffers.DrawTile(12, 24, kSolid, 0, 1, false);
+    Show();
+    buffers.RollPage(6, 0, picture);
+    EXPECT_THAT(ChangesOfShow(), ElementsAre(DeviceRect{0, 24, 24, 24}))
+        << "six pixels further left";
+    EXPECT_EQ(image.At(0, 24), image.At(11, 47));
+    EXPECT_NE(image.At(0, 24), image.At(12, 24));
+    buffers.RollPage(0, 0, picture);
+    EXPECT_THAT(ChangesOfShow(), IsEmpty());
+}
+
 TEST_F(View, APixelAndARectangleAreSeen)
 {
     Show();
