@@ -61,10 +61,8 @@ QByteArray UrlOf(const QString& path)
 DesktopSession::DesktopSession(const CommandTargets& targets, CommandHost& window)
     : m_to(targets), m_window(window), m_bus(*this, RatesOfThePlayer(), IdentityOfThePlayer())
 {
-    QObject::connect(&m_lookout, &QFutureWatcher<Neighbours>::finished, &m_context, [this] {
-        if (m_lookout.future().resultCount() > 0)
-            m_neighbours = m_lookout.result();
-    });
+    QObject::connect(&m_lookout, &QFutureWatcher<Neighbours>::finished, &m_context,
+                     [this] { m_neighbours = m_lookout.result(); });
 }
 
 DesktopSession::~DesktopSession() = default;
@@ -113,20 +111,21 @@ void DesktopSession::NoteTrack()
     m_notedMedia = m_to.track.CurrentMedia;
     m_title = TrackTitle(m_notedMedia);
     m_url = UrlOf(m_notedMedia);
-    m_neighbours = {};
     LookForNeighbours();
 }
 
-// In the background: a folder may hold very many files, or be far away.
+// In the background: a folder may hold very many files, or be far away. Until it is known, what was
+// beside the track before counts, so that no wish in between is lost: one too many does nothing.
 void DesktopSession::LookForNeighbours()
 {
     const auto promise = std::make_shared<QPromise<Neighbours>>();
     m_lookout.setFuture(promise->future());
     promise->start();
     QThreadPool::globalInstance()->start([promise, path = m_notedMedia] {
+        Neighbours found;
         if (!path.isEmpty())
-            promise->addResult(Neighbours{!NeighbourTrack(path, 1).isEmpty(),
-                                          !NeighbourTrack(path, -1).isEmpty()});
+            found = {!NeighbourTrack(path, 1).isEmpty(), !NeighbourTrack(path, -1).isEmpty()};
+        promise->addResult(found);
         promise->finish();
     });
 }
@@ -210,15 +209,12 @@ bool DesktopSession::OpenFile(const QString& path)
 
 void DesktopSession::RunLater()
 {
-    if (std::exchange(m_isWishDue, true))
-        return;
     QMetaObject::invokeMethod(
         &m_context, [this] { RunWish(); }, Qt::QueuedConnection);
 }
 
 void DesktopSession::RunWish()
 {
-    m_isWishDue = false;
     const Wish wish = std::exchange(m_wish, {});
     if (wish.isToQuit) {
         m_to.window.Exit();

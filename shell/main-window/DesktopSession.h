@@ -73,7 +73,6 @@ private:
     QByteArray m_url;
     Neighbours m_neighbours;
     Wish m_wish;
-    bool m_isWishDue = false;
     QObject m_context; // calls that are put off go with it
     QFutureWatcher<Neighbours> m_lookout;
     DesktopBus m_bus;

@@ -5,6 +5,9 @@
 
 #include <QDBusArgument>
 #include <QDBusObjectPath>
+#include <QSemaphore>
+#include <QThreadPool>
+#include <QTimer>
 #include <QUrl>
 
 #include <array>
@@ -69,6 +72,14 @@ protected:
             client.Call(kName, kPath, interface, QString::fromLatin1(method), arguments);
         Settle();
         return answer.type();
+    }
+    // Starts the timer when a change is told that nobody has asked for.
+    void ListenForChanges(QTimer& told)
+    {
+        told.setInterval(std::chrono::hours(1));
+        client.Connection().connect(kName, kPath, kProperties, QStringLiteral("PropertiesChanged"),
+                                    &told, SLOT(start()));
+        client.HasOwner(kName); // the bus has taken the wish when it answers the next one
     }
     QVariantMap Metadata() { return qdbus_cast<QVariantMap>(Property("Metadata")); }
     QString Title() { return Metadata().value(QStringLiteral("xesam:title")).toString(); }
@@ -148,16 +159,38 @@ TEST_F(WindowDesktopTest, ItGoesToTheTracksBeside)
     EXPECT_EQ(Property("CanGoPrevious"), true);
     Do("Next");
     EXPECT_TRUE(TitleBecomes(QStringLiteral("track3")));
-    EXPECT_TRUE(BusClient::Soon([this] { return Property("CanGoPrevious") == true; }));
-    EXPECT_EQ(Property("CanGoNext"), false);
+    EXPECT_TRUE(BusClient::Soon([this] { return Property("CanGoNext") == false; }));
+    EXPECT_EQ(Property("CanGoPrevious"), true);
     Do("Next"); // there is none
     EXPECT_EQ(Title(), QStringLiteral("track3"));
     Do("Previous");
     EXPECT_TRUE(TitleBecomes(QStringLiteral("track2")));
     Do("Previous");
     EXPECT_TRUE(TitleBecomes(QStringLiteral("track1")));
-    EXPECT_TRUE(BusClient::Soon([this] { return Property("CanGoNext") == true; }));
-    EXPECT_EQ(Property("CanGoPrevious"), false);
+    EXPECT_TRUE(BusClient::Soon([this] { return Property("CanGoPrevious") == false; }));
+    EXPECT_EQ(Property("CanGoNext"), true);
+}
+
+// To look for them may take as long as a folder on another machine does.
+TEST_F(WindowDesktopTest, ItGoesOnBeforeItHasLookedWhatLiesBesideTheNewTrack)
+{
+    ASSERT_NO_FATAL_FAILURE(Open());
+    EXPECT_TRUE(BusClient::Soon([this] { return Property("CanGoPrevious") == true; }));
+    QThreadPool& threads = *QThreadPool::globalInstance();
+    QSemaphore mayLook;
+    for (int busy = 0; busy < threads.maxThreadCount(); ++busy)
+        threads.start([&mayLook] { mayLook.acquire(); });
+    Do("Previous");
+    EXPECT_EQ(Title(), QStringLiteral("track1"));
+    Do("Next");
+    EXPECT_EQ(Title(), QStringLiteral("track2"));
+    Do("Next");
+    EXPECT_EQ(Title(), QStringLiteral("track3"));
+    mayLook.release(threads.maxThreadCount());
+    EXPECT_TRUE(BusClient::Soon([this] { return Property("CanGoNext") == false; }));
+    EXPECT_EQ(Property("CanGoPrevious"), true);
+    window.OpenMedia(folder.filePath(QStringLiteral("gone.cdg")));
+    EXPECT_TRUE(BusClient::Soon([this] { return Property("CanGoPrevious") == false; }));
 }
 
 // The next track plays, waits or is silent as the one before.
@@ -201,6 +234,55 @@ TEST_F(WindowDesktopTest, ItOpensWhatItCanPlay)
     // By its sound, as well.
     EXPECT_EQ(open(sound), QDBusMessage::ReplyMessage);
     EXPECT_TRUE(TitleBecomes(QStringLiteral("track3")));
+}
+
+TEST_F(WindowDesktopTest, ATickTellsWhatHasChanged)
+{
+    ASSERT_NO_FATAL_FAILURE(Open());
+    window.UpdatePlayer();
+    QTimer told;
+    ListenForChanges(told);
+    engine.Volume = 30;
+    window.UpdatePlayer();
+    EXPECT_TRUE(BusClient::Soon([&] { return told.isActive(); }));
+}
+
+TEST_F(WindowDesktopTest, AValueThatIsSetIsShownAsAMessage)
+{
+    ASSERT_NO_FATAL_FAILURE(Open());
+    Set("Volume", 0.25);
+    EXPECT_EQ(Status(), QStringLiteral("Volume: 25%"));
+    Set("Rate", 0.7);
+    EXPECT_EQ(Status(), QStringLiteral("Speed: -30%"));
+}
+
+TEST_F(WindowDesktopTest, ItComesForwardAndGoesAsItIsAsked)
+{
+    ASSERT_NO_FATAL_FAILURE(Open());
+    window.showMinimized();
+    Settle();
+    EXPECT_EQ(Do("Raise", {}, kRoot), QDBusMessage::ReplyMessage);
+    EXPECT_FALSE(window.isMinimized());
+    EXPECT_TRUE(window.isVisible());
+    EXPECT_EQ(Do("Quit", {}, kRoot), QDBusMessage::ReplyMessage);
+    EXPECT_FALSE(window.isVisible());
+    EXPECT_EQ(engine.Status, SoundStatus::Stopped);
+    EXPECT_TRUE(BusClient::Soon([this] { return !client.HasOwner(kName); }))
+        << "who is gone isn't asked any more";
+}
+
+TEST_F(WindowDesktopTest, TheTrackOfTheLastTimeIsOpenedByTheWishToPlay)
+{
+    state.Settings->SetSetting(kLastPlayedKey.toString(), MakeBlueTrack());
+    ASSERT_NO_FATAL_FAILURE(Load());
+    window.JoinDesktop();
+    ASSERT_TRUE(BusClient::Soon([this] { return client.HasOwner(kName); }));
+    EXPECT_EQ(Title(), QStringLiteral("track1"));
+    EXPECT_EQ(Property("CanSeek"), false);
+    EXPECT_EQ(engine.Status, SoundStatus::Empty);
+    Do("Play");
+    EXPECT_TRUE(BusClient::Soon([this] { return engine.Status == SoundStatus::Playing; }));
+    EXPECT_EQ(Property("CanSeek"), true);
 }
 
 } // namespace
