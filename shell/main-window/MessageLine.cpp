@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "MessageLine.h"
 
+#include "ControlAccessibility.h"
+
 #include <QAccessible>
 
 namespace lantern {
@@ -11,13 +13,7 @@ void MessageLine::ShowMessage(bool visible)
     setVisible(visible);
     m_announced = Caption();
     if (takesAnothersPlace)
-        TellShown();
-}
-
-void MessageLine::TellShown()
-{
-    QAccessibleEvent shown(this, QAccessible::ObjectShow);
-    QAccessible::updateAccessibility(&shown);
+        TellTools(QAccessibleEvent(this, QAccessible::ObjectShow));
 }
 
 Spoken MessageLine::Speak() const

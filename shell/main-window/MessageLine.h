@@ -15,9 +15,6 @@ public:
 
     Spoken Speak() const override;
 
-protected:
-    virtual void TellShown();
-
 private:
     QString m_announced; // of the message that stands
 };

@@ -75,9 +75,7 @@ void Toolbar::MakeSlider(ctlSlide& slider, const TwipRect& rect, const QString& 
 // stays hidden when the window is shown.
 void Toolbar::MakeButton(const ToolbarButton& row, QWidget& pic)
 {
-    Ambient ambient;
-    ambient.backColor = kBlack;
-    auto* const button = new ctlPicBtn(&FrameOf(row.parent), ambient);
+    auto* const button = new ctlPicBtn(&FrameOf(row.parent));
     m_tBtn.at(static_cast<std::size_t>(NumberOf(row.command))) = button;
     button->setObjectName(QStringLiteral("tBtn(%1)").arg(NumberOf(row.command)));
     button->DisableRefresh();
