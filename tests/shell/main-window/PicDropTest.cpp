@@ -139,6 +139,20 @@ TEST_F(PicDropTest, TheNextDragIsLookedAtAnew)
     EXPECT_EQ(Enter(track), Qt::CopyAction);
 }
 
+TEST_F(PicDropTest, WhatHasLeftOrWasDroppedIsOfferedNothingMore)
+{
+    const test::RawFileList track("file:///m/a.cdg\r\n");
+    DropData nothing(nullptr);
+    Enter(track);
+    EXPECT_EQ(picDrop.DragOver(nothing, DragState::Over), DropEffect::Move);
+    EXPECT_EQ(picDrop.DragOver(nothing, DragState::Leave), DropEffect::None);
+    EXPECT_EQ(picDrop.DragOver(nothing, DragState::Over), DropEffect::None);
+    Enter(track);
+    Drop(track);
+    Opened();
+    EXPECT_EQ(picDrop.DragOver(nothing, DragState::Over), DropEffect::None);
+}
+
 TEST_F(PicDropTest, ASourceThatFallsSilentAtTheDropOpensNothing)
 {
     const test::RawFileList track("file:///m/a.cdg\r\n");

@@ -87,12 +87,13 @@ protected:
     QStringList messages;
     ProgramState state;
     FakeAudioEngine& engine; // owned by the window
-    f101 window;
+    std::unique_ptr<f101> owner;
+    f101& window = *owner; // until a test ends it by its owner
 
     explicit WindowFixture(std::unique_ptr<FakeAudioEngine> made)
         : state(QFile::encodeName(folder.path()), {}), engine(*made),
-          window(StateOfAStart(), std::move(made),
-                 [this](const QString& text) { messages.append(text); })
+          owner(std::make_unique<f101>(StateOfAStart(), std::move(made),
+                                       [this](const QString& text) { messages.append(text); }))
     {
         engine.DurationMs = 10000;
     }

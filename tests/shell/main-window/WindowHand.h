@@ -19,6 +19,8 @@ namespace lantern {
 // A main window with a hand on the mouse, and eyes for the menu and the options.
 class WindowHand : public WindowFixture {
 protected:
+    using WindowFixture::WindowFixture;
+
     // A window that was closed before has asked for the end of all event loops: from this one on
     // they run again.
     void SetUp() override

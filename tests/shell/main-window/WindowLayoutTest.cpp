@@ -77,8 +77,8 @@ TEST(WindowLayout, TiesAreRoundedToTheEvenTwip)
 
 TEST(WindowLayout, AnAreaSmallerThanItsMarginsHoldsNoPicture)
 {
-    EXPECT_EQ(PictureRect({700, 2000}, 375, 0).width, 0);
-    EXPECT_EQ(PictureRect({2000, 700}, 375, 0).height, 0);
+    EXPECT_EQ(PictureRect({700, 2000}, 375, 0), (TwipRect{375, 375, 0, 1250}));
+    EXPECT_EQ(PictureRect({2000, 700}, 375, 0), (TwipRect{375, 375, 1250, 0}));
     EXPECT_EQ(PictureRect({0, 0}, 375, 795), (TwipRect{375, 375, 0, 0}));
 }
 

@@ -162,6 +162,22 @@ TEST_F(WindowMouseTest, ADoubleClickOnPictureAndSkinTogglesFullScreen)
     EXPECT_FALSE(window.isFullScreen()) << "nor with the other button";
 }
 
+TEST_F(WindowMouseTest, TheSecondPressOfADoubleClickOnTheBarMovesTheWindowLikeTheFirst)
+{
+    Load();
+    const QPoint at = BarePlaceOf("TBar");
+    const QPoint before = window.pos();
+    const int moment = QTest::lastMouseTimestamp;
+    Click(at);
+    QTest::lastMouseTimestamp = moment + 2; // the hand is quick
+    MouseDown(at);
+    MouseMove(at + QPoint(10, 10));
+    MouseMove(at + QPoint(40, 40));
+    MouseUp(at);
+    EXPECT_EQ(window.pos() - before, QPoint(40, 40));
+    EXPECT_FALSE(window.isFullScreen());
+}
+
 TEST_F(WindowMouseTest, InFullScreenTheBarComesAndGoesWithThePointer)
 {
     Load();

@@ -20,9 +20,12 @@ public:
     QRegion Painted;
     int Paints = 0;
 
+    int Requests = 0;
+
 protected:
     bool eventFilter(QObject*, QEvent* event) override
     {
+        Requests += event->type() == QEvent::UpdateRequest ? 1 : 0;
         if (event->type() == QEvent::Paint) {
             Painted += static_cast<QPaintEvent*>(event)->region();
             ++Paints;
@@ -141,6 +144,12 @@ TEST_F(WindowPaintTest, AFlickerIsThinnedOutAndItsEndIsSeen)
     const auto last = static_cast<std::uint32_t>(engine.PositionMs * 3 / 10);
     const auto component = [&](int shift) { return (last >> shift & 0xFU) * 17; };
     EXPECT_EQ(ShownColour(), 0xFF000000 | component(8) << 16 | component(4) << 8 | component(0));
+
+    // Once that is seen, nothing is left to paint.
+    Wait(400);
+    PaintWatch rest(window);
+    Wait(1000);
+    EXPECT_EQ(rest.Requests, 0);
 }
 
 } // namespace

@@ -35,6 +35,21 @@ TEST_F(WindowPartsTest, ADragToTheEndOfAPlayingTrackLetsGoOfTheSlider)
     EXPECT_LT(slider.Value(), slider.Max());
 }
 
+TEST_F(WindowPartsTest, AMinimisedWindowPlacesNothingWhateverItsSize)
+{
+    Load();
+    const QRect picture = PartNamed("pic").geometry();
+    window.showMinimized();
+    Settle();
+    window.resize(900, 700);
+    Settle();
+    EXPECT_EQ(PartNamed("pic").geometry(), picture);
+    EXPECT_EQ(PartNamed("Skinner").size(), QSize(626, 487));
+    window.showNormal();
+    Settle();
+    EXPECT_EQ(PartNamed("Skinner").size(), window.size());
+}
+
 TEST_F(WindowPartsTest, SkinAndToolbarFollowAStateThatTheWindowSystemSets)
 {
     Load();

@@ -54,6 +54,27 @@ TEST_F(WindowTracksTest, NoPictureOfTheLastTrackComesBackByASkip)
     EXPECT_EQ(Middle(), 0xFFFF0000U);
 }
 
+// The sound may have gone on by the first tick.
+TEST_F(WindowTracksTest, ANewTrackIsSeenFromItsFirstPacketWhereverTheLastOneWas)
+{
+    Load(MakePlainTrack(0x00F));
+    PlayTo(100);
+    ASSERT_EQ(Middle(), 0xFF0000FFU);
+    window.OpenMedia(MakePlainTrack(0xF00));
+    PlayTo(200);
+    EXPECT_EQ(Middle(), 0xFFFF0000U);
+}
+
+TEST_F(WindowTracksTest, AnOpenedTrackTakesTheMessageAway)
+{
+    Load();
+    EXPECT_FALSE(Message().isVisible());
+    Press('V');
+    ASSERT_TRUE(Message().isVisible());
+    window.OpenMedia(MakeBlueTrack());
+    EXPECT_FALSE(Message().isVisible());
+}
+
 TEST_F(WindowTracksTest, APausedTrackLeavesTheSliderInTheHand)
 {
     Load(MakeBlueTrack());

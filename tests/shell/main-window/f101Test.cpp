@@ -88,6 +88,8 @@ TEST_F(f101Test, TheWindowComesUpAtSizeTwoInTheMiddleOfTheScreen)
     const QRect desktop = DesktopRect();
     EXPECT_EQ(window.x(), (desktop.width() - window.width()) / 2 + desktop.x());
     EXPECT_EQ(window.minimumSize(), QSize(338, 295));
+    EXPECT_EQ(window.maximumSize(), QSize(200000, 200000)) << "the screens set the limits";
+    EXPECT_TRUE(window.windowFlags().testFlag(Qt::FramelessWindowHint)) << "the skin is its frame";
 }
 
 TEST_F(f101Test, ATrackPlaysAndThePictureFollowsTheSound)
