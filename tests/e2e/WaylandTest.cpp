@@ -1,12 +1,28 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "FileDrag.h"
 #include "WaylandJourney.h"
 
+#include <cmath>
 #include <numbers>
 
 namespace lantern::test {
 namespace {
 
-class Wayland : public WaylandJourney {};
+constexpr QRgb kOther = 0xFFCC3366;
+
+class Wayland : public WaylandJourney {
+protected:
+    EnvironmentChanges SourceEnvironment() const
+    {
+        EnvironmentChanges environment = compositor->Environment();
+        environment.emplace_back("XDG_RUNTIME_DIR", (home.Folder() / "runtime").string());
+        return environment;
+    }
+    bool AwaitWindow(const QRect& area)
+    {
+        return Eventually([&] { return WindowArea() == area; }, 5s, 50ms);
+    }
+};
 
 TEST_F(Wayland, ATrackIsSeenAndHeard)
 {
@@ -35,6 +51,108 @@ TEST_F(Wayland, TheMenuOpensAtThePointerWhereverTheWindowIs)
         hand.Key("Escape");
         EXPECT_TRUE(AwaitNoMenu(point));
     }
+}
+
+TEST_F(Wayland, TheDigitKeysGiveTheExactSizes)
+{
+    OpenTone();
+    // It grows from where it is; the largest would not have the room elsewhere.
+    const QRect start = PictureArea();
+    hand.Drag({start.x() + 50, start.y() + 50}, {80, 80});
+    for (const int size : {1, 3, 4, 5, 2}) {
+        hand.Key(std::to_string(size));
+        EXPECT_TRUE(AwaitPictureSize({288 * size, 192 * size}))
+            << size << ": " << PictureArea().width() << " x " << PictureArea().height();
+    }
+}
+
+TEST_F(Wayland, FullScreenFillsTheScreenShowsItsBarAndComesBack)
+{
+    OpenTone();
+    const QRect before = WindowArea();
+    hand.MoveTo(PicturePoint());
+    hand.Key("f");
+    const QRect whole(0, 0, screen.Width(), screen.Height());
+    ASSERT_TRUE(AwaitColour({2, 2}, kBorder));
+    EXPECT_TRUE(AwaitColour({whole.right() - 2, whole.bottom() - 2}, kBorder));
+    const Point centre = {whole.center().x(), whole.center().y()};
+    const Point inBar = {whole.center().x() - 100, whole.bottom() - 40};
+    hand.MoveTo(centre);
+    EXPECT_TRUE(AwaitColour(inBar, kBorder));
+    EXPECT_TRUE(AwaitColour(centre, kPicture)) << "no pointer over the picture";
+    hand.MoveTo({centre.x, whole.bottom() - 2});
+    EXPECT_TRUE(AwaitColour(inBar, 0xFF000000));
+    KeepPicture(eyes.Screen(), "wayland-full-screen");
+    hand.MoveTo(centre);
+    EXPECT_TRUE(AwaitColour(inBar, kBorder));
+    hand.DoubleClick(centre);
+    EXPECT_TRUE(AwaitPictureSize({576, 384}));
+    EXPECT_EQ(WindowArea(), before);
+}
+
+TEST_F(Wayland, ItMovesByItsBodyAndIsSizedByItsFrameButNotBelowItsMinimum)
+{
+    OpenTone();
+    const QRect start = WindowArea();
+    const Point body = {start.x() + 300, start.y() + 200};
+    hand.Drag(body, {body.x + 90, body.y + 60});
+    EXPECT_TRUE(AwaitWindow(start.translated(90, 60)));
+    const QRect moved = WindowArea();
+    hand.Drag({moved.right() - 1, moved.bottom() - 1}, {moved.right() + 287, moved.bottom() + 191});
+    EXPECT_TRUE(AwaitPictureSize({864, 576}));
+    const QRect large = WindowArea();
+    hand.Drag({large.x() + 1, large.y() + 1}, {large.right() - 50, large.bottom() - 50});
+    EXPECT_TRUE(AwaitPictureSize({288, 192}));
+    EXPECT_TRUE(AwaitWindow(QRect(large.right() + 1 - 338, large.bottom() + 1 - 295, 338, 295)));
+}
+
+TEST_F(Wayland, TheDialogOpensATrackAndTheKeyboardIsThePlayersAgain)
+{
+    OpenTone();
+    WriteToneTrack("other", 60.0, 660.0, kOther);
+    hand.Key("o");
+    ASSERT_TRUE(AwaitRequest("set_title(\"Select a Karaoke File\")"));
+    std::this_thread::sleep_for(500ms);
+    KeepPicture(eyes.Screen(), "wayland-dialog");
+    for (const char* key : {"o", "t", "h", "e", "r", "Return"})
+        hand.Key(key);
+    EXPECT_TRUE(Eventually([&] { return PictureArea(kOther).size() == QSize(576, 384); }));
+    EXPECT_TRUE(AwaitTone(660.0));
+    hand.Key("p");
+    EXPECT_TRUE(AwaitSilence());
+}
+
+TEST_F(Wayland, ThePictureIsOfferedOnTheClipboard)
+{
+    OpenTone();
+    hand.Key("c");
+    EXPECT_TRUE(AwaitRequest(".offer(\"image/png\")"));
+    EXPECT_TRUE(AwaitRequest("set_selection("));
+}
+
+TEST_F(Wayland, AMessageStandsBeforeThePlayerAndGoes)
+{
+    Start({}, {{"PULSE_SERVER", "unix:/nowhere"}});
+    ASSERT_TRUE(AwaitRequest("set_title(\"Lyric Lantern CDG Player\")"));
+    std::this_thread::sleep_for(500ms);
+    KeepPicture(eyes.Screen(), "wayland-message");
+    hand.Key("Return");
+    EXPECT_EQ(program->WaitForExit(kPatience), 1);
+}
+
+TEST_F(Wayland, ADroppedTrackIsOpened)
+{
+    OpenTone();
+    const std::filesystem::path other = WriteToneTrack("other song", 60.0, 660.0, kOther);
+    FileDrag drag(screen, hand, FileUri(other) + "\r\n", {"copy"}, SourceEnvironment());
+    QRect source;
+    ASSERT_TRUE(Eventually([&] { return !(source = PictureArea(FileDrag::kShown)).isEmpty(); }));
+    drag.LiesAt({source.center().x(), source.center().y()});
+    drag.CarryTo(PicturePoint());
+    EXPECT_TRUE(drag.AwaitAnswer("copy"));
+    EXPECT_EQ(drag.Drop(), "copy");
+    EXPECT_TRUE(Eventually([&] { return PictureArea(kOther).size() == QSize(576, 384); }));
+    EXPECT_TRUE(AwaitTone(660.0));
 }
 
 // However the options are closed, the keys are the player's again, without a click.
@@ -94,6 +212,43 @@ TEST_F(WaylandOptions, TheMenuOpensAtThePointerInFrontOfThem)
     EXPECT_TRUE(AwaitNoMenu(At(150, 135)));
     hand.Click(At(392, 200));
     ExpectKeyboardAtPlayer();
+}
+
+// Two pixels of the screen to the unit.
+class WaylandAtTwo : public WaylandJourney {
+protected:
+    WaylandAtTwo() : WaylandJourney(2) {}
+};
+
+TEST_F(WaylandAtTwo, EachWindowAndMenuIsInItsPlaceAtTwiceTheSize)
+{
+    OpenTone();
+    const QRect start = PictureArea();
+    hand.Drag({start.x() + 50, start.y() + 50}, {110, 110});
+    ASSERT_TRUE(Eventually([&] { return PictureArea().topLeft() == QPoint(60, 60); }, kPatience))
+        << PictureArea().x() << ", " << PictureArea().y();
+    const Point at = {300, 200};
+    hand.Click(at, 3);
+    EXPECT_TRUE(AwaitMenu(at));
+    std::this_thread::sleep_for(200ms);
+    KeepPicture(eyes.Screen(), "wayland-menu-2");
+    hand.Key("Escape");
+    EXPECT_TRUE(AwaitNoMenu(at));
+    hand.Key("Escape");
+    const QRect options = AwaitFrame(kOptions);
+    ASSERT_FALSE(options.isEmpty());
+    std::this_thread::sleep_for(200ms);
+    KeepPicture(eyes.Screen(), "wayland-options-2");
+    hand.Click({options.x() + 2 * 20, options.y() + 2 * 200});
+    std::this_thread::sleep_for(200ms);
+    KeepPicture(eyes.Screen(), "wayland-about-2");
+    hand.Click({options.x() + 2 * 392, options.y() + 2 * 200});
+    EXPECT_TRUE(AwaitNoFrame(kOptions));
+    hand.Key("f");
+    EXPECT_TRUE(AwaitColour({2, 2}, kBorder));
+    const int most = 2 * (screen.Width() - 2 * 2 * 20) / 3;
+    EXPECT_TRUE(Eventually([&] { return std::abs(PictureArea().height() - most) <= 2; }))
+        << PictureArea().height();
 }
 
 } // namespace

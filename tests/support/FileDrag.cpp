@@ -10,25 +10,28 @@ namespace lantern::test {
 namespace {
 
 constexpr Point kSource = {60, 50}; // inside the program's window
-constexpr Point kFirstStep = {75, 60};
+constexpr Point kFirstStep = {15, 10};
 constexpr int kSteps = 6;
 
 Process::Command SourceProgram(const XServer& screen, const ScratchFolder& folder,
-                               std::string_view uriList, const std::vector<std::string>& actions)
+                               std::string_view uriList, const std::vector<std::string>& actions,
+                               const EnvironmentChanges& environment)
 {
     WriteFile(folder / "list", uriList);
     Process::Command command = {.arguments = {LANTERN_DRAG_SOURCE, (folder / "list").string()},
                                 .environment = screen.Environment(),
                                 .log = folder / "log"};
     command.arguments.insert(command.arguments.end(), actions.begin(), actions.end());
+    command.environment.insert(command.environment.end(), environment.begin(), environment.end());
     return command;
 }
 
 } // namespace
 
 FileDrag::FileDrag(const XServer& screen, Hand& hand, std::string_view uriList,
-                   const std::vector<std::string>& actions)
-    : m_hand(hand), m_program(SourceProgram(screen, m_folder, uriList, actions))
+                   const std::vector<std::string>& actions, const EnvironmentChanges& environment)
+    : m_hand(hand), m_program(SourceProgram(screen, m_folder, uriList, actions, environment)),
+      m_source(kSource)
 {
     if (!AwaitWord("ready"))
         throw std::runtime_error("nothing to drag from: " + ReadFile(m_folder / "log"));
@@ -43,10 +46,10 @@ FileDrag::~FileDrag()
 void FileDrag::CarryTo(Point point)
 {
     if (!m_isCarrying) {
-        m_hand.MoveTo(kSource);
+        m_hand.MoveTo(m_source);
         m_hand.Press();
-        m_hand.MoveTo(kFirstStep);
-        m_pointer = kFirstStep;
+        m_pointer = {m_source.x + kFirstStep.x, m_source.y + kFirstStep.y};
+        m_hand.MoveTo(m_pointer);
         m_isCarrying = true;
     }
     const Point from = m_pointer;

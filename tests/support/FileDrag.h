@@ -15,8 +15,13 @@ namespace lantern::test {
 class FileDrag {
 public:
     FileDrag(const XServer& screen, Hand& hand, std::string_view uriList,
-             const std::vector<std::string>& actions = {"move", "copy", "link"});
+             const std::vector<std::string>& actions = {"move", "copy", "link"},
+             const EnvironmentChanges& environment = {});
     ~FileDrag(); // lets go where the pointer is
+
+    // Where its window is, if that is not at the top left: in the colour of kShown.
+    void LiesAt(Point middle) { m_source = middle; }
+    static constexpr unsigned kShown = 0xFF808000;
 
     // Takes the files, or goes on with them, to a point of the screen.
     void CarryTo(Point point);
@@ -37,6 +42,7 @@ private:
     Hand& m_hand;
     ScratchFolder m_folder;
     Process m_program;
+    Point m_source;
     Point m_pointer;
     bool m_isCarrying = false;
 };

@@ -44,8 +44,12 @@ WaylandServer::WaylandServer(const XServer& screen, int scale)
         return eyes.At({1, 1}) == kBackground &&
                eyes.At({screen.Width() - 2, screen.Height() - 2}) == kBackground;
     };
-    if (!Eventually(isReady, 20s) || !Eventually([&] { return AlignPointer(screen, eyes); }, 20s))
+    if (!Eventually(isReady, 20s))
         throw std::runtime_error("weston did not start: " + Log());
+    if (!Eventually([&] { return AlignPointer(screen, eyes); }, 20s)) {
+        KeepPicture(eyes.Screen(), "wayland-pointer");
+        throw std::runtime_error("weston does not follow the pointer: " + Log());
+    }
 }
 
 // It adds up the way of the screen's pointer, and may have missed the first of it. In the corners
