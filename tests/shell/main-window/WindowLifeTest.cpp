@@ -90,7 +90,7 @@ TEST_F(WindowLifeTest, AWindowThatIsAskedForComesToTheFrontWithTheKeyboard)
     ASSERT_TRUE(QTest::qWaitForWindowActive(&other));
     RaiseWatch watch;
     window.installEventFilter(&watch);
-    window.TakeFocus();
+    window.TakeFocus({});
     EXPECT_TRUE(watch.wasRaised);
     EXPECT_TRUE(QTest::qWaitForWindowActive(&window));
 }
