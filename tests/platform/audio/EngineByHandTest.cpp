@@ -13,6 +13,14 @@
 #include <algorithm>
 #include <array>
 
+#ifdef __SANITIZE_THREAD__
+// The lock under which Qt posts an event to another thread cannot be seen.
+extern "C" const char* __tsan_default_suppressions()
+{
+    return "race:QObject::event\n";
+}
+#endif
+
 namespace lantern::test {
 namespace {
 
@@ -74,6 +82,13 @@ TEST_F(EngineByHand, ThereAreNoMoreDevicesThanTheirCountCanTell)
 {
     m_output.SetDevices(std::vector<AudioOutput::Device>(40'000));
     EXPECT_EQ(m_engine.GetDeviceCount(), 32'767);
+}
+
+TEST_F(EngineByHand, TheSoundsNameIsHandedOn)
+{
+    m_engine.NameSound(QStringLiteral("Song"));
+    m_engine.NameSound(QString());
+    EXPECT_THAT(m_output.Calls(), ElementsAre("SetName Song", "SetName "));
 }
 
 TEST_F(EngineByHand, ItStartsOnceThereIsADevice)

@@ -72,6 +72,7 @@ public:
         return m_devices;
     }
     void Select(const std::string& id) override { Note("Select " + id); }
+    void SetName(const QString& name) override { Note("SetName " + name.toStdString()); }
     void Restart(int sampleRate, Source& source) override
     {
         const std::scoped_lock lock(m_mutex);
