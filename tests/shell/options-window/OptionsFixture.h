@@ -10,6 +10,7 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -28,10 +29,16 @@ public:
         Calls.push_back("wheel " + std::to_string(delta));
     }
     void ShowPopMenu() override { Calls.emplace_back("menu"); }
-    void ShowDeviceMenu() override { Calls.emplace_back("device menu"); }
+    void ShowDeviceMenu() override
+    {
+        Calls.emplace_back("device menu");
+        if (WhileDeviceMenu)
+            WhileDeviceMenu();
+    }
     void OpenWebSite() override { Calls.emplace_back("web site"); }
 
     std::vector<std::string> Calls;
+    std::function<void()> WhileDeviceMenu;
 
 private:
     void Note(const char* what, KeyCode keyCode, ShiftBits shift)

@@ -14,6 +14,7 @@
 #include <gmock/gmock.h>
 
 #include <algorithm>
+#include <memory>
 
 namespace lantern {
 namespace {
@@ -483,6 +484,33 @@ TEST_F(frmOptionsTest, AnySurfaceMovesTheWindowWithTheLeftButtonAlone)
     }
     EXPECT_EQ(std::ranges::count(player.Calls, "web site"), 2)
         << "a drag of the address doesn't open it, what is no drag does";
+}
+
+TEST_F(frmOptionsTest, NoEdgeOfItSizesIt)
+{
+    for (const char* word : {"OPTIONS", "ABOUT"}) {
+        Show(word);
+        const QSize size = options.size();
+        QWidget& panel = PanelInFront();
+        const QPoint corner = panel.rect().bottomRight();
+        const QPoint start = panel.mapToGlobal(corner);
+        Mouse(panel, QEvent::MouseButtonPress, corner, Qt::LeftButton, Qt::LeftButton);
+        for (const QPoint& way : {QPoint(1, 1), QPoint(40, 30)})
+            Mouse(panel, QEvent::MouseMove, panel.mapFromGlobal(start + way), Qt::NoButton,
+                  Qt::LeftButton);
+        Mouse(panel, QEvent::MouseButtonRelease, corner, Qt::LeftButton, Qt::NoButton);
+        EXPECT_EQ(options.size(), size) << word;
+    }
+}
+
+TEST_F(frmOptionsTest, ItMayGoWhileItsMenuOfDevicesIsOpen)
+{
+    auto other =
+        std::make_unique<frmOptions>(mainWindow, player, audio, nullptr, TwipsPerPixel{15, 15});
+    other->ShowForm(QStringLiteral("OPTIONS"));
+    player.WhileDeviceMenu = [&other] { other.reset(); };
+    other->dev(1).Click();
+    EXPECT_EQ(other, nullptr);
 }
 
 TEST_F(frmOptionsTest, ControlsDoNotMoveTheWindow)
