@@ -161,6 +161,10 @@ protected:
     void ShowOptions()
     {
         OpenTone();
+        ShowThem();
+    }
+    void ShowThem()
+    {
         hand.Key("Escape");
         m_area = AwaitFrame(kOptions);
         ASSERT_FALSE(m_area.isEmpty());
@@ -211,6 +215,19 @@ TEST_F(WaylandOptions, TheMenuOpensAtThePointerInFrontOfThem)
     hand.Key("Escape");
     EXPECT_TRUE(AwaitNoMenu(At(150, 135)));
     hand.Click(At(392, 200));
+    ExpectKeyboardAtPlayer();
+}
+
+TEST_F(WaylandOptions, StandBeforeAFullScreenAndGiveTheKeyboardBack)
+{
+    OpenTone();
+    hand.Key("f");
+    ASSERT_TRUE(AwaitColour({2, 2}, kBorder));
+    ShowThem();
+    hand.Click(At(392, 200));
+    ASSERT_TRUE(AwaitNoFrame(kOptions));
+    hand.Key("f");
+    EXPECT_TRUE(AwaitPictureSize({576, 384}));
     ExpectKeyboardAtPlayer();
 }
 
