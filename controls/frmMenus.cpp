@@ -194,8 +194,8 @@ void frmMenus::DrawSeparator(std::size_t index)
     const int left = geometry.SeparatorLeft();
     const int right = width() - 4;
     const int top = geometry.SeparatorTop(index);
-    Surface().Line(left, top, right, top, ResolveColour(kDimColour));
-    Surface().Line(left, top + 1, right, top + 1, ResolveColour(kShadowColour));
+    Surface().Rule(left, right, top, ResolveColour(kDimColour));
+    Surface().Rule(left, right, top + 1, ResolveColour(kShadowColour));
 }
 
 void frmMenus::DrawIcon(std::size_t index)

@@ -120,6 +120,19 @@ void RetainedSurface::Line(int x1, int y1, int x2, int y2, QRgb colour)
         Fill(y1 < y2 ? Box{x1, y1, x1 + 1, y2} : Box{x1, y2 + 1, x1 + 1, y1 + 1}, colour);
 }
 
+void RetainedSurface::Rule(int left, int right, int y, QRgb colour)
+{
+    if (m_image.isNull() || left >= right)
+        return;
+    const qreal ratio = DevicePixelRatio();
+    const int thickness = std::max(1, static_cast<int>(ratio));
+    QPainter painter(&m_image);
+    painter.scale(1 / ratio, 1 / ratio);
+    const int start = qRound(left * ratio);
+    painter.fillRect(start, qRound(y * ratio), qRound(right * ratio) - start, thickness,
+                     QColor::fromRgb(colour));
+}
+
 void RetainedSurface::DrawPicture(const Picture& picture, int x, int y)
 {
     if (!m_image.isNull())

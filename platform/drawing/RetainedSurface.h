@@ -71,6 +71,8 @@ public:
     void Outline(const Box& box, QRgb colour); // one pixel, inside the box
     // One pixel wide, horizontal or vertical; the end point is not drawn.
     void Line(int x1, int y1, int x2, int y2, QRgb colour);
+    // A horizontal line that stands alone: at any ratio it is as thick as the others of its kind.
+    void Rule(int left, int right, int y, QRgb colour);
     void DrawPicture(const Picture& picture, int x, int y); // unscaled
     void DrawImage(const QImage& image, int x, int y);      // of any ratio, unscaled
     // A copy of what an image of that many device pixels would cover, drawn there; black beyond

@@ -83,6 +83,31 @@ TEST_F(RetainedSurfaceTest, AtARatioOfTwoALineIsTwoDevicePixelsWide)
     EXPECT_EQ(At(39, 3), kRed);
 }
 
+TEST_F(RetainedSurfaceTest, ARuleIsOneLineWide)
+{
+    m_surface.Rule(2, 5, 3, kRed);
+    EXPECT_EQ(Count(kRed), 3);
+    EXPECT_EQ(At(2, 3), kRed);
+    EXPECT_EQ(At(4, 3), kRed);
+    m_surface.Rule(5, 2, 4, kBlue);
+    m_surface.Rule(5, 5, 4, kBlue);
+    EXPECT_EQ(Count(kBlue), 0);
+}
+
+TEST_F(RetainedSurfaceTest, ARuleIsAsThickWhereverItLies)
+{
+    for (const qreal ratio : {1.25, 1.5, 1.75, 2.0, 2.5, 3.0}) {
+        const int thickness = static_cast<int>(ratio);
+        for (int y = 0; y < 10; ++y) {
+            m_surface.Fit(QSize(20, 12), ratio);
+            m_surface.Clear(kBlackPixel);
+            m_surface.Rule(4, 12, y, kRed);
+            EXPECT_EQ(Count(kRed), thickness * static_cast<int>(8 * ratio)) << ratio << ", " << y;
+            EXPECT_EQ(At(static_cast<int>(5 * ratio), qRound(y * ratio)), kRed);
+        }
+    }
+}
+
 TEST_F(RetainedSurfaceTest, TheRightAndBottomSidesOwnTheirCorners)
 {
     m_surface.DrawEdge({0, 0, 20, 10}, EdgeSunkenOuter, EdgeAllSides);
