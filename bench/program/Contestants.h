@@ -5,6 +5,7 @@
 #include "Eyes.h"
 #include "Hand.h"
 #include "Player.h"
+#include "PulseServer.h"
 
 #include <filesystem>
 #include <memory>

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "Journey.h"
+#include "PulseServer.h"
 
 #include <fcntl.h>
 #include <random>

@@ -69,11 +69,11 @@ protected:
 
 private:
     const std::shared_ptr<XServer> m_lentScreen;
-    const std::shared_ptr<PulseServer> m_lentSound = Lend<PulseServer>();
+    const std::shared_ptr<SoundServer> m_lentSound = LendSoundServer();
 
 protected:
     const XServer& screen = *m_lentScreen;
-    PulseServer& sound = *m_lentSound;
+    SoundServer& sound = *m_lentSound;
     Ears ears{sound, "studio"};
     const PlayerHome home;
     const ScratchFolder folder;

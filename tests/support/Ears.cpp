@@ -37,10 +37,10 @@ double FramesIn(Clock::duration duration)
 
 // Everything below the constructor runs on the thread of the main loop or under its lock.
 struct Ears::Listener {
-    Listener(const PulseServer& server, const std::string& sink);
+    Listener(const SoundServer& server, const std::string& sink);
     ~Listener();
 
-    void Connect(const PulseServer& server);
+    void Connect(const SoundServer& server);
     void Record(const std::string& sink);
     void Receive();
     void Mark();
@@ -53,7 +53,7 @@ struct Ears::Listener {
     Recording recording;
 };
 
-Ears::Listener::Listener(const PulseServer& server, const std::string& sink)
+Ears::Listener::Listener(const SoundServer& server, const std::string& sink)
 {
     pa_threaded_mainloop_start(loop);
     pa_threaded_mainloop_lock(loop);
@@ -80,7 +80,7 @@ Ears::Listener::~Listener()
     pa_threaded_mainloop_free(loop);
 }
 
-void Ears::Listener::Connect(const PulseServer& server)
+void Ears::Listener::Connect(const SoundServer& server)
 {
     const auto wake = [](auto*, void* self) {
         pa_threaded_mainloop_signal(static_cast<Listener*>(self)->loop, 0);
@@ -215,7 +215,7 @@ std::vector<float> Recording::Between(Moment from, Moment to) const
     return {stereo.begin() + FrameAt(from) * 2, stereo.begin() + FrameAt(to) * 2};
 }
 
-Ears::Ears(const PulseServer& server, const std::string& sink)
+Ears::Ears(const SoundServer& server, const std::string& sink)
     : m_listener(std::make_unique<Listener>(server, sink))
 {
 }

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "PulseServer.h"
+#include "SoundServer.h"
 
 #include <cstdint>
 #include <map>
@@ -36,7 +36,7 @@ public:
 // Records the monitor of a sink from construction on. Never misses a frame, unless the sink goes.
 class Ears {
 public:
-    Ears(const PulseServer& server, const std::string& sink);
+    Ears(const SoundServer& server, const std::string& sink);
     ~Ears();
 
     Recording Heard() const; // all of it so far

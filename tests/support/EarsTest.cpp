@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "Ears.h"
 #include "Listening.h"
+#include "PulseServer.h"
 #include "SoundSheet.h"
 
 #include <gtest/gtest.h>

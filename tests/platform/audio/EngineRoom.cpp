@@ -68,7 +68,7 @@ std::uint32_t FrameKey(float left, float right)
 } // namespace
 
 EngineRoom::EngineRoom(const std::vector<PulseSink>& sinks)
-    : m_lentServer(Lend<PulseServer>(sinks)), m_server(*m_lentServer)
+    : m_lentServer(LendSoundServer(sinks)), m_server(*m_lentServer)
 {
     NeedApplication();
     qputenv("PULSE_SERVER", m_server.Address().c_str());

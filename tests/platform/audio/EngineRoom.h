@@ -3,9 +3,8 @@
 
 #include "AudioEngine.h"
 #include "Ears.h"
-#include "Lent.h"
 #include "Moment.h"
-#include "PulseServer.h"
+#include "SoundServer.h"
 #include "TestSounds.h"
 
 #include <gtest/gtest.h>
@@ -34,8 +33,8 @@ protected:
     // What the engine told at that moment, in milliseconds and parts of one.
     double PositionAt(Moment moment) const;
 
-    const std::shared_ptr<PulseServer> m_lentServer;
-    PulseServer& m_server;
+    const std::shared_ptr<SoundServer> m_lentServer;
+    SoundServer& m_server;
     std::unique_ptr<AudioEngine> m_engine;
     int m_doneCount = 0;
     Moment m_doneAt;

@@ -23,8 +23,8 @@ protected:
         m_renderer = std::make_unique<SoundRenderer>(*m_output, report);
     }
 
-    const std::shared_ptr<PulseServer> m_lentServer = Lend<PulseServer>();
-    PulseServer& m_server = *m_lentServer;
+    const std::shared_ptr<SoundServer> m_lentServer = LendSoundServer();
+    SoundServer& m_server = *m_lentServer;
     std::unique_ptr<AudioOutput> m_output;
     std::unique_ptr<SoundRenderer> m_renderer;
     std::atomic<bool> m_finished = false;

@@ -1,0 +1,67 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "PipeWireServer.h"
+
+#include <stdexcept>
+
+namespace lantern::test {
+namespace {
+
+// What the session manager's own file of this name does, without the devices of the machine.
+constexpr std::string_view kNoMachineDevices = "load_module(\"metadata\")\n"
+                                               "default_access.enable()\n"
+                                               "device_defaults.enable()\n"
+                                               "stream_defaults.enable()\n"
+                                               "load_script(\"intended-roles.lua\")\n"
+                                               "load_script(\"suspend-node.lua\")\n";
+
+// A desktop's usual rate is 48000. The ears listen at 44100, and of a sound that was resampled on
+// its way they could not tell which frame is which.
+constexpr std::string_view kRateOfTheEars = "context.properties = {\n"
+                                            "  default.clock.rate = 44100\n"
+                                            "  default.clock.allowed-rates = [ 44100 ]\n"
+                                            "}\n";
+
+} // namespace
+
+PipeWireServer::PipeWireServer(const std::vector<Sink>& sinks) : SoundServer(sinks)
+{
+    WriteConfiguration();
+    m_graph = Run("pipewire");
+    const auto isThere = [this] { return std::filesystem::exists(Folder() / "run/pipewire-0"); };
+    if (!Eventually(isThere, 10s, 10ms))
+        throw std::runtime_error("PipeWire did not start: " + ReadFile(Folder() / "log"));
+    m_sessionManager = Run("wireplumber");
+    Start();
+}
+
+void PipeWireServer::WriteConfiguration()
+{
+    const auto write = [this](const std::string& path, std::string_view text) {
+        const std::filesystem::path file = Folder() / "home/.config" / path;
+        std::filesystem::create_directories(file.parent_path());
+        WriteFile(file, text);
+    };
+    write("wireplumber/main.lua.d/90-enable-all.lua", kNoMachineDevices);
+    write("wireplumber/bluetooth.lua.d/90-enable-all.lua", "");
+    write("pipewire/pipewire.conf.d/rate.conf", kRateOfTheEars);
+}
+
+std::unique_ptr<Process> PipeWireServer::Run(const std::string& program)
+{
+    EnvironmentChanges environment = m_bus.Environment();
+    environment.insert(environment.end(), {{"HOME", (Folder() / "home").string()},
+                                           {"XDG_RUNTIME_DIR", (Folder() / "run").string()},
+                                           {"XDG_CONFIG_HOME", std::nullopt},
+                                           {"XDG_STATE_HOME", std::nullopt},
+                                           {"PULSE_RUNTIME_PATH", std::nullopt},
+                                           {"PULSE_SERVER", std::nullopt}});
+    return std::make_unique<Process>(Process::Command{
+        .arguments = {program}, .environment = environment, .log = Folder() / "log"});
+}
+
+std::unique_ptr<Process> PipeWireServer::Launch()
+{
+    return Run("pipewire-pulse");
+}
+
+} // namespace lantern::test
