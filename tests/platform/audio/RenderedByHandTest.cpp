@@ -180,6 +180,21 @@ TEST_F(RenderedByHand, AChangeIsGivenSoonFadesOverAndCountsFromItsFrame)
     EXPECT_THAT(m_output.Calls(), IsEmpty());
 }
 
+// Each change fades over and costs a ring of frames: a slider that is dragged makes many.
+TEST_F(RenderedByHand, ChangesFollowEachOtherNoFasterThanTheyFadeOver)
+{
+    Play(1, 0);
+    ExpectNext(0, 1000);
+    const Moment asked = Clock::now();
+    for (int change = 0; change < 11; ++change) {
+        const bool isSlow = change % 2 == 0;
+        m_renderer.SetWish({1, 0, {0, isSlow ? 0.8 : 0.9}, true});
+        ASSERT_TRUE(
+            Eventually([&] { return m_sound.LastAsked() == (isSlow ? 204U : 230U); }, 5s, 1ms));
+    }
+    EXPECT_GE(Milliseconds(Clock::now() - asked), 400.0);
+}
+
 TEST_F(RenderedByHand, AChangeInTheSilenceAfterTheEndChangesNothing)
 {
     Play(1, 57'000);
