@@ -35,18 +35,31 @@ void WaylandJourney::TearDown()
     compositor.reset();
 }
 
+Process::Command WaylandJourney::CommandOf(const std::vector<std::string>& arguments,
+                                           const EnvironmentChanges& environment,
+                                           const std::filesystem::path& log) const
+{
+    Process::Command command = {
+        .arguments = {Player::ProgramPath()}, .environment = screen.Environment(), .log = log};
+    for (const EnvironmentChanges& more :
+         {compositor->Environment(), sound.Environment(), home.Environment(), environment})
+        command.environment.insert(command.environment.end(), more.begin(), more.end());
+    command.arguments.insert(command.arguments.end(), arguments.begin(), arguments.end());
+    return command;
+}
+
 void WaylandJourney::Start(const std::vector<std::string>& arguments,
                            const EnvironmentChanges& environment)
 {
-    EnvironmentChanges all = screen.Environment();
-    for (const EnvironmentChanges& more :
-         {compositor->Environment(), sound.Environment(), home.Environment(),
-          EnvironmentChanges{{"WAYLAND_DEBUG", "1"}}, environment})
-        all.insert(all.end(), more.begin(), more.end());
-    std::vector<std::string> command = {Player::ProgramPath()};
-    command.insert(command.end(), arguments.begin(), arguments.end());
-    program = std::make_unique<Process>(
-        Process::Command{.arguments = command, .environment = all, .log = m_log});
+    Process::Command command = CommandOf(arguments, environment, m_log);
+    command.environment.emplace_back("WAYLAND_DEBUG", "1");
+    program = std::make_unique<Process>(command);
+}
+
+std::unique_ptr<Process> WaylandJourney::StartLater(const std::vector<std::string>& arguments,
+                                                    const EnvironmentChanges& environment) const
+{
+    return std::make_unique<Process>(CommandOf(arguments, environment, folder / "later.log"));
 }
 
 void WaylandJourney::OpenTone()

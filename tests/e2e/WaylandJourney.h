@@ -17,7 +17,10 @@ protected:
     // Starts the player, with nothing or with a file, and waits for nothing.
     void Start(const std::vector<std::string>& arguments = {},
                const EnvironmentChanges& environment = {});
-    // The same with a track of one tone, and waits for its picture and its sound.
+    // A later start beside it.
+    std::unique_ptr<Process> StartLater(const std::vector<std::string>& arguments,
+                                        const EnvironmentChanges& environment) const;
+    // Starts it with a track of one tone, and waits for its picture and its sound.
     void OpenTone();
     // Whether the program says this to the compositor, now or soon.
     bool AwaitRequest(const std::string& text) const;
@@ -44,6 +47,10 @@ protected:
     std::unique_ptr<Process> program;
 
 private:
+    Process::Command CommandOf(const std::vector<std::string>& arguments,
+                               const EnvironmentChanges& environment,
+                               const std::filesystem::path& log) const;
+
     std::filesystem::path m_log;
 };
 

@@ -155,6 +155,19 @@ TEST_F(Wayland, ADroppedTrackIsOpened)
     EXPECT_TRUE(AwaitTone(660.0));
 }
 
+// This compositor lets nobody come to the front by it.
+TEST_F(Wayland, ALaterStartReplacesTheTrackAndLeavesNoTokenBehind)
+{
+    OpenTone();
+    const std::filesystem::path other = WriteToneTrack("other", 60.0, 660.0, kOther);
+    const auto later = StartLater({other.string()}, {{"XDG_ACTIVATION_TOKEN", "launcher-1_TIME2"}});
+    EXPECT_EQ(later->WaitForExit(kPatience), 0);
+    EXPECT_TRUE(Eventually([&] { return PictureArea(kOther).size() == QSize(576, 384); }));
+    EXPECT_TRUE(AwaitTone(660.0));
+    for (const auto& entry : std::filesystem::directory_iterator(home.Folder() / "runtime"))
+        EXPECT_FALSE(entry.path().native().ends_with(".token")) << entry.path();
+}
+
 // However the options are closed, the keys are the player's again, without a click.
 class WaylandOptions : public WaylandJourney {
 protected:
