@@ -158,8 +158,8 @@ void PulseConnection::RefreshSinks()
     }
     m_arriving.clear();
     const auto onServer = [](pa_context*, const pa_server_info* info, void* self) {
-        if (info != nullptr && info->default_sink_name != nullptr) {
-            static_cast<PulseConnection*>(self)->m_defaultSink = info->default_sink_name;
+        if (info != nullptr) {
+            static_cast<PulseConnection*>(self)->OnServerInfo(*info);
         }
     };
     const auto onSink = [](pa_context*, const pa_sink_info* info, int atEnd, void* self) {
@@ -167,6 +167,16 @@ void PulseConnection::RefreshSinks()
     };
     Forget(pa_context_get_server_info(m_context, onServer, this));
     Forget(pa_context_get_sink_info_list(m_context, onSink, this));
+}
+
+void PulseConnection::OnServerInfo(const pa_server_info& info)
+{
+    if (info.default_sink_name != nullptr) {
+        m_defaultSink = info.default_sink_name;
+    }
+    // It calls itself "PulseAudio (on PipeWire 0.3.65)".
+    m_countsInSteps = info.server_name != nullptr &&
+                      std::string_view(info.server_name).find("PipeWire") != std::string_view::npos;
 }
 
 void PulseConnection::OnSinkInfo(const pa_sink_info* info, int atEnd)

@@ -48,6 +48,8 @@ public:
     // Under the lock:
     pa_context* Context() const; // null while there is no link
     bool HasSink(const std::string& id);
+    // Whether the server counts what it has played in steps, as PipeWire does.
+    bool CountsInSteps() const { return m_countsInSteps; }
     void HurryRetry(); // the next try comes now
 
     // A timer of the link's thread, made stopped; to be freed under the lock.
@@ -60,6 +62,7 @@ private:
     void Drop();
     void OnContextState();
     void RefreshSinks();
+    void OnServerInfo(const pa_server_info& info);
     void OnSinkInfo(const pa_sink_info* info, int atEnd);
     void Publish(std::vector<AudioOutput::Device> devices);
 
@@ -72,6 +75,7 @@ private:
     bool m_started = false;
 
     std::string m_defaultSink;
+    bool m_countsInSteps = false;
     std::vector<AudioOutput::Device> m_arriving;
     bool m_refreshing = false;
     bool m_refreshAgain = false;

@@ -17,7 +17,7 @@ constexpr std::size_t kFrameBytes = 2 * sizeof(float);
 constexpr int kBuffersPerSecond = 20; // 50 ms between the source and the ear
 constexpr auto kRetryStreamIn = 250ms;
 constexpr auto kFirstTimingsIn = 10ms;
-constexpr auto kTimingsIn = 60ms;
+constexpr auto kTimingsIn = 50ms;
 constexpr int kFirstTimings = 8;
 
 void Forget(pa_operation* operation)
@@ -25,6 +25,13 @@ void Forget(pa_operation* operation)
     if (operation != nullptr) {
         pa_operation_unref(operation);
     }
+}
+
+// A server may count in steps of some milliseconds, and is asked in each part of a step sooner or
+// later: at multiples of a step all answers would be alike.
+std::chrono::milliseconds OutOfStep(int question)
+{
+    return std::chrono::milliseconds(question * 5 % 13);
 }
 
 // As long as the name of a file can be: a server hangs up on one who sends it a text without end.
@@ -231,9 +238,7 @@ void PulseOutput::ListenToStream()
     const auto onUnderflow = [](pa_stream*, void* self) {
         static_cast<PulseOutput*>(self)->OnUnderflow();
     };
-    const auto onMoved = [](pa_stream*, void* self) {
-        static_cast<PulseOutput*>(self)->AskTiming();
-    };
+    const auto onMoved = [](pa_stream*, void* self) { static_cast<PulseOutput*>(self)->OnMoved(); };
     pa_stream_set_state_callback(m_stream, onState, this);
     pa_stream_set_write_callback(m_stream, onWrite, this);
     pa_stream_set_underflow_callback(m_stream, onUnderflow, this);
@@ -383,6 +388,17 @@ void PulseOutput::Freeze()
     m_heard.Freeze(steady_clock::now(), static_cast<double>(m_writtenFrames));
 }
 
+// Another device may be ahead or behind.
+void PulseOutput::OnMoved()
+{
+    {
+        const std::scoped_lock guard(m_heardMutex);
+        m_heard.ForgetSamples();
+    }
+    m_timingsTaken = 0;
+    AskTiming();
+}
+
 void PulseOutput::AskTiming()
 {
     if (m_stream == nullptr || !m_sounding || m_timingAsked) {
@@ -418,6 +434,9 @@ void PulseOutput::OnTiming(const pa_stream* stream, bool success)
                             static_cast<double>(kFrameBytes);
         const double delay = static_cast<double>(timing->sink_usec) * 1e-6 * m_streamRate;
         const std::scoped_lock guard(m_heardMutex);
+        if (!m_connection.CountsInSteps()) {
+            m_heard.ForgetSamples(); // each is exact
+        }
         m_heard.Sample(read - delay, at, timing->playing != 0);
     }
     ScheduleTiming();
@@ -426,8 +445,9 @@ void PulseOutput::OnTiming(const pa_stream* stream, bool success)
 void PulseOutput::ScheduleTiming()
 {
     if (m_sounding) {
-        const bool early = m_timingsTaken++ < kFirstTimings;
-        m_connection.StartTimer(m_timingTimer, early ? kFirstTimingsIn : kTimingsIn);
+        const int taken = m_timingsTaken++;
+        const auto in = taken < kFirstTimings ? kFirstTimingsIn : kTimingsIn;
+        m_connection.StartTimer(m_timingTimer, in + OutOfStep(taken));
     }
 }
 

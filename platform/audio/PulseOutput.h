@@ -46,6 +46,7 @@ private:
     void OnEmptied(const pa_stream* stream);
     void OnWritable(std::size_t bytes);
     void OnUnderflow();
+    void OnMoved();
     void OnTiming(const pa_stream* stream, bool success);
     void Cork(bool corked);
     void AskTiming();

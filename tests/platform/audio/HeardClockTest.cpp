@@ -68,5 +68,60 @@ TEST(HeardClock, ItStandsStillWhileNothingSounds)
     EXPECT_EQ(clock.At(kStart + 9s, kPlenty), 6000);
 }
 
+// A server that counts in steps of 20 milliseconds tells at the start of each what is heard by its
+// end.
+TEST(HeardClock, AServerThatCountsInStepsIsNotBelievedWhatIsStillToCome)
+{
+    HeardClock clock;
+    clock.Restart(48000);
+    for (int ms = 0; ms < 2000; ++ms) {
+        if (ms % 57 == 3)
+            clock.Sample((ms / 20 + 1) * 960.0, kStart + std::chrono::milliseconds(ms), true);
+        if (ms > 500) {
+            const double ahead =
+                clock.At(kStart + std::chrono::milliseconds(ms), kPlenty) - ms * 48;
+            ASSERT_GE(ahead, 0.0);
+            ASSERT_LE(ahead, 48 * 3.0);
+        }
+    }
+}
+
+TEST(HeardClock, WhatASampleToldTooLowIsForgottenSoon)
+{
+    HeardClock clock;
+    clock.Restart(48000);
+    clock.Sample(0, kStart, true);
+    for (int i = 1; i <= 12; ++i)
+        clock.Sample(4800 + i * 480, kStart + i * 10ms, true);
+    EXPECT_NEAR(clock.At(kStart + 120ms, kPlenty), 4800 + 5760, 1e-6);
+}
+
+TEST(HeardClock, WhatOneDeviceToldCountsNoMoreOnAnother)
+{
+    HeardClock clock;
+    clock.Restart(48000);
+    clock.Sample(4800, kStart, true);
+    clock.ForgetSamples();
+    EXPECT_NEAR(clock.At(kStart + 10ms, kPlenty), 5280, 1e-6);
+    clock.Sample(9600, kStart + 10ms, true);
+    EXPECT_NEAR(clock.At(kStart + 10ms, kPlenty), 9600, 1e-6);
+}
+
+TEST(HeardClock, ARestBetweenTwoSamplesIsNoSign)
+{
+    HeardClock clock;
+    clock.Restart(48000);
+    clock.Sample(4800, kStart, true);
+    clock.Sample(9600, kStart + 100ms, false);
+    clock.Sample(9600, kStart + 1s, true);
+    EXPECT_NEAR(clock.At(kStart + 1s, kPlenty), 9600, 1e-6);
+    clock.Freeze(kStart + 2s, kPlenty);
+    clock.Sample(60000, kStart + 3s, true);
+    EXPECT_NEAR(clock.At(kStart + 3s, kPlenty), 60000, 1e-6);
+    clock.Restart(48000);
+    clock.Sample(480000, kStart + 4s, true);
+    EXPECT_NEAR(clock.At(kStart + 4s, kPlenty), 480000, 1e-6);
+}
+
 } // namespace
 } // namespace lantern
