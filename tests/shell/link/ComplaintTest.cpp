@@ -38,5 +38,17 @@ TEST(Complaint, ItIsOneLineWithTheBytesOfTheName)
               QByteArray("lyric-lantern: File not found: /a?b???[1m caf\xE9 \xC3\xA9\n"));
 }
 
+TEST(Complaint, ItIsWrittenOnceAndNothingIsNoLine)
+{
+    const auto written = [](const QString& complaint) {
+        testing::internal::CaptureStderr();
+        Complain(complaint);
+        return testing::internal::GetCapturedStderr();
+    };
+    EXPECT_EQ(written(QStringLiteral("File not found: /a.cdg")),
+              "lyric-lantern: File not found: /a.cdg\n");
+    EXPECT_EQ(written({}), "");
+}
+
 } // namespace
 } // namespace lantern
