@@ -63,6 +63,8 @@ TEST_F(ActivationToken, WhatIsNoneIsNotLeft)
         Leave(bytes);
         EXPECT_FALSE(IsThere()) << bytes.toPercentEncoding().constData();
     }
+    Leave("blank ~");
+    EXPECT_EQ(Take(), "blank ~");
     Leave(QByteArray(kLongestToken, 'a'));
     EXPECT_EQ(Take().size(), kLongestToken);
 }
