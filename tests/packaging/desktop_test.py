@@ -21,7 +21,7 @@ def entry(path):
 
 class Identity(InstalledTest):
     def test_the_program_gives_its_windows_the_name_of_its_entry(self):
-        header = (SOURCE / "shell/link/Application.h").read_text(encoding="utf-8")
+        header = (SOURCE / "platform/values/Application.h").read_text(encoding="utf-8")
         self.assertEqual(re.findall(r'kApplicationId = QStringLiteral\("(.*)"\)', header), [ID])
 
     def test_every_file_of_the_desktops_bears_the_name(self):
