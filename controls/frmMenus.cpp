@@ -67,8 +67,8 @@ frmMenus::~frmMenus()
     hide();
 }
 
-// Where windows have no places on the screen, a menu is placed from the window that it stands over,
-// and in front of it. That may be another one than its owner's.
+// Where a program doesn't know the places of its windows, a menu is placed from the window that it
+// stands over, and in front of it. That may be another one than its owner's.
 void frmMenus::StandOverActiveWindow()
 {
     const QWidget* active = QApplication::activeWindow();
@@ -195,7 +195,7 @@ void frmMenus::DrawSeparator(std::size_t index)
     const int right = width() - 4;
     const int top = geometry.SeparatorTop(index);
     Surface().Rule(left, right, top, ResolveColour(kDimColour));
-    Surface().Rule(left, right, top + 1, ResolveColour(kShadowColour));
+    Surface().Rule(left, right, top, ResolveColour(kShadowColour), 1);
 }
 
 void frmMenus::DrawIcon(std::size_t index)

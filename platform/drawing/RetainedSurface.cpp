@@ -120,7 +120,7 @@ void RetainedSurface::Line(int x1, int y1, int x2, int y2, QRgb colour)
         Fill(y1 < y2 ? Box{x1, y1, x1 + 1, y2} : Box{x1, y2 + 1, x1 + 1, y1 + 1}, colour);
 }
 
-void RetainedSurface::Rule(int left, int right, int y, QRgb colour)
+void RetainedSurface::Rule(int left, int right, int y, QRgb colour, int nth)
 {
     if (m_image.isNull() || left >= right)
         return;
@@ -129,8 +129,8 @@ void RetainedSurface::Rule(int left, int right, int y, QRgb colour)
     QPainter painter(&m_image);
     painter.scale(1 / ratio, 1 / ratio);
     const int start = qRound(left * ratio);
-    painter.fillRect(start, qRound(y * ratio), qRound(right * ratio) - start, thickness,
-                     QColor::fromRgb(colour));
+    painter.fillRect(start, qRound(y * ratio) + nth * thickness, qRound(right * ratio) - start,
+                     thickness, QColor::fromRgb(colour));
 }
 
 void RetainedSurface::DrawPicture(const Picture& picture, int x, int y)

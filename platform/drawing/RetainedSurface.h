@@ -71,8 +71,9 @@ public:
     void Outline(const Box& box, QRgb colour); // one pixel, inside the box
     // One pixel wide, horizontal or vertical; the end point is not drawn.
     void Line(int x1, int y1, int x2, int y2, QRgb colour);
-    // A horizontal line that stands alone: at any ratio it is as thick as the others of its kind.
-    void Rule(int left, int right, int y, QRgb colour);
+    // A horizontal line, as thick wherever it lies at any ratio. Of several that belong together
+    // the nth, counted from 0, lies right under the one before.
+    void Rule(int left, int right, int y, QRgb colour, int nth = 0);
     void DrawPicture(const Picture& picture, int x, int y); // unscaled
     void DrawImage(const QImage& image, int x, int y);      // of any ratio, unscaled
     // A copy of what an image of that many device pixels would cover, drawn there; black beyond

@@ -103,7 +103,12 @@ TEST_F(RetainedSurfaceTest, ARuleIsAsThickWhereverItLies)
             m_surface.Clear(kBlackPixel);
             m_surface.Rule(4, 12, y, kRed);
             EXPECT_EQ(Count(kRed), thickness * static_cast<int>(8 * ratio)) << ratio << ", " << y;
-            EXPECT_EQ(At(static_cast<int>(5 * ratio), qRound(y * ratio)), kRed);
+            const int left = static_cast<int>(5 * ratio);
+            const int top = qRound(y * ratio);
+            EXPECT_EQ(At(left, top), kRed);
+            m_surface.Rule(4, 12, y, kBlue, 1);
+            EXPECT_EQ(At(left, top + thickness - 1), kRed);
+            EXPECT_EQ(At(left, top + thickness), kBlue);
         }
     }
 }
