@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "PointerWatch.h"
 
+#include "ScreenMetrics.h"
+
 #include <QApplication>
 #include <QCursor>
 #include <QWidget>
@@ -9,13 +11,6 @@
 
 namespace lantern {
 namespace {
-
-// Under Wayland a program knows neither where the pointer is outside its windows nor how the
-// windows lie upon each other.
-bool WindowSystemTellsThePointer()
-{
-    return !QGuiApplication::platformName().startsWith(QStringLiteral("wayland"));
-}
 
 // Onto a child the pointer moves without leaving its parent.
 bool IsOverChildOf(const QWidget& control)
@@ -36,7 +31,7 @@ void PointerWatch::SeenAt(QPointF point)
 
 void PointerWatch::AskWindowSystem()
 {
-    if (!WindowSystemTellsThePointer())
+    if (!KnowsWindowPlaces())
         return;
     const QPoint pointer = QCursor::pos();
     if (QApplication::widgetAt(pointer) == &m_control)

@@ -11,8 +11,9 @@ namespace lantern {
 TwipsPerPixel ScreenTwips();
 QRect DesktopRect(); // in pixels
 
-// Whether the program can know where its windows are on the screen. Under Wayland it can't, and
-// only places within a window mean something.
+// Whether the program can know where its windows are on the screen, how they lie upon each other,
+// and where the pointer is outside of them. Under Wayland it can't, and only places within a window
+// mean something.
 bool KnowsWindowPlaces();
 
 } // namespace lantern

@@ -5,13 +5,18 @@
 
 namespace lantern {
 
-// The toolkit takes the token from its own environment, and only from there.
 void ActivateBy(const QByteArray& token, QWidget& window)
+{
+    AskBy(token, [&window] { window.activateWindow(); });
+}
+
+// The toolkit takes the token from its own environment, and only from there.
+void AskBy(const QByteArray& token, const std::function<void()>& ask)
 {
     constexpr const char* kVariable = "XDG_ACTIVATION_TOKEN";
     if (!token.isEmpty())
         qputenv(kVariable, token);
-    window.activateWindow();
+    ask();
     qunsetenv(kVariable);
 }
 

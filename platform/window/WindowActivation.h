@@ -3,6 +3,8 @@
 
 #include <QByteArray>
 
+#include <functional>
+
 class QWidget;
 
 namespace lantern {
@@ -11,5 +13,7 @@ namespace lantern {
 // compositor grants it by a token that another start of the program was given; empty if there is
 // none. No program that is started later inherits the token.
 void ActivateBy(const QByteArray& token, QWidget& window);
+// Whatever asks, while the toolkit has the token.
+void AskBy(const QByteArray& token, const std::function<void()>& ask);
 
 } // namespace lantern

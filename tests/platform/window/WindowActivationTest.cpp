@@ -24,6 +24,15 @@ TEST(WindowActivation, TheWindowHasTheKeyboardWithATokenOrWithout)
     EXPECT_TRUE(second.isActiveWindow());
 }
 
+TEST(WindowActivation, TheToolkitHasTheTokenWhileTheWindowAsks)
+{
+    QByteArray seen;
+    AskBy("token", [&] { seen = qgetenv(kVariable); });
+    EXPECT_EQ(seen, "token");
+    AskBy({}, [&] { seen = qgetenv(kVariable); });
+    EXPECT_EQ(seen, "");
+}
+
 TEST(WindowActivation, NoProgramThatIsStartedLaterInheritsTheToken)
 {
     QWidget window;
