@@ -2,6 +2,7 @@
 #include "PulseConnection.h"
 
 #include "Application.h"
+#include "PulseOperation.h"
 
 #include <algorithm>
 #include <string_view>
@@ -15,13 +16,6 @@ using namespace std::chrono_literals;
 
 constexpr auto kFirstRetryIn = 100ms;
 constexpr auto kLastRetryIn = 3000ms;
-
-void Forget(pa_operation* operation)
-{
-    if (operation != nullptr) {
-        pa_operation_unref(operation);
-    }
-}
 
 // Where no device is left, servers put a sink that nobody hears in its place, so that the streams
 // on it live on. Beside another of that name it has a number.

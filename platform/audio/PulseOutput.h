@@ -53,6 +53,8 @@ private:
     void ScheduleTiming();
     void Freeze();
 
+    static constexpr std::size_t kFrameBytes = 2 * sizeof(float);
+
     int m_sampleRate = 0; // wanted; 0 is no stream
     Source* m_source = nullptr;
     bool m_begun = false;

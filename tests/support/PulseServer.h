@@ -11,7 +11,8 @@ public:
     explicit PulseServer(const std::vector<Sink>& sinks = {{"studio", "Studio Speakers"}});
 
     void KeepASinkAlways() override;
-    double TellsAheadMilliseconds() const override { return 0.0; }
+    double TellsAheadAtMost() const override { return 0.0; }
+    double TellsAheadInTheMean() const override { return 0.0; }
 
 private:
     std::filesystem::path Socket() const override { return Folder() / "native"; }

@@ -40,8 +40,10 @@ public:
     // From now on a sink named auto_null takes the place of the last one that goes, as on the
     // servers of desktops.
     virtual void KeepASinkAlways() = 0;
-    // As far ahead of its monitor as that it tells what is heard.
-    virtual double TellsAheadMilliseconds() const = 0;
+    // By how many milliseconds it says that a frame is heard before its monitor has it: at most,
+    // and in the mean.
+    virtual double TellsAheadAtMost() const = 0;
+    virtual double TellsAheadInTheMean() const = 0;
 
     void Kill();    // as a crash would: no farewell to its clients
     void Restart(); // with the sinks it had, at the same address

@@ -4,6 +4,7 @@
 
 #include "Listening.h"
 #include "MakeAudioEngine.h"
+#include "PulseConnection.h"
 
 #include <thread>
 
@@ -77,6 +78,16 @@ void EngineDevices::ExpectAPauseUntilANewDeviceComes()
     EXPECT_LT(m_engine->GetSoundPosition(), kept + 250);
     Pass(200ms);
     EXPECT_GT(LevelOf(ears, 100ms), kSomething);
+}
+
+TEST_F(EngineDevices, OfTheServerIsKnownWhetherItCountsInSteps)
+{
+    PulseConnection connection([] {});
+    connection.Start();
+    connection.WaitUntilKnown(5s);
+    EXPECT_EQ(connection.Devices().size(), 2U);
+    const PulseConnection::Lock lock(connection);
+    EXPECT_EQ(connection.CountsInSteps(), m_server.TellsAheadInTheMean() > 0.0);
 }
 
 TEST_F(EngineDevices, TheyAreToldByWhatPeopleReadTheDefaultFirst)

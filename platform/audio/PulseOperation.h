@@ -1,0 +1,16 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <pulse/operation.h>
+
+namespace lantern {
+
+// Nobody asks again what became of it.
+inline void Forget(pa_operation* operation)
+{
+    if (operation != nullptr) {
+        pa_operation_unref(operation);
+    }
+}
+
+} // namespace lantern
