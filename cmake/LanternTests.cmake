@@ -3,9 +3,12 @@
 
 find_program(PYTHON3 python3 REQUIRED)
 set(LANTERN_TEST_SUPPORT ${PROJECT_SOURCE_DIR}/tests/support)
-# Where the programs of all trees wait for each other: those of one run are on one machine.
-set(LANTERN_TEST_MACHINE ${PROJECT_SOURCE_DIR}/build)
-file(MAKE_DIRECTORY ${LANTERN_TEST_MACHINE})
+# Where the programs of all trees wait for each other: those in build/ run on one machine.
+set(LANTERN_TEST_MACHINE ${CMAKE_BINARY_DIR})
+cmake_path(IS_PREFIX PROJECT_SOURCE_DIR ${CMAKE_BINARY_DIR} NORMALIZE isInside)
+if(isInside)
+    cmake_path(GET CMAKE_BINARY_DIR PARENT_PATH LANTERN_TEST_MACHINE)
+endif()
 
 # What most tests include, compiled once: for those that show widgets, and for the others.
 # Tests are not optimised: what they test is, and it is compiling them that takes the time.
@@ -64,10 +67,9 @@ function(lantern_test name)
     set(short "*")
     if(arg_MEASURED AND LANTERN_SANITIZE)
         set(short "*-${arg_MEASURED}")
-    elseif(arg_LONG)
-        set(short "*-${arg_LONG}")
     endif()
     if(arg_LONG)
+        set(short "*-${arg_LONG}")
         lantern_add_cases(${name} ".long" "${arg_LONG}" "${arg_CASE_SECONDS}" "${arg_ALONE}"
             "${arg_LABELS};long")
     endif()

@@ -5,7 +5,7 @@ run_cases.py [--limit SECONDS] [--show-all] [--machine FILE] [--filter FILTER] P
 
 A case that crashes the program, or has not ended within the limit, fails by its name, and a new
 process goes on with the cases behind it. A failed case gets a second try, alone in a process, and
-up to four more while the machine stalls, for then the failure says little about the program. All
+up to three more while the machine stalls, for then the failure says little about the program. All
 programs of tests that are given the same FILE share the machine; further tries have it alone.
 Nothing of that is hidden: a failure is printed where it happens, and every further try is told.
 The variable LANTERN_CASES holds a filter of GoogleTest, too: only cases that fit both are run.
@@ -24,10 +24,12 @@ import threading
 import time
 
 MOST_SECOND_TRIES = 12  # more failures than this have a cause other than chance
-TRIES = ("second", "third", "fourth", "fifth", "sixth")  # those behind the second: after a stall
+TRIES = ("second", "third", "fourth", "fifth")  # those behind the second: after a stall
+LONGEST_ALONE = 300.0  # seconds: then the machine goes on to those who wait for it
 LONGEST_RETRIED = 60.0  # seconds: a case that takes longer has its own answer to a stall
-STALL_SECONDS = 0.01
-MOST_WATCHED = 8  # of more processors one is idle whenever another stalls
+STALL_SECONDS = 0.02  # of the fifty milliseconds between a player and the ear
+SLEEP_SECONDS = 0.001
+MOST_WATCHED = 8  # watching more would itself load the machine
 MOST_ENDS = 5  # after so many crashes and hangs the program is given up
 SLOW_SECONDS = 2.0  # a case that takes longer is shown
 CASES = "LANTERN_CASES"
@@ -90,7 +92,7 @@ class StallWatch:
         os.sched_setaffinity(threading.get_native_id(), {processor})
         while not self.over.is_set():
             before = time.monotonic()
-            time.sleep(STALL_SECONDS / 10)
+            time.sleep(SLEEP_SECONDS)
             if time.monotonic() - before > STALL_SECONDS:
                 self.stalled = True
 
@@ -269,9 +271,10 @@ class Suite:
         if not failed:
             return
         with self.machine.alone():
+            until = time.monotonic() + LONGEST_ALONE
             for case in failed:
                 for which in TRIES:
-                    if not self.try_case(case, which):
+                    if not self.try_case(case, which) or time.monotonic() > until:
                         break
 
     def try_case(self, case, which):
