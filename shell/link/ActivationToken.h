@@ -17,7 +17,7 @@ inline constexpr qsizetype kLongestToken = 1000;
 void LeaveActivationToken(const QByteArray& linkPath, const QByteArray& token);
 
 // As a command comes in: the token, once, or an empty one. Whatever lies there is untrusted, is
-// never waited for, and goes.
+// never waited for, and goes unless it is a folder.
 QByteArray TakeActivationToken(const QByteArray& linkPath);
 
 } // namespace lantern

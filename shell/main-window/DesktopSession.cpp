@@ -61,6 +61,7 @@ QByteArray UrlOf(const QString& path)
 DesktopSession::DesktopSession(const CommandTargets& targets, CommandHost& window)
     : m_to(targets), m_window(window), m_bus(*this, RatesOfThePlayer(), IdentityOfThePlayer())
 {
+    // Each lookout has a result.
     QObject::connect(&m_lookout, &QFutureWatcher<Neighbours>::finished, &m_context,
                      [this] { m_neighbours = m_lookout.result(); });
 }
