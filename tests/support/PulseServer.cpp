@@ -16,7 +16,7 @@ std::unique_ptr<Process> PulseServer::Launch()
     return std::make_unique<Process>(Process::Command{
         .arguments = {"pulseaudio", "-n", "-F", (Folder() / "start.pa").string(), "--daemonize=no",
                       "--exit-idle-time=-1", "--disallow-exit=yes", "--use-pid-file=no",
-                      "--realtime=yes", "--high-priority=yes"},
+                      "--realtime=no", "--high-priority=yes"},
         .environment = {{"HOME", (Folder() / "home").string()},
                         {"XDG_RUNTIME_DIR", (Folder() / "run").string()},
                         {"PULSE_RUNTIME_PATH", (Folder() / "run").string()},

@@ -307,7 +307,7 @@ TEST_F(EngineWithoutDevices, ItDoesNotStartButDoesOnceThereIsOne)
 TEST_F(EngineWithoutDevices, AStandInStartsNothing)
 {
     m_server.KeepASinkAlways();
-    ASSERT_EQ(m_server.DefaultSink(), "auto_null");
+    ASSERT_TRUE(PassUntil([this] { return m_server.DefaultSink() == "auto_null"; }, 3s));
     EXPECT_EQ(m_engine->GetDeviceCount(), 0);
     EXPECT_FALSE(m_engine->EngineInit());
     m_server.AddSink({"studio", "Studio Speakers"});
