@@ -192,6 +192,12 @@ TEST_F(Synchrony, ThePictureKeepsWithTheSound)
 {
     ASSERT_NO_FATAL_FAILURE(OpenFlashes());
     ASSERT_NO_FATAL_FAILURE(Measure("neutral", 27.0, [this] { return std::vector{PlayFor(26s)}; }));
+    Conclude();
+}
+
+TEST_F(Synchrony, ItDoesSoAfterPausesAndSeeks)
+{
+    ASSERT_NO_FATAL_FAILURE(OpenFlashes());
     ASSERT_NO_FATAL_FAILURE(Measure("after pauses", 12.0, [this] { return PauseAgainAndAgain(); }));
     hand.Key("t"); // Up and Down now move along the track
     ASSERT_NO_FATAL_FAILURE(Measure("random seeks", 0.0, [this] { return SeekAtRandom(1); }));
