@@ -10,8 +10,8 @@ namespace lantern {
 // How many frames have been heard: between the samples that the sound server gives now and then,
 // the count goes on by the clock.
 //
-// A server may count in steps: PipeWire takes some twenty milliseconds of sound at a time, and
-// tells them all as heard while they are being played. Of the last samples the one that was ahead
+// A server may count in steps: PipeWire takes some milliseconds of sound at a time, and tells
+// them all as heard while they are being played. Of the last samples the one that was ahead
 // least is the one that came last in its step; it is believed.
 class HeardClock {
 public:

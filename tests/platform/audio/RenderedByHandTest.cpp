@@ -4,12 +4,12 @@
 
 #include "HandOutput.h"
 #include "MemoryDecoder.h"
+#include "TestSounds.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <random>
 
 namespace lantern::test {
 namespace {
@@ -20,15 +20,6 @@ using testing::IsEmpty;
 constexpr int kRate = 44100;
 constexpr int kKeptFrames = kRate * 30 / 1000;      // rendered before a change, and played
 constexpr int kCrossfadeFrames = kRate * 10 / 1000; // from there on
-
-std::vector<float> Noise(std::size_t frames)
-{
-    std::mt19937 random(7);
-    std::uniform_real_distribution<float> level(-0.5F, 0.5F);
-    std::vector<float> stereo(frames * 2);
-    std::ranges::generate(stereo, [&] { return level(random); });
-    return stereo;
-}
 
 // A sound that tells how many frames were asked of it last: a whole block where it is neutral.
 class WatchedDecoder final : public SoundDecoder {
@@ -82,7 +73,7 @@ protected:
         return m_reports.size();
     }
 
-    const std::vector<float> m_noise = Noise(60'000);
+    const std::vector<float> m_noise = StereoNoise(60'000);
     WatchedDecoder m_sound{m_noise};
     HandOutput m_output;
     std::mutex m_reportMutex;

@@ -2,13 +2,13 @@
 #include "SoundShaper.h"
 
 #include "MemoryDecoder.h"
+#include "TestSounds.h"
 
 #include <gtest/gtest.h>
 
 #include <cmath>
 #include <limits>
 #include <numbers>
-#include <random>
 
 namespace lantern {
 namespace {
@@ -16,15 +16,6 @@ namespace {
 using test::MemoryDecoder;
 
 constexpr int kRate = 44100;
-
-std::vector<float> Noise(std::size_t frames)
-{
-    std::mt19937 random(7);
-    std::uniform_real_distribution<float> level(-0.5F, 0.5F);
-    std::vector<float> stereo(frames * 2);
-    std::ranges::generate(stereo, [&] { return level(random); });
-    return stereo;
-}
 
 std::vector<float> Sine(std::size_t frames, double hertz)
 {
@@ -168,7 +159,7 @@ TEST(SoundShaper, ControlsOutOfRangeAreLimitedToWhatCanBePlayed)
 
 TEST(SoundShaper, ANeutralShapePassesTheSoundBitForBitToItsEnd)
 {
-    const std::vector<float> noise = Noise(10'000);
+    const std::vector<float> noise = StereoNoise(10'000);
     MemoryDecoder sound(noise);
     SoundShaper shaper;
     shaper.Start(sound, 1234, {});
@@ -261,7 +252,7 @@ TEST(SoundShaper, AChangeMakesNoClick)
 
 TEST(SoundShaper, BackAtNeutralTheSoundPassesBitForBitAfterTheCrossfade)
 {
-    const std::vector<float> noise = Noise(60'000);
+    const std::vector<float> noise = StereoNoise(60'000);
     MemoryDecoder sound(noise);
     Performance performance(sound, 0, {0, 0.8});
     performance.Render(10'000);
@@ -296,7 +287,7 @@ TEST(SoundShaper, TheNextSoundHasItsOwnEnd)
 
 TEST(SoundShaper, AStartForgetsTheFormerSoundAndItsCrossfade)
 {
-    const std::vector<float> noise = Noise(5000);
+    const std::vector<float> noise = StereoNoise(5000);
     MemoryDecoder sound(noise);
     SoundShaper shaper;
     for (const std::size_t faded : {std::size_t{0}, std::size_t{100}, std::size_t{441}}) {
@@ -312,7 +303,7 @@ TEST(SoundShaper, AStartForgetsTheFormerSoundAndItsCrossfade)
 
 TEST(SoundShaper, AChangeDuringACrossfadeFadesOverFromItsOwnTail)
 {
-    MemoryDecoder sound(Noise(5000));
+    MemoryDecoder sound(StereoNoise(5000));
     const std::vector<float> tail(2 * 441, -0.9F);
     SoundShaper fresh;
     fresh.Start(sound, 0, {});
@@ -328,12 +319,12 @@ TEST(SoundShaper, AChangeDuringACrossfadeFadesOverFromItsOwnTail)
 
 TEST(SoundShaper, ASoundOfAnotherRateIsShapedAsByAFreshOne)
 {
-    MemoryDecoder sound(Noise(9000), 8000);
+    MemoryDecoder sound(StereoNoise(9000), 8000);
     SoundShaper fresh;
     fresh.Start(sound, 0, {3, 0.8});
     const std::vector<float> expected = RenderAll(fresh, 4000);
 
-    MemoryDecoder former(Noise(9000), 44100);
+    MemoryDecoder former(StereoNoise(9000), 44100);
     SoundShaper shaper;
     shaper.Start(former, 0, {3, 0.8});
     RenderAll(shaper, 1000);

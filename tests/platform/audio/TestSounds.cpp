@@ -4,6 +4,7 @@
 #include <QFile>
 #include <QProcess>
 
+#include <algorithm>
 #include <cmath>
 #include <gtest/gtest.h>
 #include <numbers>
@@ -82,6 +83,15 @@ int BurstDelayFrames(std::span<const float> stereo, int sampleRate, int second)
         }
     }
     return best;
+}
+
+std::vector<float> StereoNoise(std::size_t frames)
+{
+    std::mt19937 random(7);
+    std::uniform_real_distribution<float> level(-0.5F, 0.5F);
+    std::vector<float> stereo(frames * 2);
+    std::ranges::generate(stereo, [&] { return level(random); });
+    return stereo;
 }
 
 std::vector<float> StereoFloats(const Pcm& pcm)

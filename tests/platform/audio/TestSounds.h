@@ -28,6 +28,8 @@ Pcm MakeTicks(int sampleRate, int channels, std::int64_t frames);
 // How many frames later than the whole second the burst of the left channel is heard: what lines
 // up best. The samples are stereo.
 int BurstDelayFrames(std::span<const float> stereo, int sampleRate, int second);
+// Seeded noise of two sides at half of full level.
+std::vector<float> StereoNoise(std::size_t frames);
 // As stereo floats, the way the program plays it.
 std::vector<float> StereoFloats(const Pcm& pcm);
 
