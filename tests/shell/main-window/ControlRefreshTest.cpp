@@ -4,6 +4,7 @@
 #include "AudioControl.h"
 #include "FakeAudioEngine.h"
 #include "OptionsFixture.h"
+#include "PaintCount.h"
 #include "RecordingAudioHost.h"
 #include "ToolbarFixture.h"
 #include "Track.h"
@@ -16,19 +17,6 @@
 
 namespace lantern {
 namespace {
-
-// Counts what is repainted, of all that it watches.
-class PaintCount : public QObject {
-public:
-    int painted = 0;
-
-protected:
-    bool eventFilter(QObject*, QEvent* event) override
-    {
-        painted += event->type() == QEvent::UpdateRequest || event->type() == QEvent::Paint ? 1 : 0;
-        return false;
-    }
-};
 
 class ControlRefreshTest : public ToolbarFixture {
 protected:

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The file dialog, as the main window opens it, and what becomes of it.
+#include "PaintCount.h"
 #include "WindowHand.h"
 
 #include <QFileDialog>
@@ -8,19 +9,6 @@
 
 namespace lantern {
 namespace {
-
-// How often a widget is painted.
-class PaintCount : public QObject {
-public:
-    int painted = 0;
-
-protected:
-    bool eventFilter(QObject*, QEvent* event) override
-    {
-        painted += event->type() == QEvent::Paint ? 1 : 0;
-        return false;
-    }
-};
 
 class WindowDialogTest : public WindowHand {
 protected:
