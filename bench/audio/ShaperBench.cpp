@@ -77,6 +77,26 @@ BENCHMARK(BM_OneSecond)
     ->Args({0, -90})
     ->Unit(benchmark::kMillisecond);
 
+// Before each second the thread's vector registers are left as a new thread may find them: wide. To
+// be compared with the same shape above.
+void BM_OneSecondInAWideThread(benchmark::State& state)
+{
+#if defined(__x86_64__) && defined(__GNUC__)
+    if (__builtin_cpu_supports("avx") != 0) {
+        Chord chord;
+        SoundShaper shaper;
+        shaper.Start(chord, kRate, ShapeFor(3, -20.0F));
+        for (auto _ : state) {
+            asm volatile("vorps %%ymm0, %%ymm0, %%ymm0" ::: "memory");
+            RenderSecond(shaper);
+        }
+        return;
+    }
+#endif
+    state.SkipWithError("this processor has no wide registers");
+}
+BENCHMARK(BM_OneSecondInAWideThread)->Unit(benchmark::kMillisecond);
+
 // From a change of key to its first frame: what a turn of the wheel costs.
 void BM_Change(benchmark::State& state)
 {

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "SoundShaper.h"
 
+#include "WideRegisters.h"
+
 #include <rubberband/RubberBandStretcher.h>
 
 #include <algorithm>
@@ -101,6 +103,7 @@ SoundShaper::Block SoundShaper::RenderNeutral(std::span<float> stereo)
 
 SoundShaper::Block SoundShaper::RenderStretched(std::span<float> stereo)
 {
+    ReleaseWideRegisters();
     Block block;
     const int wanted = static_cast<int>(stereo.size() / 2);
     while (block.frames < wanted) {
