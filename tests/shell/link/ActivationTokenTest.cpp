@@ -1,9 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ActivationToken.h"
 
+#include "OwnedDescriptor.h"
 #include "Process.h"
 
+#include <csignal>
+#include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -96,6 +100,31 @@ TEST_F(ActivationToken, WhatIsNoFileIsNeitherReadNorWaitedFor)
 
     std::filesystem::create_directory(File());
     Leave("mine");
+    EXPECT_EQ(Take(), "");
+}
+
+TEST_F(ActivationToken, WhatAWriterSaysThroughAPipeIsNone)
+{
+    ASSERT_EQ(mkfifo(File().c_str(), 0600), 0);
+    const OwnedDescriptor writer(open(File().c_str(), O_RDWR | O_CLOEXEC));
+    ASSERT_EQ(write(writer.Number(), "token", 5), 5);
+    EXPECT_EQ(Take(), "");
+    EXPECT_FALSE(IsThere());
+}
+
+// A part of one would look like another one.
+TEST_F(ActivationToken, OneThatFindsNoRoomIsNotLeft)
+{
+    struct rlimit before = {};
+    ASSERT_EQ(getrlimit(RLIMIT_FSIZE, &before), 0);
+    struct rlimit small = before;
+    small.rlim_cur = 3;
+    const auto handler = signal(SIGXFSZ, SIG_IGN);
+    ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &small), 0);
+    Leave("token");
+    ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &before), 0);
+    signal(SIGXFSZ, handler);
+    EXPECT_FALSE(IsThere());
     EXPECT_EQ(Take(), "");
 }
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "InstanceLock.h"
 
+#include <QDir>
 #include <QTemporaryDir>
 
 #include <cstdio>
@@ -52,6 +53,32 @@ TEST_F(InstanceLockTest, WhatItProtectsGoesFirst)
     lock.BeforeRelease = [&] { wasHeld = lock.IsHeld(); };
     lock.Release();
     EXPECT_TRUE(wasHeld);
+}
+
+TEST_F(InstanceLockTest, WhoDoesNotHoldItReleasesNothing)
+{
+    InstanceLock lock(Folder());
+    int calls = 0;
+    lock.BeforeRelease = [&] { ++calls; };
+    lock.Release();
+    EXPECT_EQ(calls, 0);
+    ASSERT_EQ(lock.Take(), LockResult::Taken);
+    lock.Release();
+    lock.Release();
+    EXPECT_EQ(calls, 1);
+}
+
+TEST_F(InstanceLockTest, WhoFindsItHeldKeepsNothingOpen)
+{
+    const auto countOpen = [] { return QDir(QStringLiteral("/proc/self/fd")).count(); };
+    InstanceLock first(Folder());
+    ASSERT_EQ(first.Take(), LockResult::Taken);
+    InstanceLock later(Folder());
+    const auto before = countOpen();
+    EXPECT_EQ(later.Take(), LockResult::HeldByAnother);
+    EXPECT_EQ(countOpen(), before);
+    first.Release();
+    EXPECT_EQ(countOpen(), before - 1);
 }
 
 TEST_F(InstanceLockTest, AChildProcessDoesNotKeepIt)

@@ -43,6 +43,15 @@ TEST_F(LinkPlaceTest, AnotherUserIsTurnedAway)
     EXPECT_GE(Connected(), 0) << "its own user reaches it";
 }
 
+TEST_F(LinkPlaceTest, AStartLeavesNothingButItsLink)
+{
+    for (int start = 0; start < 2; ++start) {
+        CommandLink link(m_lock, m_host);
+        EXPECT_TRUE(link.IsListening());
+    }
+    EXPECT_TRUE(EntriesBeside(m_lock.LinkPath()).isEmpty());
+}
+
 TEST_F(LinkPlaceTest, ASocketLeftBehindIsReplaced)
 {
     const int stale = socket(AF_UNIX, SOCK_STREAM, 0);
@@ -57,6 +66,7 @@ TEST_F(LinkPlaceTest, ASocketLeftBehindIsReplaced)
     EXPECT_TRUE(link.IsListening());
     Send(QStringLiteral("a.cdg"));
     EXPECT_TRUE(WaitUntil([&] { return m_host.opened.size() == 1; }));
+    EXPECT_TRUE(EntriesBeside(path).isEmpty());
 }
 
 TEST_F(LinkPlaceTest, AFolderInTheSocketsPlaceMakesRoom)

@@ -13,6 +13,7 @@
 #include <memory>
 #include <signal.h>
 #include <sys/prctl.h>
+#include <unistd.h>
 #include <vector>
 
 namespace {
@@ -27,7 +28,11 @@ protected:
         environment.insert(QLatin1String(lantern::kLinkPartner), QStringLiteral("1"));
         process->setProcessEnvironment(environment);
         // A test that fails must not leave an instance behind.
-        process->setChildProcessModifier([] { prctl(PR_SET_PDEATHSIG, SIGKILL); });
+        process->setChildProcessModifier([hasInput = m_hasInput] {
+            prctl(PR_SET_PDEATHSIG, SIGKILL);
+            if (!hasInput)
+                close(STDIN_FILENO);
+        });
         process->start(QCoreApplication::applicationFilePath(), arguments);
         EXPECT_TRUE(process->waitForStarted());
         return process;
@@ -64,6 +69,7 @@ protected:
 
     QTemporaryDir m_folder;
     QString m_runtimeFolder = m_folder.path();
+    bool m_hasInput = true;
 };
 
 TEST_F(LinkProcessTest, ALaterStartHandsItsArgumentOverAndEnds)
@@ -94,6 +100,21 @@ TEST_F(LinkProcessTest, ARelativePathIsResolvedWhereItWasTyped)
     Start({QStringLiteral("My Song.cdg")})->waitForFinished();
     EXPECT_EQ(Line(*first), "focus");
     EXPECT_EQ(Line(*first), "open \"" + folder.toStdString() + "/My Song.cdg\"");
+    End(*first);
+}
+
+// Then the first file that is opened has the number 0.
+TEST_F(LinkProcessTest, StartsWithoutAStandardInputFindEachOther)
+{
+    m_hasInput = false;
+    const auto first = StartFirst();
+    Start({QStringLiteral("/a.cdg")})->waitForFinished();
+    EXPECT_EQ(Line(*first), "focus");
+    EXPECT_EQ(Line(*first), "open /a.cdg");
+    m_hasInput = true;
+    Start({QStringLiteral("/b.cdg")})->waitForFinished();
+    EXPECT_EQ(Line(*first), "focus");
+    EXPECT_EQ(Line(*first), "open /b.cdg");
     End(*first);
 }
 

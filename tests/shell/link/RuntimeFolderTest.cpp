@@ -3,6 +3,7 @@
 
 #include <QTemporaryDir>
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -54,6 +55,20 @@ TEST_F(RuntimeFolderTest, WithoutOneAPrivateFolderIsMade)
     ASSERT_EQ(stat(Own().constData(), &status), 0);
     EXPECT_EQ(status.st_mode & 0777, 0700u);
     EXPECT_EQ(Chosen({}), Own()) << "an existing one is used again";
+}
+
+// The address of a socket has no room for more.
+TEST_F(RuntimeFolderTest, TheLongestOneIsTakenAndALongerOneIsNot)
+{
+    const QByteArray longest = Path("") + QByteArray(64 - Path("").size(), 'r');
+    EXPECT_EQ(Chosen(longest), longest);
+    EXPECT_EQ(Chosen(longest + 'r'), Own());
+}
+
+TEST_F(RuntimeFolderTest, AFileIsNoFolder)
+{
+    close(creat(Path("run").constData(), 0700));
+    EXPECT_EQ(Chosen(Path("run")), Own());
 }
 
 TEST_F(RuntimeFolderTest, ALinkPlantedInItsPlaceIsNotFollowed)
