@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <fcntl.h>
+#include <mutex>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -35,12 +36,16 @@ private:
 
 class MemoryBytes final : public ByteSource {
 public:
-    explicit MemoryBytes(std::span<const std::uint8_t> image) : m_image(image) {}
+    explicit MemoryBytes(std::span<const std::uint8_t> image)
+        : m_size(static_cast<std::int64_t>(image.size())), m_image(image)
+    {
+    }
 
-    std::int64_t Size() const override { return static_cast<std::int64_t>(m_image.size()); }
+    std::int64_t Size() const override { return m_size; }
 
     std::size_t ReadAt(std::int64_t offset, std::span<std::uint8_t> out) const override
     {
+        const std::scoped_lock lock(m_mutex);
         // An offset below 0 is far beyond the end, too.
         const auto first = std::min(static_cast<std::size_t>(offset), m_image.size());
         const auto rest = m_image.subspan(first);
@@ -49,7 +54,15 @@ public:
         return part.size();
     }
 
+    void Release() override
+    {
+        const std::scoped_lock lock(m_mutex);
+        m_image = {};
+    }
+
 private:
+    const std::int64_t m_size;
+    mutable std::mutex m_mutex; // guards what follows, for the time of a read
     std::span<const std::uint8_t> m_image;
 };
 

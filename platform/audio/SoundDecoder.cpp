@@ -48,6 +48,12 @@ public:
 
     Chunk Read(std::int64_t firstFrame, std::span<float> stereo) override;
 
+    void Release() override
+    {
+        m_limit.Stop();
+        m_bytes->Release();
+    }
+
     // False if the bytes hold no sound.
     bool Start(milliseconds timeToMeasure);
 

@@ -16,8 +16,9 @@ class ByteSource;
 // thread of its own while it is already being read. A sound is cut off at 8 GB of PCM (twelve hours
 // at CD quality), at a day, or when the disk for its temporary file is full.
 //
-// Opening and destroying happen on the user-interface thread; Read and the const functions may
-// then be called from one other thread at a time. Destruction stops the decoding thread at once.
+// It is opened on the user-interface thread. Read may then be called from one other thread, the
+// const functions and Release from any. Destruction, on any thread, stops the decoding thread and
+// waits for the packet or the read that is under way.
 class SoundDecoder {
 public:
     struct Chunk {
@@ -30,7 +31,7 @@ public:
     // contents decide the type, not the name. A folder, a FIFO, a device, an unreadable file:
     // null, and at once.
     static std::unique_ptr<SoundDecoder> OpenFile(const QString& path);
-    // The memory stays the caller's and must outlive the decoder.
+    // The memory stays the caller's and must stay valid until Release or the decoder's end.
     static std::unique_ptr<SoundDecoder> OpenMemory(std::span<const std::uint8_t> image);
 
     // The same for any bytes; none are no sound. Its length is measured for so long at most before
@@ -57,6 +58,10 @@ public:
     // locks or allocates; a frame far ahead of what is decoded gives notYet. Only beyond 64 MB of
     // PCM, six minutes at CD quality, it reads from the disk, mostly from the system's cache.
     virtual Chunk Read(std::int64_t firstFrame, std::span<float> stereo) = 0;
+
+    // Decodes no further, without waiting for it: what has been decoded so far is all there is. The
+    // memory of an image is not touched any more when this returns.
+    virtual void Release() {}
 };
 
 } // namespace lantern

@@ -53,22 +53,14 @@ SoundRenderer::~SoundRenderer()
     m_output.Close();
 }
 
-void SoundRenderer::SetSound(SoundDecoder* sound, const Wish& wish)
-{
-    const std::scoped_lock lock(m_workMutex);
-    m_now.playing = false;
-    PauseOutput();
-    m_shaper.Stop();
-    m_sound = sound;
-    m_started = false;
-    SetWish(wish);
-}
-
-void SoundRenderer::SetWish(const Wish& wish)
+void SoundRenderer::SetWish(Wish wish)
 {
     {
         const std::scoped_lock lock(m_wishMutex);
-        m_wish = wish;
+        if (m_wish.sound && m_wish.sound != wish.sound) {
+            m_leftSounds.push_back(std::move(m_wish.sound));
+        }
+        m_wish = std::move(wish);
         m_wishLastAt = Clock::now();
         if (!std::exchange(m_wishNew, true)) {
             m_wishFirstAt = m_wishLastAt;
@@ -113,13 +105,8 @@ int SoundRenderer::Fill(std::span<float> stereo)
 void SoundRenderer::Run()
 {
     for (bool quit = false; !quit;) {
-        Clock::duration rest = {};
-        {
-            const std::scoped_lock lock(m_workMutex);
-            TakeWish();
-            rest = Work();
-        }
-        SleepFor(rest);
+        TakeWish();
+        SleepFor(Work());
         const std::scoped_lock lock(m_wishMutex);
         quit = m_quit;
     }
@@ -148,13 +135,15 @@ SoundRenderer::Clock::time_point SoundRenderer::WishDue() const
 
 void SoundRenderer::TakeWish()
 {
+    std::vector<std::shared_ptr<SoundDecoder>> left; // their end takes time, and no lock
     const std::scoped_lock lock(m_wishMutex);
     const Clock::time_point now = Clock::now();
     if (!m_wishNew || now < WishDue()) {
         return;
     }
     m_wishNew = false;
-    m_started = m_started && m_wish.serial == m_now.serial;
+    left.swap(m_leftSounds);
+    m_started = m_started && m_wish.serial == m_now.serial && m_wish.sound == m_now.sound;
     m_done = false;
     m_silentSince.reset();
     m_now = m_wish;
@@ -166,7 +155,7 @@ void SoundRenderer::TakeWish()
 // Does what is to be done now, and returns the time until there may be more.
 SoundRenderer::Clock::duration SoundRenderer::Work()
 {
-    if (!m_now.playing || m_done || m_sound == nullptr) {
+    if (!m_now.playing || m_done || !m_now.sound) {
         PauseOutput();
         return kSleepsAtMost;
     }
@@ -197,9 +186,9 @@ void SoundRenderer::PauseOutput()
 
 void SoundRenderer::StartAt(std::int64_t mediaFrame)
 {
-    const int rate = m_sound->SampleRate();
+    const int rate = m_now.sound->SampleRate();
     m_shape = m_now.shape;
-    m_shaper.Start(*m_sound, mediaFrame, m_shape);
+    m_shaper.Start(*m_now.sound, mediaFrame, m_shape);
     {
         const std::scoped_lock lock(m_timelineMutex);
         m_output.Restart(rate, *this);
@@ -224,7 +213,7 @@ void SoundRenderer::Recover()
 void SoundRenderer::ChangeShape()
 {
     m_shape = m_now.shape;
-    const int rate = m_sound->SampleRate();
+    const int rate = m_now.sound->SampleRate();
     const int kept = FramesIn(kKeptAtChangeMs, rate);
     const std::optional<std::int64_t> end = m_timeline.End();
     if (end && m_renderedFrames - std::max(m_ring.HeldFrames() - kept, 0) >= *end) {
@@ -281,7 +270,7 @@ void SoundRenderer::RenderBlock()
 
 bool SoundRenderer::CanBegin() const
 {
-    return m_ring.HeldFrames() >= FramesIn(kBeginsWithMs, m_sound->SampleRate());
+    return m_ring.HeldFrames() >= FramesIn(kBeginsWithMs, m_now.sound->SampleRate());
 }
 
 SoundRenderer::Clock::duration SoundRenderer::Watch()
@@ -304,7 +293,7 @@ SoundRenderer::Clock::duration SoundRenderer::Watch()
     if (!end) {
         return kRefillEvery;
     }
-    const double left = (static_cast<double>(*end) - heard) / m_sound->SampleRate();
+    const double left = (static_cast<double>(*end) - heard) / m_now.sound->SampleRate();
     if (left <= 0.0) {
         m_done = true;
         PauseOutput();

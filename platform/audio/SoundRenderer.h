@@ -13,6 +13,7 @@
 #include <condition_variable>
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <mutex>
 #include <optional>
 #include <thread>
@@ -23,12 +24,15 @@ namespace lantern {
 // The thread between a sound and the output: it shapes the sound a little ahead of what is heard,
 // and knows which frame of the sound that is.
 //
-// The user-interface thread says what it wishes; the renderer comes after. Wishes that follow
-// each other within milliseconds are taken as one: a caller may hold the tempo at neutral around
-// a seek, or drag a slider, without each step being heard.
+// The user-interface thread says what it wishes and never waits; the renderer comes after. Wishes
+// that follow each other within milliseconds are taken as one: a caller may hold the tempo at
+// neutral around a seek, or drag a slider, without each step being heard.
 class SoundRenderer final : private AudioOutput::Source {
 public:
     struct Wish {
+        // None if nothing is loaded. Shared, so that the user-interface thread can go on while the
+        // renderer still works on it.
+        std::shared_ptr<SoundDecoder> sound;
         std::uint64_t serial = 0; // another number is another place: a load, a seek, a start
         std::int64_t startFrame = 0;
         SoundShape shape;
@@ -44,10 +48,8 @@ public:
     SoundRenderer(AudioOutput& output, Report report);
     ~SoundRenderer();
 
-    // Borrows the sound. The former one is no longer used when this returns, which takes some
-    // milliseconds at most. The wish comes with it.
-    void SetSound(SoundDecoder* sound, const Wish& wish);
-    void SetWish(const Wish& wish);
+    // The sound of a former wish ends on the renderer's thread, unless the caller keeps it.
+    void SetWish(Wish wish);
     void SetLevel(StereoLevel level) { m_gain.SetTarget(level); }
 
     // The frame of the sound that is heard now; none while the place with this serial has not
@@ -84,18 +86,18 @@ private:
     StereoGain m_gain;
     SoundTap m_tap;
 
-    std::mutex m_wishMutex; // guards the wish and its times; held for moments
+    std::mutex m_wishMutex; // guards what follows; held for moments
     std::condition_variable m_wake;
     Wish m_wish;
+    std::vector<std::shared_ptr<SoundDecoder>> m_leftSounds;
     bool m_wishNew = false;
     bool m_quit = false;
     Clock::time_point m_wishFirstAt;
     Clock::time_point m_wishLastAt;
-
-    std::mutex m_workMutex; // held by the thread at work; guards what follows. Before m_wishMutex
-    SoundDecoder* m_sound = nullptr;
-    Wish m_now;
     Clock::time_point m_takenAt;
+
+    // The renderer's thread's own:
+    Wish m_now;
     SoundShaper m_shaper;
     SoundShape m_shape; // as rendered now
     std::vector<float> m_block;

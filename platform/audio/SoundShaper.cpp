@@ -81,9 +81,6 @@ void SoundShaper::PrepareStretcher()
 
 SoundShaper::Block SoundShaper::Render(std::span<float> stereo)
 {
-    if (m_sound == nullptr) {
-        return {};
-    }
     const Block block = RenderSegment(stereo);
     m_segmentFrames += block.frames;
     MixTail(stereo.first(static_cast<std::size_t>(block.frames) * 2));

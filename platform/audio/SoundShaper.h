@@ -49,12 +49,11 @@ public:
     SoundShaper();
     ~SoundShaper();
 
-    // The sound is borrowed until the next Start or Stop.
+    // Comes before all else. The sound is borrowed until the next Start.
     void Start(SoundDecoder& sound, std::int64_t mediaFrame, SoundShape shape);
     // Goes on at this frame, fading over from the tail: what has been rendered, or would have
     // been, from there on in the former shape.
     void Change(std::int64_t mediaFrame, SoundShape shape, std::vector<float> tail);
-    void Stop() { m_sound = nullptr; }
 
     Block Render(std::span<float> stereo);
 

@@ -97,7 +97,7 @@ std::int32_t StudioEngine::Take(std::unique_ptr<SoundDecoder> sound)
     }
     m_sound = std::move(sound);
     m_status = SoundStatus::Stopped;
-    m_renderer->SetSound(m_sound.get(), MakeWish());
+    TellWish();
     return kLoaded;
 }
 
@@ -106,8 +106,9 @@ void StudioEngine::CloseSound()
     m_status = SoundStatus::Empty;
     MoveTo(0);
     if (m_sound) {
-        m_renderer->SetSound(nullptr, MakeWish());
-        m_sound.reset();
+        m_sound->Release();
+        m_sound.reset(); // before the wish, so that the renderer is the last to let go of it
+        TellWish();
     }
 }
 
@@ -233,16 +234,11 @@ void StudioEngine::Measure(std::span<float> strengths)
     }
 }
 
-SoundRenderer::Wish StudioEngine::MakeWish() const
-{
-    return {m_serial, m_startFrame, ShapeFor(m_semitones, m_tempo),
-            m_status == SoundStatus::Playing};
-}
-
 void StudioEngine::TellWish()
 {
     if (m_renderer) {
-        m_renderer->SetWish(MakeWish());
+        m_renderer->SetWish({m_sound, m_serial, m_startFrame, ShapeFor(m_semitones, m_tempo),
+                             m_status == SoundStatus::Playing});
     }
 }
 

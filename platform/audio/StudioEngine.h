@@ -63,7 +63,6 @@ private:
     std::int32_t MsOf(double frame) const;
     void MoveTo(std::int64_t frame);
     void FollowSound();
-    SoundRenderer::Wish MakeWish() const;
     void TellWish();
     void TellLevel();
     void OnReport(SoundRenderer::Event event, std::uint64_t serial);
@@ -76,7 +75,7 @@ private:
     int m_semitones = 0;
     float m_tempo = 0.0F;
 
-    std::unique_ptr<SoundDecoder> m_sound;
+    std::shared_ptr<SoundDecoder> m_sound; // with the renderer, see its wish
     SoundStatus m_status = SoundStatus::Empty;
     std::uint64_t m_serial = 0;    // of the place that the sound was last moved to
     std::int64_t m_startFrame = 0; // that place

@@ -65,6 +65,20 @@ TEST(ByteSource, AFileAndAMemoryImageDeliverTheSame)
     }
 }
 
+TEST(ByteSource, ReleasedAMemoryImageIsEmptyAndAFileGoesOn)
+{
+    const SoundFolder folder;
+    const Bytes bytes = Counting(200);
+    const auto file = OpenFileBytes(folder.Write(QStringLiteral("a"), bytes));
+    const auto memory = OpenMemoryBytes(bytes);
+    ASSERT_TRUE(file && memory);
+    file->Release();
+    memory->Release();
+    EXPECT_EQ(Read(*file, 10, 5).size(), 5U);
+    EXPECT_TRUE(Read(*memory, 10, 5).empty());
+    EXPECT_EQ(memory->Size(), 200);
+}
+
 TEST(ByteSource, NoBytesAreNoSource)
 {
     const SoundFolder folder;

@@ -23,20 +23,25 @@ public:
     // Of the test's thread. Waits for the frames, and takes fewer only if they don't come.
     std::vector<float> Take(int frames)
     {
-        std::vector<float> taken(static_cast<std::size_t>(frames) * 2);
-        std::size_t done = 0;
+        std::vector<float> taken;
         Eventually(
             [&] {
-                const std::scoped_lock lock(m_mutex);
-                if (m_source != nullptr && m_state == State::Running && !m_paused) {
-                    const int got = m_source->Fill(std::span(taken).subspan(done));
-                    done += static_cast<std::size_t>(got) * 2;
-                    m_given += got;
-                }
-                return done == taken.size();
+                const auto missing = frames - static_cast<int>(taken.size() / 2);
+                const std::vector<float> more = TakeWhatIsThere(missing);
+                taken.insert(taken.end(), more.begin(), more.end());
+                return static_cast<int>(taken.size() / 2) == frames;
             },
             3s, 1ms);
-        taken.resize(done);
+        return taken;
+    }
+    std::vector<float> TakeWhatIsThere(int mostFrames)
+    {
+        std::vector<float> taken(static_cast<std::size_t>(mostFrames) * 2);
+        const std::scoped_lock lock(m_mutex);
+        const bool takes = m_source != nullptr && m_state == State::Running && !m_paused;
+        const int got = takes ? m_source->Fill(taken) : 0;
+        m_given += got;
+        taken.resize(static_cast<std::size_t>(got) * 2);
         return taken;
     }
     // So many frames of what was taken have not been heard yet.

@@ -48,7 +48,7 @@ protected:
 
     void Play(std::uint64_t serial, std::int64_t startFrame, SoundShape shape = {})
     {
-        m_renderer.SetSound(&m_sound, {serial, startFrame, shape, true});
+        m_renderer.SetWish({m_sound, serial, startFrame, shape, true});
     }
     std::span<const float> Of(std::int64_t first, std::int64_t frames) const
     {
@@ -74,7 +74,7 @@ protected:
     }
 
     const std::vector<float> m_noise = StereoNoise(60'000);
-    WatchedDecoder m_sound{m_noise};
+    const std::shared_ptr<WatchedDecoder> m_sound = std::make_shared<WatchedDecoder>(m_noise);
     HandOutput m_output;
     std::mutex m_reportMutex;
     std::vector<std::pair<Event, std::uint64_t>> m_reports;
@@ -122,9 +122,9 @@ TEST_F(RenderedByHand, APauseHoldsTheOutputAndLosesNoFrame)
     ExpectNext(0, 3000);
     for (std::int64_t frame = 3000; frame < 6000; frame += 1000) {
         m_output.Calls();
-        m_renderer.SetWish({1, 0, {}, false});
+        m_renderer.SetWish({m_sound, 1, 0, {}, false});
         EXPECT_TRUE(Eventually([this] { return m_output.IsPaused(); }));
-        m_renderer.SetWish({1, 0, {}, true});
+        m_renderer.SetWish({m_sound, 1, 0, {}, true});
         ExpectNext(frame, 1000);
         EXPECT_THAT(m_output.Calls(), ElementsAre("Pause", "Resume"));
     }
@@ -135,7 +135,7 @@ TEST_F(RenderedByHand, AnotherPlaceStartsTheOutputAnew)
     Play(1, 0);
     ExpectNext(0, 3000);
     m_output.Calls();
-    m_renderer.SetWish({2, 40'000, {}, true});
+    m_renderer.SetWish({m_sound, 2, 40'000, {}, true});
     EXPECT_TRUE(Eventually([this] { return m_renderer.HeardMediaFrame(2) == 40'000; }));
     EXPECT_EQ(m_renderer.HeardMediaFrame(1), std::nullopt);
     ExpectNext(40'000, 5000);
@@ -146,8 +146,8 @@ TEST_F(RenderedByHand, AChangeIsGivenSoonFadesOverAndCountsFromItsFrame)
 {
     Play(1, 0);
     ExpectNext(0, 5000);
-    m_renderer.SetWish({1, 0, {0, 0.5}, true});
-    ASSERT_TRUE(Eventually([this] { return m_sound.LastAsked() == 128; }));
+    m_renderer.SetWish({m_sound, 1, 0, {0, 0.5}, true});
+    ASSERT_TRUE(Eventually([this] { return m_sound->LastAsked() == 128; }));
     ExpectNext(5000, kKeptFrames);
     constexpr std::int64_t changed = 5000 + kKeptFrames;
     EXPECT_EQ(m_renderer.HeardMediaFrame(1), changed);
@@ -160,9 +160,9 @@ TEST_F(RenderedByHand, AChangeIsGivenSoonFadesOverAndCountsFromItsFrame)
 
     // And back, in the middle of what stands for no whole frame of the sound.
     m_output.Calls();
-    m_renderer.SetWish({1, 0, {}, true});
+    m_renderer.SetWish({m_sound, 1, 0, {}, true});
     const double media = changed + (kCrossfadeFrames + 2000 + kKeptFrames) / 2.0;
-    ASSERT_TRUE(Eventually([this] { return m_sound.LastAsked() == 256; }));
+    ASSERT_TRUE(Eventually([this] { return m_sound->LastAsked() == 256; }));
     m_output.Take(kKeptFrames + kCrossfadeFrames);
     const auto now = m_renderer.HeardMediaFrame(1);
     ASSERT_TRUE(now);
@@ -179,9 +179,9 @@ TEST_F(RenderedByHand, ChangesFollowEachOtherNoFasterThanTheyFadeOver)
     const Moment asked = Clock::now();
     for (int change = 0; change < 11; ++change) {
         const bool isSlow = change % 2 == 0;
-        m_renderer.SetWish({1, 0, {0, isSlow ? 0.8 : 0.9}, true});
+        m_renderer.SetWish({m_sound, 1, 0, {0, isSlow ? 0.8 : 0.9}, true});
         ASSERT_TRUE(
-            Eventually([&] { return m_sound.LastAsked() == (isSlow ? 204U : 230U); }, 5s, 1ms));
+            Eventually([&] { return m_sound->LastAsked() == (isSlow ? 204U : 230U); }, 5s, 1ms));
     }
     EXPECT_GE(Milliseconds(Clock::now() - asked), 400.0);
 }
@@ -190,7 +190,7 @@ TEST_F(RenderedByHand, AChangeInTheSilenceAfterTheEndChangesNothing)
 {
     Play(1, 57'000);
     ExpectNext(57'000, 2990);
-    m_renderer.SetWish({1, 57'000, {0, 0.5}, true});
+    m_renderer.SetWish({m_sound, 1, 57'000, {0, 0.5}, true});
     std::this_thread::sleep_for(60ms);
     ExpectNext(59'990, 10);
     EXPECT_TRUE(Comes(Event::Finished, 1));
@@ -222,18 +222,17 @@ TEST_F(RenderedByHand, NoDeviceIsToldAfterAWhileAndAgain)
 
 TEST_F(RenderedByHand, ASoundThatIsDecodedTooSlowlyWaitsForItsFrames)
 {
-    MemoryDecoder sound(m_noise, kRate);
-    sound.DecodeTo(kRate * 45 / 1000 - 1); // too few to begin with
-    m_renderer.SetSound(&sound, {1, 0, {}, true});
+    const auto sound = std::make_shared<MemoryDecoder>(m_noise, kRate);
+    sound->DecodeTo(kRate * 45 / 1000 - 1); // too few to begin with
+    m_renderer.SetWish({sound, 1, 0, {}, true});
     std::this_thread::sleep_for(60ms);
     EXPECT_FALSE(m_output.IsRunning());
-    sound.DecodeTo(2500);
+    sound->DecodeTo(2500);
     EXPECT_TRUE(Eventually([this] { return m_output.IsRunning(); }));
     ExpectNext(0, 2500);
     EXPECT_EQ(Reports(), 0U);
-    sound.DecodeTo(60'000);
+    sound->DecodeTo(60'000);
     ExpectNext(2500, 10'000);
-    m_renderer.SetSound(nullptr, {});
 }
 
 TEST_F(RenderedByHand, TheLevelHoldsFromTheFirstFrameAndChangesInARamp)
@@ -281,7 +280,8 @@ TEST_F(RenderedByHand, ASoundThatIsTakenAwayIsHeld)
     Play(1, 0);
     ExpectNext(0, 3000);
     m_output.Calls();
-    m_renderer.SetSound(nullptr, {2, 0, {}, true});
+    m_renderer.SetWish({nullptr, 2, 0, {}, true});
+    EXPECT_TRUE(Eventually([this] { return m_output.IsPaused(); }));
     EXPECT_THAT(m_output.Calls(), ElementsAre("Pause"));
     std::this_thread::sleep_for(60ms);
     EXPECT_THAT(m_output.Calls(), IsEmpty());

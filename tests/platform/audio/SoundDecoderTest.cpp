@@ -6,6 +6,7 @@
 #include <map>
 #include <random>
 #include <string>
+#include <sys/mman.h>
 
 namespace lantern {
 namespace {
@@ -344,6 +345,53 @@ TEST(SoundDecoder, SoundIsThereAtOnceInALongFile)
     std::vector<float> first(2 * 256);
     EXPECT_EQ(decoder->Read(0, first).frames, 256);
     EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(250));
+}
+
+// Memory that can be made to end the program that touches it.
+class ForbiddableMemory {
+public:
+    explicit ForbiddableMemory(const Bytes& bytes) : m_size(bytes.size())
+    {
+        m_start = mmap(nullptr, m_size, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+        std::ranges::copy(bytes, static_cast<std::uint8_t*>(m_start));
+    }
+    ~ForbiddableMemory() { munmap(m_start, m_size); }
+    ForbiddableMemory(const ForbiddableMemory&) = delete;
+    ForbiddableMemory& operator=(const ForbiddableMemory&) = delete;
+
+    std::span<const std::uint8_t> Image() const
+    {
+        return {static_cast<const std::uint8_t*>(m_start), m_size};
+    }
+    void Forbid() { EXPECT_EQ(mprotect(m_start, m_size, PROT_NONE), 0); }
+
+private:
+    std::size_t m_size;
+    void* m_start;
+};
+
+TEST(SoundDecoder, ReleasedItTouchesTheMemoryNoMoreButKeepsWhatIsDecoded)
+{
+    const Pcm pcm = MakeTicks(44100, 2, 44100 * 30);
+    ForbiddableMemory memory(WavImage(pcm));
+    const auto decoder = SoundDecoder::OpenMemory(memory.Image());
+    ASSERT_TRUE(decoder);
+    decoder->Release();
+    memory.Forbid();
+    WaitForEnd(*decoder);
+    const std::vector<float> decoded = ReadAll(*decoder);
+    ASSERT_GT(decoded.size(), 1000U);
+    const std::vector<float> all = StereoFloats(pcm);
+    EXPECT_TRUE(std::equal(decoded.begin(), decoded.end(), all.begin()));
+}
+
+TEST(SoundDecoder, AtItsEndTheMemoryIsNotTouchedEither)
+{
+    ForbiddableMemory memory(WavImage(MakeTicks(44100, 2, 44100 * 30)));
+    for (int i = 0; i < 3; ++i)
+        EXPECT_TRUE(SoundDecoder::OpenMemory(memory.Image()));
+    memory.Forbid();
+    std::this_thread::sleep_for(std::chrono::milliseconds(20));
 }
 
 } // namespace

@@ -42,13 +42,14 @@ std::vector<float> FloatsOf(const Pcm& pcm)
 TEST_F(SoundRendererRoom, ASoundDecodedTooSlowlyHasGapsButLosesNoFrame)
 {
     const Pcm noise = MakeNoise(44100, 900);
-    MemoryDecoder sound(FloatsOf(noise));
-    sound.DecodeTo(0);
+    const auto sound = std::make_shared<MemoryDecoder>(FloatsOf(noise));
+    sound->DecodeTo(0);
     const Ears ears(m_server, "studio");
-    m_renderer->SetSound(&sound, {.serial = 1, .startFrame = 0, .shape = {}, .playing = true});
+    m_renderer->SetWish(
+        {.sound = sound, .serial = 1, .startFrame = 0, .shape = {}, .playing = true});
     double last = 0.0;
     for (std::int64_t frame = 0; frame <= noise.FrameCount() + 1500; frame += 1500) {
-        sound.DecodeTo(frame);
+        sound->DecodeTo(frame);
         const Moment next = Clock::now() + 68ms; // at half the speed at which it is played
         while (Clock::now() < next) {
             const double heard = m_renderer->HeardMediaFrame(1).value_or(0.0);
@@ -69,21 +70,24 @@ TEST_F(SoundRendererRoom, ASoundDecodedTooSlowlyHasGapsButLosesNoFrame)
     }
     EXPECT_EQ(next, noise.FrameCount());
     EXPECT_GT(matches.size(), 3U); // or the decoder was not too slow
-    m_renderer->SetSound(nullptr, {});
 }
 
-TEST_F(SoundRendererRoom, ASoundThatIsTakenAwayIsNotReadAnyMore)
+TEST_F(SoundRendererRoom, ASoundThatIsTakenAwayIsSoonLetGo)
 {
     for (int i = 0; i < 20; ++i) {
-        auto sound = std::make_unique<MemoryDecoder>(FloatsOf(MakeNoise(44100, 100)));
+        auto sound = std::make_shared<MemoryDecoder>(FloatsOf(MakeNoise(44100, 100)));
+        const std::weak_ptr<SoundDecoder> held = sound;
         const auto serial = static_cast<std::uint64_t>(i);
-        m_renderer->SetSound(
-            sound.get(),
-            {.serial = serial, .startFrame = 0, .shape = {i % 3, 1.0}, .playing = true});
+        m_renderer->SetWish({.sound = std::move(sound),
+                             .serial = serial,
+                             .startFrame = 0,
+                             .shape = {i % 3, 1.0},
+                             .playing = true});
         std::this_thread::sleep_for(std::chrono::milliseconds(3 * i));
-        m_renderer->SetSound(nullptr, {});
-        sound.reset();
+        m_renderer->SetWish({});
+        EXPECT_TRUE(Eventually([&] { return held.expired(); }));
     }
+    std::this_thread::sleep_for(20ms);
     const double silent = m_output->HeardFrames();
     std::this_thread::sleep_for(100ms);
     EXPECT_EQ(m_output->HeardFrames(), silent);

@@ -370,12 +370,5 @@ TEST(SoundShaper, ItWaitsForTheDecoderAndGoesOnWithoutAGap)
     }
 }
 
-TEST(SoundShaper, WithoutASoundItIsSilent)
-{
-    SoundShaper shaper;
-    std::vector<float> stereo(64);
-    EXPECT_EQ(shaper.Render(stereo).frames, 0);
-}
-
 } // namespace
 } // namespace lantern
