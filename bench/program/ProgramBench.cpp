@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "PlayerRuns.h"
 #include "SessionRuns.h"
+#include "ToolRuns.h"
 
 #include <algorithm>
 #include <cstdlib>
@@ -282,6 +283,7 @@ void Run(const Effort& effort)
     std::vector<Measurement> all = MeasureStarts(stage, effort);
     for (Measurement& measurement : MeasureProcessor(stage, effort))
         all.push_back(std::move(measurement));
+    all.push_back(MeasureThumbnail(stage, effort));
     all.push_back(MeasureFullScreen(effort));
     all.push_back(MeasureColourLoads(effort));
     all.push_back(MeasureDrag(effort));

@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "MeasuringEngine.h"
 
+#include "SoundModule.h"
+
+#include <type_traits>
 #include <utility>
 
 namespace lantern::tool {
@@ -45,3 +48,9 @@ SoundStatus MeasuringEngine::GetSoundStatus()
 }
 
 } // namespace lantern::tool
+
+extern "C" __attribute__((visibility("default"))) lantern::AudioEngine* LanternMakeMeasuringEngine()
+{
+    return new lantern::tool::MeasuringEngine;
+}
+static_assert(std::is_same_v<decltype(&LanternMakeMeasuringEngine), lantern::tool::MakeEngine>);

@@ -2,15 +2,16 @@
 #include "TrackLoad.h"
 
 #include "MakeZipHandler.h"
-#include "MeasuringEngine.h"
 #include "NativeFile.h"
 #include "NoWindow.h"
 #include "PathHelpers.h"
+#include "SoundModule.h"
 
 #include <QStringList>
 
 #include <algorithm>
 #include <cstring>
+#include <memory>
 
 namespace lantern::tool {
 namespace {
@@ -49,10 +50,13 @@ QString ReasonsOf(const std::vector<SkippedMember>& skipped)
 
 QString LoadTrack(const QString& path, Track& track, std::vector<SkippedMember>& skipped)
 {
-    MeasuringEngine engine;
+    QString error;
+    const std::unique_ptr<AudioEngine> engine = LoadMeasuringEngine(error);
+    if (!engine)
+        return error;
     SkippedMembers window(skipped);
     // There is no folder of the program to unpack to, and nothing is unpacked to one.
-    MediaLoader loader(track, engine, window, {[] { return MakeZipHandler(); }, QString()});
+    MediaLoader loader(track, *engine, window, {[] { return MakeZipHandler(); }, QString()});
     QString message = loader.AddMedia(path);
     if (!message.isEmpty())
         return message;

@@ -301,6 +301,24 @@ TEST_F(LanternToolTest, AnOutputThatCannotBeWrittenIsOneLine)
     EXPECT_EQ(full.error, "lantern-tool: Cannot write to standard output\n");
 }
 
+TEST_F(LanternToolTest, WithoutItsPartForSoundItSaysSoInOneLine)
+{
+    const std::string track = MakeBlocks();
+    std::filesystem::copy_file(LANTERN_TOOL, In("tool"));
+    const auto copy = [&](const Words& words) {
+        Words all = {In("tool")};
+        all.insert(all.end(), words.begin(), words.end());
+        return test::Process({.arguments = all, .log = In("log")}).WaitForExit(60s);
+    };
+    EXPECT_EQ(copy({"info", track}), 1);
+    const std::string error = test::ReadFile(In("log"));
+    EXPECT_TRUE(error.starts_with("lantern-tool: Cannot load what measures sounds: ")) << error;
+    EXPECT_EQ(std::ranges::count(error, '\n'), 1) << error;
+    std::filesystem::remove(In("log"));
+    EXPECT_EQ(copy({"thumbnail", track, "--out", In("b.png")}), 0);
+    EXPECT_EQ(test::ReadFile(In("log")), "");
+}
+
 TEST_F(LanternToolTest, ATrackThatDoesNotFitInMemoryIsOneLine)
 {
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)

@@ -182,6 +182,27 @@ TEST_F(Thumbnail, SoundBesideThePacketsIsNotLookedAt)
     EXPECT_EQ(Draw(In("a.cdg")).pixel(0, 0), kRed);
 }
 
+// They take longer to load than the picture takes to draw.
+TEST_F(Thumbnail, TheLibrariesOfSoundAreLoadedOnlyWhereASoundIs)
+{
+    const std::string track = Make("a.cdg", Song(10).At(0).Colours(15).Put(Fill(2)).Stream());
+    Make("a.wav", SilentWav(44100));
+    const auto loadsThem = [this](const Words& words) {
+        std::filesystem::remove_all(In("loaded"));
+        std::filesystem::create_directory(In("loaded"));
+        EXPECT_EQ(
+            Run(words, "exec", {{"LD_DEBUG", "files"}, {"LD_DEBUG_OUTPUT", In("loaded/by")}}).code,
+            0);
+        std::string loaded;
+        for (const auto& entry : std::filesystem::directory_iterator(In("loaded")))
+            loaded += test::ReadFile(entry.path());
+        EXPECT_NE(loaded.find("libQt6Gui"), std::string::npos) << loaded.size();
+        return loaded.find("libavcodec") != std::string::npos;
+    };
+    EXPECT_FALSE(loadsThem({"thumbnail", track, "--out", In("b.png")}));
+    EXPECT_TRUE(loadsThem({"info", track}));
+}
+
 TEST_F(Thumbnail, AVeryLongFileIsReadOnlyAtItsBegin)
 {
     const std::string track = Make("long.cdg", Song(100).At(30).Colours(15).Letters(20).Stream());

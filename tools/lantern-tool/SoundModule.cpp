@@ -1,0 +1,27 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "SoundModule.h"
+
+#include "PathText.h"
+
+#include <dlfcn.h>
+#include <filesystem>
+#include <system_error>
+
+namespace lantern::tool {
+
+std::unique_ptr<AudioEngine> LoadMeasuringEngine(QString& error)
+{
+    std::error_code ignored;
+    const std::filesystem::path program = std::filesystem::read_symlink("/proc/self/exe", ignored);
+    const std::filesystem::path module = program.parent_path() / LANTERN_SOUND_FROM_PROGRAM;
+    // It stays loaded: what it made is in use to the end.
+    void* const handle = dlopen(module.lexically_normal().c_str(), RTLD_LAZY | RTLD_LOCAL);
+    const auto make =
+        handle != nullptr ? reinterpret_cast<MakeEngine>(dlsym(handle, kMakeEngine)) : nullptr;
+    if (make != nullptr)
+        return std::unique_ptr<AudioEngine>(make());
+    error = QStringLiteral("Cannot load what measures sounds: ") + TextFromNative(dlerror());
+    return nullptr;
+}
+
+} // namespace lantern::tool
