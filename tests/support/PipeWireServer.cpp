@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "PipeWireServer.h"
 
+#include <csignal>
 #include <stdexcept>
 
 namespace lantern::test {
@@ -26,12 +27,26 @@ constexpr std::string_view kRateOfTheEars = "context.properties = {\n"
 PipeWireServer::PipeWireServer(const std::vector<Sink>& sinks) : SoundServer(sinks)
 {
     WriteConfiguration();
+    Start();
+}
+
+void PipeWireServer::StartGraph()
+{
+    const std::filesystem::path socket = Folder() / "run/pipewire-0";
+    std::filesystem::remove(socket); // left by one that was killed
     m_graph = Run("pipewire");
-    const auto isThere = [this] { return std::filesystem::exists(Folder() / "run/pipewire-0"); };
-    if (!Eventually(isThere, 10s, 10ms))
+    if (!Eventually([&] { return std::filesystem::exists(socket); }, 10s, 10ms))
         throw std::runtime_error("PipeWire did not start: " + ReadFile(Folder() / "log"));
     m_sessionManager = Run("wireplumber");
-    Start();
+}
+
+void PipeWireServer::KillWhole()
+{
+    for (Process* const process : {m_graph.get(), m_sessionManager.get()})
+        process->Signal(SIGKILL);
+    Kill();
+    for (Process* const process : {m_graph.get(), m_sessionManager.get()})
+        process->WaitForExit(5s);
 }
 
 void PipeWireServer::WriteConfiguration()
@@ -61,6 +76,8 @@ std::unique_ptr<Process> PipeWireServer::Run(const std::string& program)
 
 std::unique_ptr<Process> PipeWireServer::Launch()
 {
+    if (!m_graph || !m_graph->IsRunning())
+        StartGraph();
     return Run("pipewire-pulse");
 }
 

@@ -9,11 +9,12 @@ namespace lantern::test {
 // A real PipeWire with its session manager and its PulseAudio server, set up as on a desktop but
 // for the devices of this machine, which it leaves alone. Ready when the constructor returns. Kill
 // and what follows it are of the PulseAudio server: it alone talks to clients, and the sinks are
-// its own.
+// its own. KillWhole ends all three, and Restart then starts all of them.
 class PipeWireServer final : public SoundServer {
 public:
     explicit PipeWireServer(const std::vector<Sink>& sinks = {{"studio", "Studio Speakers"}});
 
+    void KillWhole() override;
     void KeepASinkAlways() override {} // it does from its start
     // It counts in steps, of 512 frames beside the player and the ears, and tells a latency of 0.
     // Measured were 5 to 9 milliseconds in the mean and 18 at most.
@@ -25,6 +26,7 @@ private:
     std::unique_ptr<Process> Launch() override;
     std::unique_ptr<Process> Run(const std::string& program);
     void WriteConfiguration();
+    void StartGraph();
 
     SessionBus m_bus;
     std::unique_ptr<Process> m_graph;

@@ -45,7 +45,9 @@ public:
     virtual double TellsAheadAtMost() const = 0;
     virtual double TellsAheadInTheMean() const = 0;
 
-    void Kill();    // as a crash would: no farewell to its clients
+    void Kill(); // as a crash would: no farewell to its clients
+    // The same, and whatever the server itself runs on.
+    virtual void KillWhole() { Kill(); }
     void Restart(); // with the sinks it had, at the same address
     void Freeze();  // stops answering without going away, until Thaw
     void Thaw();

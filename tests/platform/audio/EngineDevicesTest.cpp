@@ -26,6 +26,7 @@ protected:
         return PassUntil([&] { return m_engine->GetDeviceCount() == count; }, 3s);
     }
     void ExpectAPauseUntilANewDeviceComes();
+    void ExpectAPauseUntilANewServerComes();
     // The time of the slowest of all calls that could wait for the server. Closes the sound.
     Clock::duration SlowestCall();
 };
@@ -46,6 +47,21 @@ Clock::duration EngineDevices::SlowestCall()
         slowest = std::max(slowest, Clock::now() - start);
     }
     return slowest;
+}
+
+void EngineDevices::ExpectAPauseUntilANewServerComes()
+{
+    EXPECT_TRUE(PassUntilStatus(SoundStatus::Paused));
+    const std::int32_t kept = m_engine->GetSoundPosition();
+    EXPECT_GT(kept, 100);
+    EXPECT_EQ(m_engine->GetDeviceCount(), 0);
+    m_server.Restart();
+    EXPECT_TRUE(PassUntilDevices(2));
+    Pass(200ms);
+    EXPECT_EQ(m_engine->GetSoundPosition(), kept);
+    m_engine->StartSound();
+    EXPECT_TRUE(PassUntil([&] { return m_engine->GetSoundPosition() > kept + 100; }, 2s));
+    EXPECT_LT(m_engine->GetSoundPosition(), kept + 250);
 }
 
 double LevelOf(const Ears& ears, Clock::duration last)
@@ -202,17 +218,29 @@ TEST_F(EngineDevices, ADeadServerPausesTheSoundAndANewOnePlaysItOn)
 {
     PlayTone();
     m_server.Kill();
-    EXPECT_TRUE(PassUntilStatus(SoundStatus::Paused));
-    const std::int32_t kept = m_engine->GetSoundPosition();
-    EXPECT_GT(kept, 100);
-    EXPECT_EQ(m_engine->GetDeviceCount(), 0);
+    ExpectAPauseUntilANewServerComes();
+}
+
+TEST_F(EngineDevices, AServerThatDiesWithAllThatItRunsOnIsReplacedTheSameWay)
+{
+    PlayTone();
+    m_server.KillWhole();
+    ExpectAPauseUntilANewServerComes();
+}
+
+TEST_F(EngineDevices, AServerThatComesBackAtOnceWithAllThatItRunsOnIsReadyAtPlay)
+{
+    PlayTone();
+    const std::int32_t then = m_engine->GetSoundPosition();
+    m_server.KillWhole();
     m_server.Restart();
     EXPECT_TRUE(PassUntilDevices(2));
-    Pass(200ms);
-    EXPECT_EQ(m_engine->GetSoundPosition(), kept);
-    m_engine->StartSound();
-    EXPECT_TRUE(PassUntil([&] { return m_engine->GetSoundPosition() > kept + 100; }, 2s));
-    EXPECT_LT(m_engine->GetSoundPosition(), kept + 250);
+    m_engine->StartSound(); // unless it goes on by itself
+    EXPECT_TRUE(PassUntil([&] { return m_engine->GetSoundPosition() > then + 500; }, 4s));
+    EXPECT_EQ(m_engine->GetSoundStatus(), SoundStatus::Playing);
+    const Ears ears(m_server, "studio");
+    Pass(400ms);
+    EXPECT_GT(LevelOf(ears, 200ms), kSomething);
 }
 
 TEST_F(EngineDevices, ADeadServerHoldsUpNoCall)
