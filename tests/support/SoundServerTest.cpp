@@ -45,7 +45,7 @@ TYPED_TEST(EachSoundServer, ComesBackAtTheSameAddress)
 {
     TypeParam server;
     const std::string address = server.Address();
-    for (void (TypeParam::*const kill)() : {&TypeParam::Kill, &TypeParam::KillWhole}) {
+    for (void (SoundServer::*const kill)() : {&SoundServer::Kill, &SoundServer::KillWhole}) {
         (server.*kill)();
         server.Restart();
         EXPECT_EQ(server.Address(), address);
