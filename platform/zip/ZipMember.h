@@ -1,11 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "ZipDirectory.h"
+
 #include <QString>
 
 #include <cstdint>
 #include <vector>
-#include <zip.h>
 
 namespace lantern {
 
@@ -16,9 +17,7 @@ struct ZipMember {
 
 // All bytes of the member, checked against the size and the checksum that the archive tells. What
 // it tells is never believed: memory grows with what has come, and ends at the largest size.
-ZipMember ReadZipMember(zip_t& archive, zip_uint64_t index, std::int64_t largestSize);
-
-// In the words of the library.
-QString ZipErrorText(int code);
+ZipMember ReadZipMember(const ArchiveBytes& archive, const ZipEntry& entry,
+                        std::int64_t largestSize);
 
 } // namespace lantern

@@ -2,11 +2,10 @@
 #include "ZipService.h"
 
 #include "PathText.h"
+#include "ZipMember.h"
 
-#include <array>
+#include <algorithm>
 #include <dlfcn.h>
-#include <memory>
-#include <zip.h>
 
 namespace lantern {
 namespace {
@@ -23,25 +22,6 @@ constexpr std::string_view kArchive =
     "\0\0\0\0\0\0\0\0\0\0\0\0\0\0test.cdg"
     "PK\5\6\0\0\0\0\1\0\1\0\66\0\0\0\55\0\0\0\0\0"sv;
 
-struct ArchiveDiscarder {
-    void operator()(zip_t* archive) const { zip_discard(archive); }
-};
-using Archive = std::unique_ptr<zip_t, ArchiveDiscarder>;
-
-struct FileCloser {
-    void operator()(zip_file_t* file) const { zip_fclose(file); }
-};
-using File = std::unique_ptr<zip_file_t, FileCloser>;
-
-Archive Opened(std::string_view bytes)
-{
-    zip_source_t* source = zip_source_buffer_create(bytes.data(), bytes.size(), 0, nullptr);
-    Archive archive(source ? zip_open_from_source(source, ZIP_RDONLY, nullptr) : nullptr);
-    if (!archive)
-        zip_source_free(source);
-    return archive;
-}
-
 } // namespace
 
 bool ZipServiceWorks()
@@ -51,18 +31,17 @@ bool ZipServiceWorks()
 
 bool ZipServiceReads(std::string_view bytes)
 {
-    const Archive archive = Opened(bytes);
-    if (!archive)
-        return false;
-    const File file(zip_fopen(archive.get(), kMember, 0));
-    std::array<char, kContents.size()> contents = {};
-    return file && zip_fread(file.get(), contents.data(), contents.size()) == kContents.size() &&
-           std::string_view(contents.data(), contents.size()) == kContents;
+    const MemoryBytes archive(bytes);
+    const ZipDirectory directory = ReadZipDirectory(archive);
+    return std::ranges::any_of(directory.entries, [&](const ZipEntry& entry) {
+        return entry.name == kMember &&
+               std::ranges::equal(ReadZipMember(archive, entry, kContents.size()).bytes, kContents);
+    });
 }
 
 QString ZipLibraryName()
 {
-    return QStringLiteral("libzip.so.4");
+    return QStringLiteral("libarchive.so.13");
 }
 
 void LoadZipLibrary(const QString& path)

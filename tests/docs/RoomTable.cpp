@@ -25,7 +25,9 @@ constexpr std::array kLibraries = {
     Library{"FFmpeg", "libswresample/"},
     Library{"Rubber Band", "rubberband/"},
     Library{"libpulse", "pulse/"},
-    Library{"libzip", "zip.h"},
+    Library{"libarchive", "archive.h"},
+    Library{"libunarr", "unarr.h"},
+    Library{"zlib", "zlib.h"},
     Library{"xcb", "xcb/"},
     Library{"libXss", "X11/"},
 };

@@ -73,12 +73,15 @@ std::string DirectoryEntry(const HandMadeMember& member, std::size_t storedSize,
 std::string HandMadeZip(const std::vector<HandMadeMember>& members)
 {
     std::string archive;
-    std::string directory;
+    std::vector<std::string> entries;
     for (const HandMadeMember& member : std::views::reverse(members)) {
         const std::string stored = member.isDeflated ? Deflated(member.contents) : member.contents;
-        directory.insert(0, DirectoryEntry(member, stored.size(), archive.size()));
+        entries.push_back(DirectoryEntry(member, stored.size(), archive.size()));
         archive += "PK\x03\x04" + Description(member, stored.size()) + member.name + stored;
     }
+    std::string directory;
+    for (const std::string& entry : std::views::reverse(entries))
+        directory += entry;
     std::string end = "PK\x05\x06";
     Put(end, 0, 2 + 2); // disks
     Put(end, static_cast<std::uint32_t>(members.size()), 2);

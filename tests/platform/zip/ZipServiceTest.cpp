@@ -50,7 +50,7 @@ TEST(ZipService, ALibraryIsLoadedFromItsPath)
         return dlopen(NativeFromText(path).constData(), RTLD_NOW | RTLD_NOLOAD);
     };
     Dl_info library = {};
-    ASSERT_NE(dladdr(dlsym(handle(ZipLibraryName()), "zip_open"), &library), 0);
+    ASSERT_NE(dladdr(dlsym(handle(ZipLibraryName()), "archive_read_new"), &library), 0);
     const QTemporaryDir folder;
     const QString path = folder.filePath(ZipLibraryName());
     ASSERT_TRUE(QFile::copy(QFile::decodeName(library.dli_fname), path));
