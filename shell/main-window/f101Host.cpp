@@ -158,7 +158,7 @@ ContextMenuState f101::MenuState()
 
 void f101::ShowPopMenu()
 {
-    if (m_track.MediaLoading || m_popMenu.IsOpen())
+    if (m_track.MediaLoading)
         return;
     RunMenu([this] { return m_popMenu.ShowCommands(ContextMenuItems(MenuState())); });
 }
@@ -172,9 +172,12 @@ void f101::ShowDeviceMenu()
     });
 }
 
-// Show is false if the window was destroyed while the menu was open.
+// Show is false if the window was destroyed while the menu was open. A menu that is open already,
+// and what goes with it, stays as it is.
 void f101::RunMenu(const std::function<bool()>& show)
 {
+    if (m_popMenu.IsOpen())
+        return;
     SetOptionsOnTop(false);
     m_parts.SetPointersBlank(false);
     if (!show())

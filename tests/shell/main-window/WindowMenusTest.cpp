@@ -135,6 +135,27 @@ TEST_F(WindowMenusTest, OneMenuAtATime)
     }));
 }
 
+// Assistive tools ask for a menu whatever else is open.
+TEST_F(WindowMenusTest, AMenuThatDoesNotOpenLeavesTheOpenOneAsItIs)
+{
+    Load();
+    window.MainPopup(CommandId::Options);
+    Press('F');
+    Settle();
+    for (const auto& open : {PopMenu(), DeviceMenu()}) {
+        EXPECT_TRUE(WithMenu(open, [&](frmMenus& menu) {
+            for (const auto& openAnother : {PopMenu(), DeviceMenu()})
+                openAnother();
+            Options().dev(1).Press();
+            EXPECT_FALSE(AreOptionsOnTop());
+            EXPECT_FALSE(IsPointerBlank(window));
+            EXPECT_EQ(QApplication::activePopupWidget(), &menu);
+        }));
+        EXPECT_TRUE(AreOptionsOnTop());
+        EXPECT_TRUE(IsPointerBlank(window));
+    }
+}
+
 TEST_F(WindowMenusTest, ThePointerIsSeenWhileAMenuIsOpenInFullScreen)
 {
     Load();
