@@ -8,7 +8,10 @@ extern "C" {
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <cstring>
+#include <functional>
+#include <span>
 
 namespace lantern {
 namespace {
@@ -47,10 +50,53 @@ void SpreadMono(std::byte* bytes, int frames)
     }
 }
 
+// As loud as no sound is, whatever scale a file goes by. NaN is not, either.
+template <typename Sample>
+bool IsSample(Sample value)
+{
+    constexpr Sample kBeyondMeasure = 1e10F;
+    return std::abs(value) < kBeyondMeasure;
+}
+
+// One sample that is none would go on sounding: a stretcher never forgets it. False without memory.
+template <typename Sample>
+bool SilenceNoSamples(AVFrame& frame)
+{
+    const bool planar = av_sample_fmt_is_planar(static_cast<AVSampleFormat>(frame.format)) != 0;
+    const int channels = frame.ch_layout.nb_channels;
+    const auto inPlane = static_cast<std::size_t>(frame.nb_samples) *
+                         static_cast<std::size_t>(planar ? 1 : channels);
+    for (int plane = 0; plane < (planar ? channels : 1); ++plane) {
+        const auto samples = [&] {
+            return std::span(reinterpret_cast<Sample*>(frame.extended_data[plane]), inPlane);
+        };
+        if (std::ranges::all_of(samples(), IsSample<Sample>))
+            continue;
+        if (av_frame_make_writable(&frame) < 0)
+            return false;
+        std::ranges::replace_if(samples(), std::not_fn(IsSample<Sample>), Sample{});
+    }
+    return true;
+}
+
+bool SilenceNoSamples(AVFrame& frame)
+{
+    switch (av_get_packed_sample_fmt(static_cast<AVSampleFormat>(frame.format))) {
+    case AV_SAMPLE_FMT_FLT:
+        return SilenceNoSamples<float>(frame);
+    case AV_SAMPLE_FMT_DBL:
+        return SilenceNoSamples<double>(frame);
+    default:
+        return true;
+    }
+}
+
 } // namespace
 
-bool SampleConverter::Convert(const AVFrame& frame, std::vector<std::byte>& out)
+bool SampleConverter::Convert(AVFrame& frame, std::vector<std::byte>& out)
 {
+    if (!SilenceNoSamples(frame))
+        return false;
     const bool sameInput = m_converter && m_inputFormat == frame.format &&
                            m_inputChannels == frame.ch_layout.nb_channels &&
                            m_inputLayout == LayoutMask(frame) && m_inputRate == frame.sample_rate;

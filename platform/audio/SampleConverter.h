@@ -25,8 +25,9 @@ class SampleConverter {
 public:
     SampleConverter(SampleKind kind, int sampleRate) : m_kind(kind), m_sampleRate(sampleRate) {}
 
-    // Appends the frame's samples. False if there is no way to make stereo of it.
-    bool Convert(const AVFrame& frame, std::vector<std::byte>& out);
+    // Appends the frame's samples. What is no number, or beyond all measure, becomes silence in the
+    // frame. False if there is no way to make stereo of it.
+    bool Convert(AVFrame& frame, std::vector<std::byte>& out);
     // Appends what a change of the rate still holds back.
     void Finish(std::vector<std::byte>& out);
 

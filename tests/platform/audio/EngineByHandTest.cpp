@@ -12,6 +12,9 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
+#include <limits>
+#include <ranges>
 
 #ifdef __SANITIZE_THREAD__
 // The lock under which Qt posts an event to another thread cannot be seen.
@@ -239,6 +242,28 @@ TEST_F(EngineByHand, TheValuesReachTheSound)
     }
 }
 
+TEST_F(EngineByHand, ADamagedSampleSilencesNoMoreThanItself)
+{
+    std::vector<float> noise = StereoNoise(16'000);
+    noise[2000] = std::numeric_limits<float>::quiet_NaN();
+    noise[2003] = std::numeric_limits<float>::infinity();
+    noise[2006] = std::numeric_limits<float>::max();
+    const Bytes image = FloatWavImage(noise, 8000);
+    ASSERT_TRUE(m_engine.EngineInit());
+    for (const int key : {0, 3}) {
+        ASSERT_EQ(m_engine.LoadMemory(image), 0);
+        m_engine.SetEnginePitch(key);
+        m_engine.StartSound();
+        const std::vector<float> heard = m_output.Take(14'000);
+        ASSERT_EQ(heard.size(), 28'000U);
+        const auto isSound = [](float sample) { return std::abs(sample) < 4.0F; };
+        EXPECT_TRUE(std::ranges::all_of(heard, isSound)) << "key " << key;
+        const auto isLoud = [](float sample) { return std::abs(sample) > 0.2F; };
+        EXPECT_GT(std::ranges::count_if(heard | std::views::drop(8000), isLoud), 2000);
+        m_engine.CloseSound();
+    }
+}
+
 TEST_F(EngineByHand, ValuesSetBeforeTheStartHoldFromTheFirstFrame)
 {
     m_engine.SetEngineVolume(50);
@@ -286,7 +311,7 @@ TEST_F(EngineByHand, TheSpectrumIsThatOfWhatIsHeard)
 // To fill its ring in another key it works for a quarter of a second and longer, without a rest.
 TEST_F(EngineByHand, ToCloseASoundWaitsForNoRendererThatIsBehind)
 {
-    const Bytes image = WavImage(MakeTicks(192'000, 2, 192'000 * 2));
+    const Bytes image = WavImage(MakeTicks(192'000, 2, 96'000));
     ASSERT_TRUE(m_engine.EngineInit());
     m_engine.SetEnginePitch(3);
     std::array<Clock::duration, 5> times = {};

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 #include <numbers>
 #include <span>
 
@@ -105,6 +106,72 @@ TEST(SampleConverter, SixteenBitsComeThroughBitForBit)
     for (const std::int16_t sample : samples)
         expected.push_back(static_cast<float>(sample) / 32768.0F);
     EXPECT_EQ(widened.Finished(), expected);
+}
+
+// Numbers that are no samples, and what is beyond all measure.
+template <typename Sample>
+std::vector<Sample> BadSamples()
+{
+    using Limits = std::numeric_limits<Sample>;
+    return {Limits::quiet_NaN(), Limits::infinity(), -Limits::infinity(),
+            Limits::max(),       Limits::lowest(),   Limits::signaling_NaN()};
+}
+
+TEST(SampleConverter, WhatIsNoSampleBecomesSilence)
+{
+    std::vector<float> samples = {0.5F, -1.0F, 1.5F, 0.25F};
+    samples.insert(samples.begin() + 2, 6, 0.0F);
+    std::vector<float> damaged = samples;
+    std::ranges::copy(BadSamples<float>(), damaged.begin() + 2);
+    const auto frame = Floats({}, damaged);
+    const AvPointer<AVFrame> shared(av_frame_clone(frame.get()));
+    Conversion<float> kept;
+    EXPECT_TRUE(kept.Feed(frame));
+    EXPECT_EQ(kept.Finished(), samples);
+    EXPECT_TRUE(std::isnan(reinterpret_cast<const float*>(shared->data[0])[2]))
+        << "what others hold stays as it is";
+
+    Conversion<std::int16_t> narrowed;
+    EXPECT_TRUE(narrowed.Feed(Floats({}, damaged)));
+    EXPECT_EQ(narrowed.Finished(),
+              (std::vector<std::int16_t>{16384, -32768, 0, 0, 0, 0, 0, 0, 32767, 8192}));
+
+    Conversion<float> doubles;
+    EXPECT_TRUE(doubles.Feed(MakeFrame<double>({.format = AV_SAMPLE_FMT_DBL},
+                                               std::span<const double>(BadSamples<double>()))));
+    EXPECT_EQ(doubles.Finished(), std::vector<float>(6, 0.0F));
+}
+
+TEST(SampleConverter, WhatIsNoSampleIsFoundInEachChannel)
+{
+    for (const int channel : {0, 1}) {
+        const AvPointer<AVFrame> frame(av_frame_alloc());
+        frame->format = AV_SAMPLE_FMT_FLTP;
+        frame->sample_rate = kRate;
+        frame->nb_samples = 100;
+        av_channel_layout_default(&frame->ch_layout, 2);
+        ASSERT_EQ(av_frame_get_buffer(frame.get(), 0), 0);
+        for (int i = 0; i < 2; ++i)
+            std::fill_n(reinterpret_cast<float*>(frame->extended_data[i]), 100, 0.5F);
+        reinterpret_cast<float*>(frame->extended_data[channel])[99] = std::nanf("");
+        Conversion<float> kept;
+        EXPECT_TRUE(kept.Feed(frame));
+        std::vector<float> expected(200, 0.5F);
+        expected[static_cast<std::size_t>(198 + channel)] = 0.0F;
+        EXPECT_EQ(kept.Finished(), expected);
+    }
+}
+
+TEST(SampleConverter, AChangeOfTheRateSpreadsNothingThatIsNoSample)
+{
+    std::vector<float> samples(2 * 2000, 0.5F);
+    std::ranges::copy(BadSamples<float>(), samples.begin() + 2000);
+    Conversion<float> conversion(48000);
+    EXPECT_TRUE(conversion.Feed(Floats({}, samples)));
+    const std::vector<float> converted = conversion.Finished();
+    EXPECT_GT(converted.size(), 4000U);
+    for (const float sample : converted)
+        ASSERT_LT(std::abs(sample), 1.0F);
 }
 
 TEST(SampleConverter, MonoGoesToBothSides)

@@ -5,6 +5,7 @@
 #include <QProcess>
 
 #include <algorithm>
+#include <bit>
 #include <cmath>
 #include <gtest/gtest.h>
 #include <numbers>
@@ -105,26 +106,45 @@ std::vector<float> StereoFloats(const Pcm& pcm)
     return floats;
 }
 
-Bytes WavImage(const Pcm& pcm)
+namespace {
+
+Bytes WavHead(std::uint32_t format, std::uint32_t channels, std::uint32_t rate,
+              std::uint32_t sampleBytes, std::uint32_t dataSize)
 {
-    const auto dataSize = static_cast<std::uint32_t>(pcm.samples.size() * sizeof(std::int16_t));
-    const auto channels = static_cast<std::uint32_t>(pcm.channels);
-    const auto rate = static_cast<std::uint32_t>(pcm.sampleRate);
     Bytes out;
     PutText(out, "RIFF");
     PutLittle(out, dataSize + 36, 4);
     PutText(out, "WAVEfmt ");
     PutLittle(out, 16, 4);
-    PutLittle(out, 1, 2);
+    PutLittle(out, format, 2);
     PutLittle(out, channels, 2);
     PutLittle(out, rate, 4);
-    PutLittle(out, rate * channels * 2, 4);
-    PutLittle(out, channels * 2, 2);
-    PutLittle(out, 16, 2);
+    PutLittle(out, rate * channels * sampleBytes, 4);
+    PutLittle(out, channels * sampleBytes, 2);
+    PutLittle(out, sampleBytes * 8, 2);
     PutText(out, "data");
     PutLittle(out, dataSize, 4);
+    return out;
+}
+
+} // namespace
+
+Bytes WavImage(const Pcm& pcm)
+{
+    const auto dataSize = static_cast<std::uint32_t>(pcm.samples.size() * sizeof(std::int16_t));
+    Bytes out = WavHead(1, static_cast<std::uint32_t>(pcm.channels),
+                        static_cast<std::uint32_t>(pcm.sampleRate), 2, dataSize);
     for (const std::int16_t sample : pcm.samples)
         PutLittle(out, static_cast<std::uint16_t>(sample), 2);
+    return out;
+}
+
+Bytes FloatWavImage(std::span<const float> stereo, int sampleRate)
+{
+    Bytes out = WavHead(3, 2, static_cast<std::uint32_t>(sampleRate), 4,
+                        static_cast<std::uint32_t>(stereo.size_bytes()));
+    for (const float sample : stereo)
+        PutLittle(out, std::bit_cast<std::uint32_t>(sample), 4);
     return out;
 }
 

@@ -35,6 +35,7 @@ std::vector<float> StereoFloats(const Pcm& pcm);
 
 // A RIFF image with the plain 16-byte format chunk.
 Bytes WavImage(const Pcm& pcm);
+Bytes FloatWavImage(std::span<const float> stereo, int sampleRate);
 // Modules of one empty pattern of 64 rows in default tempo: 7.68 s.
 Bytes ModImage();
 Bytes XmImage();
