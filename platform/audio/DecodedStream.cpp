@@ -210,7 +210,7 @@ void DecodedStream::KeepWithinClaim()
     m_block.erase(cut, m_block.end());
     if (m_withheld.empty())
         return;
-    if (m_container->Kind().rule == LengthRule::TrustedClaim) {
+    if (m_container->EndsAtClaim()) {
         m_packetsEnded = true;
     } else if (m_stamps.Refutes(m_claimedFrames, m_sampleRate) ||
                FramesIn(m_withheld) > kMostWithheldFrames) {
@@ -228,8 +228,7 @@ void DecodedStream::EndSound()
     if (m_converter)
         m_converter->Finish(m_block);
     KeepWithinClaim();
-    const bool holds = m_container->Kind().rule == LengthRule::TrustedClaim ||
-                       m_stamps.BearsOut(m_claimedFrames, m_sampleRate);
+    const bool holds = m_container->IsBorneOut(m_claimedFrames, m_stamps, m_sampleRate);
     if (m_claimedFrames != 0 && holds)
         m_closingSilence = m_claimedFrames - m_emittedFrames - FramesIn(m_block);
     else

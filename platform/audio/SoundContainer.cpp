@@ -165,6 +165,15 @@ std::int64_t SoundContainer::ClaimedFrames(int sampleRate) const
     return Positive(frames - delay);
 }
 
+bool SoundContainer::IsBorneOut(std::int64_t claimedFrames, const StampTrack& stamps,
+                                int sampleRate) const
+{
+    if (m_kind->rule == LengthRule::TrustedClaim)
+        return true;
+    return EndsAtClaim() ? stamps.Reaches(claimedFrames + m_silentFrames, sampleRate)
+                         : stamps.BearsOut(claimedFrames, sampleRate);
+}
+
 double SoundContainer::Progress() const
 {
     return static_cast<double>(std::min(m_position, m_bytes.Size())) /

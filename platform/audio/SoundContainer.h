@@ -3,6 +3,7 @@
 
 #include "AvPointers.h"
 #include "ByteSource.h"
+#include "StampTrack.h"
 #include "WorkLimit.h"
 
 #include <cstdint>
@@ -46,6 +47,14 @@ public:
     // Frames at the rate, counted from the sound's start, as the header states it; 0 if it
     // doesn't.
     std::int64_t ClaimedFrames(int sampleRate) const;
+    // The sound ends there, whatever the packets hold beyond: a Musepack file that was cut keeps
+    // the whole block, and the header counts the frames that are meant to be heard.
+    bool EndsAtClaim() const
+    {
+        return m_kind->rule == LengthRule::TrustedClaim || m_statedFrames != 0;
+    }
+    // Whether the packets noted so far are those of a sound of that length.
+    bool IsBorneOut(std::int64_t claimedFrames, const StampTrack& stamps, int sampleRate) const;
     // Frames that the container itself says to drop before the first, beside the decoder's delay.
     std::int64_t SilentFrames() const { return m_silentFrames; }
     // How far the reading has come, from 0 to 1.

@@ -115,7 +115,7 @@ SoundLength LengthByRule(const SoundContainer& container, const PacketSurvey& su
     case LengthRule::Claim:
     case LengthRule::TrustedClaim:
         return {.frames = claimed,
-                .exact = claimed > 0 && survey.stamps.BearsOut(claimed, sampleRate)};
+                .exact = claimed > 0 && container.IsBorneOut(claimed, survey.stamps, sampleRate)};
     }
     return {};
 }

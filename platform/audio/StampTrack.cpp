@@ -36,11 +36,15 @@ void StampTrack::Note(const AVPacket& packet)
     m_any = true;
 }
 
-bool StampTrack::BearsOut(std::int64_t claimedFrames, int sampleRate) const
+bool StampTrack::Reaches(std::int64_t claimedFrames, int sampleRate) const
 {
     const std::int64_t end = FramesFromStart(SaturatedSum(m_last, m_length), sampleRate);
-    return m_any && !m_broken && SaturatedSum(end, sampleRate) >= claimedFrames &&
-           !Refutes(claimedFrames, sampleRate);
+    return m_any && !m_broken && SaturatedSum(end, sampleRate) >= claimedFrames;
+}
+
+bool StampTrack::BearsOut(std::int64_t claimedFrames, int sampleRate) const
+{
+    return Reaches(claimedFrames, sampleRate) && !Refutes(claimedFrames, sampleRate);
 }
 
 bool StampTrack::Refutes(std::int64_t claimedFrames, int sampleRate) const

@@ -15,8 +15,10 @@ public:
 
     void Note(const AVPacket& packet);
 
-    // The stamps follow upon each other, and the claimed length lies within the last packet or up
-    // to a second from it. Frames are counted at the rate, from the sound's start.
+    // The stamps follow upon each other, and the last packet ends a second before the claimed
+    // length or later. Frames are counted at the rate, from the sound's start.
+    bool Reaches(std::int64_t claimedFrames, int sampleRate) const;
+    // They reach the claimed length, and don't refute it.
     bool BearsOut(std::int64_t claimedFrames, int sampleRate) const;
     // Packets begin more than a second behind the claimed end.
     bool Refutes(std::int64_t claimedFrames, int sampleRate) const;

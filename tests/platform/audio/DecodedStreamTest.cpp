@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "DecodedStream.h"
 
+#include "SoundDecoder.h"
 #include "WatchedBytes.h"
 
 #include <gtest/gtest.h>
@@ -138,6 +139,37 @@ TEST(DecodedStream, WindowsMediaStartsWithWhatItsDecoderSwallows)
         const std::vector<float> heard = wma.Shorts();
         EXPECT_NEAR(BurstDelayFrames(heard, rate, 1), 0, 2) << codec << rate;
     }
+}
+
+// It keeps its blocks whole: what was cut off is still in the file, at both ends.
+TEST(DecodedStream, ACutMusepackIsHeardFromWhereToWhereItWasCut)
+{
+    const SoundFolder folder;
+    const Pcm pcm = MakeTicks(kRate, 2, 6 * kRate);
+    const auto made = [&](const char* command, const char* name) {
+        return folder.Encode(pcm, QString::fromLatin1(command).split(u' '),
+                             QString::fromLatin1(name));
+    };
+    Decoded whole(ReadFile(made("mpcenc --silent in.wav", "whole.mpc")));
+    ASSERT_TRUE(whole);
+    const std::vector<float> all = whole.Shorts();
+    ASSERT_EQ(all.size(), pcm.samples.size());
+    const QString cut = made("mpccut -s 50000 -e 150000 whole.mpc", "cut.mpc");
+    EXPECT_EQ(SoundDecoder::FileDurationMs(cut), 2268);
+    const Bytes bytes = ReadFile(cut);
+    Decoded part(bytes);
+    ASSERT_TRUE(part);
+    const std::vector<float> heard = part.Shorts();
+    ASSERT_EQ(heard.size(), 200'000U);
+    EXPECT_TRUE(std::equal(heard.begin(), heard.end(), all.begin() + 100'000));
+
+    // Where the file breaks off, the header is wrong.
+    Decoded broken(Bytes(bytes.begin(), bytes.begin() + std::ssize(bytes) / 3));
+    ASSERT_TRUE(broken);
+    const std::vector<float> start = broken.Shorts();
+    EXPECT_LT(start.size(), 100'000U);
+    EXPECT_GT(start.size(), 10'000U);
+    EXPECT_TRUE(std::equal(start.begin(), start.end() - 10'000, all.begin() + 100'000));
 }
 
 TEST(DecodedStream, AModuleEndsAtItsClaimAndNotWhereItsRenderingDoes)
