@@ -71,6 +71,24 @@ TEST(StereoGain, AChangeIsARampOfTenMillisecondsWithoutACorner)
     }
 }
 
+TEST(StereoGain, BothSidesChangeAlike)
+{
+    const auto heard = [](StereoLevel from, StereoLevel to) {
+        StereoGain gain;
+        gain.SetTarget(from);
+        gain.Restart(kRate);
+        gain.SetTarget(to);
+        std::vector<float> constant(2 * 600, 1.0F);
+        gain.Apply(constant);
+        return constant;
+    };
+    const std::vector<float> sound = heard({0.75F, 0.125F}, {0.25F, 0.5F});
+    std::vector<float> mirrored = heard({0.125F, 0.75F}, {0.5F, 0.25F});
+    for (std::size_t i = 0; i < mirrored.size(); i += 2)
+        std::swap(mirrored[i], mirrored[i + 1]);
+    EXPECT_EQ(sound, mirrored);
+}
+
 TEST(StereoGain, AChangeDuringARampGoesOnFromTheLevelReached)
 {
     StereoGain gain;
