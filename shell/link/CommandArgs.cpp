@@ -102,9 +102,7 @@ ProgramArguments ProgramArguments::Of(std::span<const char* const> arguments)
 
 QString GetCommandArgs(const ProgramArguments& arguments)
 {
-    QStringList texts = {arguments.Each.join(u' ')};
-    if (arguments.Each.size() > 1)
-        texts += arguments.Each;
+    const QStringList texts = QStringList{arguments.Each.join(u' ')} + arguments.Each;
     for (const QString& text : texts) {
         if (const QString track = TrackNamedBy(text, arguments.Folder); !track.isEmpty())
             return track;

@@ -35,7 +35,6 @@ void ClearPlace(const QByteArray& path)
 QString DecodeCommand(QByteArrayView digits)
 {
     QString text;
-    text.reserve((digits.size() + 3) / 4);
     for (qsizetype position = 0; position < digits.size(); position += 4) {
         int unit = 0;
         for (const char digit :
@@ -93,7 +92,7 @@ void CommandLink::Accept()
         if (m_conversations.size() == kMostConversations)
             Expire(m_conversations.front().socket);
         m_conversations.push_back({socket, {}});
-        socket->setReadBufferSize(kLongestCommand + 1);
+        socket->setReadBufferSize(kLongestCommand);
         connect(socket, &QLocalSocket::readyRead, this, [this, socket] { Read(socket); });
         connect(socket, &QLocalSocket::disconnected, this, [this, socket] { Finish(socket); });
         QTimer::singleShot(kConversationMs, socket, [this, socket] { Expire(socket); });

@@ -1,12 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "fDDE.h"
 
+#include "OwnedDescriptor.h"
+
 #include <array>
 #include <chrono>
 #include <cstring>
 #include <sys/socket.h>
 #include <sys/un.h>
-#include <unistd.h>
 #include <utility>
 
 namespace lantern {
@@ -57,7 +58,6 @@ QByteArray EncodeCommand(const QString& text)
     constexpr std::array kDigits = {'0', '1', '2', '3', '4', '5', '6', '7',
                                     '8', '9', 'A', 'B', 'C', 'D', 'E', 'F'};
     QByteArray digits;
-    digits.reserve(text.size() * 4);
     for (const QChar character : text) {
         const unsigned unit = character.unicode();
         for (const unsigned shift : {12u, 8u, 4u, 0u})
@@ -77,13 +77,10 @@ void fDDE::ExecuteDDE(const QString& commandText)
     if (hiddenText.size() > kLongestCommand)
         return;
     const Clock::time_point deadline = Clock::now() + std::chrono::milliseconds(kLinkTimeoutMs);
-    const int descriptor = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
-    if (descriptor < 0)
-        return;
     // The end of the conversation is the end of the command: there is no terminator.
-    m_isSent = LimitWaiting(descriptor, deadline) && Connect(descriptor, m_linkPath) &&
-               Send(descriptor, hiddenText, deadline);
-    close(descriptor);
+    const OwnedDescriptor link(socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0));
+    m_isSent = link && LimitWaiting(link.Number(), deadline) &&
+               Connect(link.Number(), m_linkPath) && Send(link.Number(), hiddenText, deadline);
 }
 
 } // namespace lantern

@@ -130,8 +130,13 @@ TEST_F(ActivationToken, OneThatFindsNoRoomIsNotLeft)
 
 TEST_F(ActivationToken, WithoutALinkThereIsNone)
 {
+    const std::filesystem::path before = std::filesystem::current_path();
+    std::filesystem::current_path(m_folder.Path());
+    WriteFile(".token", "another's");
     LeaveActivationToken({}, "token");
     EXPECT_EQ(TakeActivationToken({}), "");
+    EXPECT_EQ(ReadFile(".token"), "another's") << "nothing of the working folder is touched";
+    std::filesystem::current_path(before);
     LeaveActivationToken("/nowhere/link", "token");
     EXPECT_EQ(TakeActivationToken("/nowhere/link"), "");
 }
