@@ -3,6 +3,7 @@
 
 #include <cmath>
 #include <iostream>
+#include <random>
 
 namespace lantern::test {
 namespace {
@@ -82,6 +83,38 @@ std::filesystem::path Journey::WriteToneTrack(const std::string& stem, double se
                .left = kLoudness,
                .right = kLoudness});
     return WritePlainTrack(stem, seconds, sheet, picture);
+}
+
+std::filesystem::path Journey::WriteTiledTrack()
+{
+    constexpr double kSeconds = 20.0;
+    constexpr int kFirstTilePacket = 450;
+    constexpr int kTiles = 280;
+    std::mt19937 random(5);
+    Packet::Colours low = {};
+    Packet::Colours high = {};
+    for (QRgb* colour : {low.data(), high.data()}) {
+        for (int i = 0; i < 8; ++i)
+            colour[i] =
+                qRgb(17 * static_cast<int>(random() % 16), 17 * static_cast<int>(random() % 16),
+                     17 * static_cast<int>(random() % 16));
+    }
+    low[1] = kPicture;
+    PacketSheet packets(kSeconds);
+    packets.Put(1, Packet::LoadColoursLow(low));
+    packets.Put(2, Packet::LoadColoursHigh(high));
+    packets.Put(3, Packet::MemoryPreset(1));
+    for (int i = 0; i < kTiles; ++i) {
+        std::array<std::uint8_t, 12> rows = {};
+        for (std::uint8_t& row : rows)
+            row = static_cast<std::uint8_t>(random() % 64);
+        packets.Put(kFirstTilePacket + i,
+                    Packet::Tile(static_cast<int>(random() % 50), static_cast<int>(random() % 18),
+                                 static_cast<int>(random() % 16), static_cast<int>(random() % 16),
+                                 rows));
+    }
+    packets.Write(folder / "tiles.cdg");
+    return folder / "tiles.cdg";
 }
 
 void Journey::StartPlayer(const std::vector<std::string>& arguments,

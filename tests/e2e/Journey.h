@@ -43,6 +43,11 @@ protected:
     std::filesystem::path WriteToneTrack(const std::string& stem, double seconds,
                                          double frequency = 440.0, QRgb picture = kPicture);
 
+    // A silent track: a second and a half of one colour, in which the picture can be found on the
+    // screen, then a picture that uses every colour. That stands so long after the first is seen.
+    static constexpr Clock::duration kTilesDrawn = 3500ms;
+    std::filesystem::path WriteTiledTrack();
+
     // Starts the player, with nothing or with a file, and waits for its window.
     void StartPlayer(const std::vector<std::string>& arguments = {},
                      const EnvironmentChanges& environment = {});

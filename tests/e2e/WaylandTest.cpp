@@ -2,6 +2,8 @@
 #include "FileDrag.h"
 #include "WaylandJourney.h"
 
+#include <QColor>
+
 #include <cmath>
 #include <numbers>
 
@@ -128,6 +130,31 @@ TEST_F(Wayland, ThePictureIsOfferedOnTheClipboard)
     hand.Key("c");
     EXPECT_TRUE(AwaitRequest(".offer(\"image/png\")"));
     EXPECT_TRUE(AwaitRequest("set_selection("));
+}
+
+TEST_F(Wayland, AnotherProgramPastesThePictureToThePixel)
+{
+    Start({WriteTiledTrack().string()});
+    ASSERT_TRUE(AwaitPictureSize({576, 384}));
+    const QRect area = PictureArea();
+    std::this_thread::sleep_for(kTilesDrawn);
+    const QImage shown = eyes.Area(area);
+    hand.Key("c");
+    ASSERT_TRUE(AwaitRequest("set_selection("));
+    const QString file = QString::fromStdString((folder / "pasted.png").native());
+    Process target({.arguments = {LANTERN_PASTE_TARGET, file.toStdString()},
+                    .environment = SourceEnvironment(),
+                    .log = folder / "target.log"});
+    const QRgb targetColour = QColor(Qt::darkCyan).rgb();
+    ASSERT_TRUE(
+        Eventually([&] { return PictureArea(targetColour).size() == QSize(80, 60); }, kPatience))
+        << ReadFile(folder / "target.log");
+    hand.Key("v"); // a window that comes has the keyboard
+    ASSERT_EQ(target.WaitForExit(kPatience), 0) << ReadFile(folder / "target.log");
+    const QImage pasted = QImage(file).convertToFormat(QImage::Format_RGB32);
+    EXPECT_EQ(pasted.size(), QSize(288, 192));
+    EXPECT_TRUE(pasted.scaled(area.size()) == shown);
+    EXPECT_GT(pasted.convertToFormat(QImage::Format_Indexed8).colorCount(), 10);
 }
 
 TEST_F(Wayland, AStartWithoutSoundShowsItsMessageAndEnds)
