@@ -9,8 +9,7 @@ namespace lantern {
 
 std::vector<std::uint8_t> ArchiveBytes::Piece(std::uint64_t offset, std::size_t size) const
 {
-    const std::uint64_t left = Size() - std::min(offset, Size());
-    std::vector<std::uint8_t> bytes(static_cast<std::size_t>(std::min<std::uint64_t>(size, left)));
+    std::vector<std::uint8_t> bytes(size);
     bytes.resize(ReadAt(offset, bytes));
     return bytes;
 }

@@ -26,6 +26,7 @@ TEST(NamePatterns, AStarStandsForAnyTextAndTheRestForItself)
     EXPECT_FALSE(Matches("song.cdgx", "*.cdg"));
     EXPECT_FALSE(Matches("song.cd", "*.cdg"));
     EXPECT_FALSE(Matches("abd", "a*b*c"));
+    EXPECT_FALSE(Matches("aba", "*ab*ba"));
     EXPECT_FALSE(Matches("", "a"));
 }
 

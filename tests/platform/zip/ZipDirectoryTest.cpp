@@ -12,7 +12,6 @@
 namespace lantern {
 namespace {
 
-using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
 std::string Bytes(std::uint64_t value, int size)
@@ -176,6 +175,18 @@ TEST(ZipDirectory, AnExtraFieldThatIsCutOffIsLeftAlone)
         ASSERT_EQ(read.entries.size(), 1U) << size;
         EXPECT_EQ(read.entries[0].size, kMark) << size;
     }
+}
+
+TEST(ZipDirectory, AMemberMayHaveAComment)
+{
+    auto [member, directory, end] = OneMember();
+    const std::string comment = "ripped with care";
+    directory.replace(32, 2, Bytes(comment.size(), 2));
+    directory += comment;
+    const std::string two = directory + directory;
+    const auto read = Read(member + two + EndRecord(two.size(), member.size()));
+    EXPECT_EQ(read.failure.toStdString(), "");
+    EXPECT_EQ(read.entries.size(), 2U);
 }
 
 TEST(ZipDirectory, APartOfASplitArchiveSaysSo)
