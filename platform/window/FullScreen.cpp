@@ -38,6 +38,7 @@ void FullScreen::Enter()
     if (IsOn())
         return;
     KeepGeometry();
+    m_hasLeft = false;
     m_window.setWindowState(m_window.windowState() | Qt::WindowFullScreen);
     m_settleTimer.start();
 }
@@ -49,6 +50,7 @@ void FullScreen::Leave()
     m_window.setWindowState(m_window.windowState() & ~(Qt::WindowFullScreen | Qt::WindowMaximized));
     if (!wasOn)
         return;
+    m_hasLeft = true;
     // The window system answers later; the layout needs the geometry now.
     if (normal.isValid())
         Place(OnSomeScreen(normal));
@@ -75,9 +77,28 @@ void FullScreen::Place(const QRect& geometry)
 bool FullScreen::eventFilter(QObject* watched, QEvent* event)
 {
     const QEvent::Type type = event->type();
+    if (type == QEvent::WindowStateChange && ComesBackMaximised())
+        QMetaObject::invokeMethod(this, &FullScreen::EndMaximised, Qt::QueuedConnection);
     if (type == QEvent::Move || type == QEvent::Resize || type == QEvent::WindowStateChange)
         FollowGeometry();
     return QObject::eventFilter(watched, event);
+}
+
+// Window managers remember that a window was maximised before it filled the screen, and make it so
+// again.
+bool FullScreen::ComesBackMaximised() const
+{
+    return m_hasLeft && m_settleTimer.isActive() && m_window.isMaximized() && !IsOn();
+}
+
+void FullScreen::EndMaximised()
+{
+    if (!ComesBackMaximised())
+        return;
+    m_hasLeft = false; // once: the next time it is the user's wish
+    m_window.setWindowState(m_window.windowState() & ~Qt::WindowMaximized);
+    Place(m_normalGeometry);
+    m_settleTimer.start();
 }
 
 // The size of a full screen or of a maximised window may come before the state that it belongs to.

@@ -32,6 +32,8 @@ public:
 
 private:
     QRect OnSomeScreen(QRect geometry) const;
+    bool ComesBackMaximised() const;
+    void EndMaximised();
     void FollowGeometry();
     void KeepGeometry();
     QRect Geometry() const;
@@ -40,8 +42,9 @@ private:
 
     QWidget& m_window;
     QRect m_normalGeometry;
-    QTimer m_settleTimer; // runs while the window system's answer to a change of ours may come
-    QTimer m_doubtTimer;  // runs while a geometry may be that of a full screen yet to be told
+    bool m_hasLeft = false; // to the normal geometry, which is yet to be seen
+    QTimer m_settleTimer;   // runs while the window system's answer to a change of ours may come
+    QTimer m_doubtTimer;    // runs while a geometry may be that of a full screen yet to be told
 };
 
 } // namespace lantern

@@ -72,6 +72,35 @@ TEST_F(PlayerWindow, PlusAndMinusWalkTheSizes)
     EXPECT_TRUE(Eventually([&] { return player->IsFullScreen(); }));
 }
 
+TEST_F(PlayerWindow, FromMaximisedItGoesToFullScreenAndBackToItsSize)
+{
+    OpenSilently();
+    const QRect before = player->WindowArea();
+    for (int round = 0; round < 2; ++round) {
+        player->AskToMaximise();
+        ASSERT_TRUE(Eventually([&] { return player->IsMaximised(); }));
+        hand.Key("f");
+        ASSERT_TRUE(Eventually([&] { return player->IsFullScreen(); }));
+        hand.Key("f");
+        EXPECT_TRUE(AwaitArea(before)) << player->WindowArea().width();
+        EXPECT_TRUE(AwaitPictureSize({576, 384}));
+        EXPECT_FALSE(player->IsMaximised());
+    }
+}
+
+TEST_F(PlayerWindow, FromMaximisedADigitKeyGivesTheExactSize)
+{
+    OpenSilently();
+    for (const char* const digit : {"3", "2"}) {
+        player->AskToMaximise();
+        ASSERT_TRUE(Eventually([&] { return player->IsMaximised(); }));
+        hand.Key(digit);
+        const int size = *digit - '0';
+        EXPECT_TRUE(AwaitPictureSize({288 * size, 192 * size})) << PictureArea().width();
+        EXPECT_FALSE(player->IsMaximised());
+    }
+}
+
 TEST_F(PlayerWindow, FullScreenFillsTheScreenAndComesBack)
 {
     OpenSilently();

@@ -158,10 +158,20 @@ QRect Player::WindowArea() const
     return {x, y, attributes.width, attributes.height};
 }
 
-bool Player::IsFullScreen() const
+bool Player::HasState(const char* name) const
 {
     const std::vector<unsigned long> states = m_connection.Property(MainWindow(), "_NET_WM_STATE");
-    return std::ranges::find(states, m_connection.Atom("_NET_WM_STATE_FULLSCREEN")) != states.end();
+    return std::ranges::find(states, m_connection.Atom(name)) != states.end();
+}
+
+bool Player::IsFullScreen() const
+{
+    return HasState("_NET_WM_STATE_FULLSCREEN");
+}
+
+bool Player::IsMaximised() const
+{
+    return HasState("_NET_WM_STATE_MAXIMIZED_VERT") && HasState("_NET_WM_STATE_MAXIMIZED_HORZ");
 }
 
 void Player::SendToMainWindow(const char* protocol, long stamp) const
@@ -205,6 +215,17 @@ void Player::AskToClose() const
 
 void Player::AskForFullScreen(bool isWanted) const
 {
+    AskManager(isWanted, {"_NET_WM_STATE_FULLSCREEN"});
+}
+
+void Player::AskToMaximise() const
+{
+    AskManager(true, {"_NET_WM_STATE_MAXIMIZED_VERT", "_NET_WM_STATE_MAXIMIZED_HORZ"});
+}
+
+// Two states at most go into one message.
+void Player::AskManager(bool isWanted, const std::vector<const char*>& states) const
+{
     constexpr long kByUser = 2;
     XEvent event = {};
     event.xclient.type = ClientMessage;
@@ -212,7 +233,8 @@ void Player::AskForFullScreen(bool isWanted) const
     event.xclient.message_type = m_connection.Atom("_NET_WM_STATE");
     event.xclient.format = 32;
     event.xclient.data.l[0] = isWanted ? 1 : 0;
-    event.xclient.data.l[1] = static_cast<long>(m_connection.Atom("_NET_WM_STATE_FULLSCREEN"));
+    for (std::size_t i = 0; i < states.size(); ++i)
+        event.xclient.data.l[1 + i] = static_cast<long>(m_connection.Atom(states[i]));
     event.xclient.data.l[3] = kByUser;
     XSendEvent(m_connection.Display(), m_connection.Root(), False,
                SubstructureRedirectMask | SubstructureNotifyMask, &event);

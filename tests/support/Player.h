@@ -63,6 +63,7 @@ public:
     bool AwaitWindowTitled(const std::string& title, Clock::duration atMost = 30s) const;
     QRect WindowArea() const; // of the main window, on the screen
     bool IsFullScreen() const;
+    bool IsMaximised() const;
 
     // Asks the main window for a sign of life, which the program's event loop gives. Nothing if
     // there is none within the time.
@@ -71,9 +72,12 @@ public:
     void AskToClose() const;
     // Asks the window manager for a full screen or its end, as a panel or a key of its own would.
     void AskForFullScreen(bool isWanted) const;
+    void AskToMaximise() const; // the same, with the panel left to be seen
 
 private:
     unsigned long MainWindow() const;
+    bool HasState(const char* name) const;
+    void AskManager(bool isWanted, const std::vector<const char*>& states) const;
     void SendToMainWindow(const char* protocol, long stamp) const;
 
     XConnection m_connection;

@@ -199,6 +199,24 @@ TEST_F(FullScreenTest, AMaximisedWindowComesBackToTheGeometryBeforeItWasMaximise
     EXPECT_FALSE(window.isMaximized());
 }
 
+TEST_F(FullScreenTest, AManagerThatMaximisesItAgainOnTheWayBackIsCorrected)
+{
+    const QRect normal = ShowAt({30, 40, 500, 400});
+    ManagerSets(Qt::WindowMaximized);
+    fullScreen.Enter();
+    QCoreApplication::processEvents();
+    fullScreen.Leave();
+    ManagerSets(Qt::WindowMaximized);
+    QCoreApplication::processEvents();
+    EXPECT_FALSE(window.isMaximized());
+    EXPECT_EQ(window.geometry(), normal);
+    Wait(600);
+    EXPECT_EQ(window.geometry(), normal);
+    ManagerSets(Qt::WindowMaximized);
+    Wait(400);
+    EXPECT_TRUE(window.isMaximized()) << "that is the user's wish";
+}
+
 TEST_F(FullScreenTest, AMoveJustAfterTheWayBackIsKept)
 {
     const QRect normal = ShowAt({30, 40, 500, 400});
