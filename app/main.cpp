@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "Application.h"
 #include "InstalledFiles.h"
 #include "MakeAudioEngine.h"
 #include "PathHelpers.h"
@@ -10,6 +11,7 @@
 
 #include <array>
 #include <cstdio>
+#include <string>
 #include <string_view>
 
 namespace lantern {
@@ -26,12 +28,12 @@ constexpr std::string_view kUsage =
     "      --version  show the version and end\n";
 
 // The text that a first argument asks for; empty if it asks for none.
-std::string_view InformationFor(std::string_view argument)
+std::string InformationFor(std::string_view argument)
 {
     if (argument == "-h" || argument == "--help")
-        return kUsage;
+        return std::string(kUsage);
     if (argument == "--version")
-        return "Lyric Lantern CDG Player " LANTERN_VERSION "\n";
+        return kApplicationTitle.toStdString() + " " LANTERN_VERSION "\n";
     return {};
 }
 
@@ -64,7 +66,7 @@ int PlayDemo(char* program)
 
 int main(int argc, char** argv)
 {
-    const std::string_view text = lantern::InformationFor(argc > 1 ? argv[1] : "");
+    const std::string text = lantern::InformationFor(argc > 1 ? argv[1] : "");
     if (!text.empty()) {
         std::fwrite(text.data(), 1, text.size(), stdout);
         return 0;

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "TickerFace.h"
 
+#include "Application.h"
+
 namespace lantern {
 
 TickerCover CoverFor(std::int32_t seconds, bool state)
@@ -23,7 +25,7 @@ QString TickerText(TickerCover cover, const TickerDigits& digits)
 {
     switch (cover) {
     case TickerCover::Idle:
-        return QStringLiteral("Lyric Lantern CDG Player");
+        return kApplicationTitle;
     case TickerCover::Loading:
         return QStringLiteral("LOADING");
     default:

@@ -70,9 +70,10 @@ WebAddress::WebAddress(QWidget* parent, OptionsHost& player) : WhiteLabel(parent
 
 void WebAddress::mouseReleaseEvent(QMouseEvent* event)
 {
-    if (event->button() == Qt::LeftButton)
+    const MouseReport report = PressReport(*event);
+    if (report.button == LeftButton)
         m_player.OpenWebSite();
-    else
+    else if (report.button != 0)
         m_player.ShowPopMenu();
 }
 

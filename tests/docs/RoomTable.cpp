@@ -5,6 +5,7 @@
 #include <array>
 #include <cctype>
 #include <optional>
+#include <regex>
 #include <sstream>
 
 namespace lantern::test {
@@ -185,15 +186,15 @@ RoomTable ReadRoomTable(std::string_view page)
 
 IncludeReport CheckIncludes(const Room& room, std::string_view text, const Headers& headers)
 {
-    constexpr std::string_view kInclude = "#include ";
+    static const std::regex s_include(R"(^\s*#\s*include\s*(["<])([^">]+))");
     IncludeReport report;
     std::istringstream lines{std::string(text)};
     for (std::string line; std::getline(lines, line);) {
-        if (!line.starts_with(kInclude) || line.size() < kInclude.size() + 3)
+        std::smatch found;
+        if (!std::regex_search(line, found, s_include))
             continue;
-        const bool isOwn = line[kInclude.size()] == '"';
-        const std::size_t begin = kInclude.size() + 1;
-        const std::string header = line.substr(begin, line.find(isOwn ? '"' : '>', begin) - begin);
+        const bool isOwn = found[1] == "\"";
+        const std::string header = found[2];
         if (isOwn)
             CheckOwn(room, header, headers, report);
         else

@@ -17,6 +17,7 @@ using ::testing::Contains;
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
+using ::testing::SizeIs;
 
 // Folders at the root whose sources may use whatever they need.
 const std::set<std::string> kOutsideTheHouse = {"bench", "build", "fuzz", "tests"};
@@ -158,6 +159,9 @@ TEST_F(Rooms, AWrongIncludeIsReported)
     };
     EXPECT_THAT(faults("controls", "#include \"AudioEngine.h\"\n"),
                 ElementsAre("AudioEngine.h is of platform/audio/api"));
+    for (const char* text : {"  #include \"AudioEngine.h\"", "# include \"AudioEngine.h\"",
+                             "#include\"AudioEngine.h\""})
+        EXPECT_THAT(faults("controls", text), SizeIs(1));
     EXPECT_THAT(faults("playback", "#pragma once\n\n#include \"f101.h\"\n"),
                 ElementsAre("f101.h is of shell/main-window"));
     for (const char* text : {"#include <QLabel>", "#include <QtWidgets/QLabel>"})

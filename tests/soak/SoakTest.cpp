@@ -233,9 +233,11 @@ protected:
             {"the file dialog", 1,
              [this] {
                  hand.Key("o");
-                 const ScreenWindow dialog(screen, "Open");
-                 Rest(500);
+                 const ScreenWindow dialog(screen, "Select a Karaoke File");
+                 EXPECT_TRUE(dialog.HasKeyboardSoon());
+                 ExpectAnswer();
                  hand.Key("Escape");
+                 EXPECT_TRUE(dialog.IsGoneSoon());
              }},
             {"a rest", 4, [this] { Rest(3000); }},
             {"hasty keys", 3,
