@@ -262,6 +262,52 @@ TEST_F(EngineDevices, AServerThatComesBackAtOnceIsHardlyNoticed)
     EXPECT_GT(LevelOf(ears, 200ms), kSomething);
 }
 
+// It is looked for less and less often while it is away, and often again after it was there.
+TEST_F(EngineDevices, AServerThatWasAwayForLongIsFoundSoonTheNextTime)
+{
+    EXPECT_EQ(m_engine->GetDeviceCount(), 2);
+    m_server.Kill();
+    Pass(1600ms);
+    m_server.Restart();
+    EXPECT_TRUE(PassUntilDevices(2));
+    m_server.Kill();
+    EXPECT_TRUE(PassUntilDevices(0));
+    m_server.Restart();
+    const Moment back = Clock::now();
+    EXPECT_TRUE(PassUntilDevices(2));
+    EXPECT_LT(Milliseconds(Clock::now() - back), 1000.0);
+}
+
+// What it was asked and never answered is forgotten with it.
+TEST_F(EngineDevices, AServerThatIsReplacedWhileItOwesAnAnswerIsHardlyNoticedEither)
+{
+    PlayTone();
+    m_server.Freeze();
+    Pass(200ms);
+    const std::int32_t then = m_engine->GetSoundPosition();
+    m_server.Restart();
+    EXPECT_TRUE(PassUntil([&] { return m_engine->GetSoundPosition() > then + 500; }, 4s));
+    EXPECT_EQ(m_engine->GetSoundStatus(), SoundStatus::Playing);
+}
+
+TEST_F(EngineDevices, ASeekThatADyingServerNeverAnsweredHindersNoLaterOne)
+{
+    PlayTone();
+    Pass(2500ms);
+    Seek(3000);
+    EXPECT_TRUE(PassUntil([&] { return m_engine->GetSoundPosition() > 3100; }, 2s));
+    m_server.Freeze();
+    Seek(5000);
+    Pass(200ms);
+    m_server.Restart();
+    EXPECT_TRUE(PassUntilDevices(2));
+    EXPECT_TRUE(PassUntil([&] { return m_engine->GetSoundPosition() > 5200; }, 2s))
+        << "what the former stream had played does not count";
+    Seek(1000);
+    EXPECT_TRUE(PassUntil([&] { return m_engine->GetSoundPosition() > 1300; }, 2s));
+    EXPECT_LT(m_engine->GetSoundPosition(), 2000);
+}
+
 TEST_F(EngineDevices, AServerThatDoesNotAnswerHoldsUpNoCall)
 {
     PlayTone();

@@ -179,9 +179,9 @@ TEST_F(RenderedByHand, ChangesFollowEachOtherNoFasterThanTheyFadeOver)
     const Moment asked = Clock::now();
     for (int change = 0; change < 11; ++change) {
         const bool isSlow = change % 2 == 0;
-        m_renderer.SetWish({m_sound, 1, 0, {0, isSlow ? 0.8 : 0.9}, true});
+        m_renderer.SetWish({m_sound, 1, 0, {0, isSlow ? 0.8 : 1.0}, true});
         ASSERT_TRUE(
-            Eventually([&] { return m_sound->LastAsked() == (isSlow ? 204U : 230U); }, 5s, 1ms));
+            Eventually([&] { return m_sound->LastAsked() == (isSlow ? 204U : 256U); }, 5s, 1ms));
     }
     EXPECT_GE(Milliseconds(Clock::now() - asked), 400.0);
 }
