@@ -55,8 +55,7 @@ public:
     // source is borrowed until Close and not called between Restart and Begin.
     virtual void Restart(int sampleRate, Source& source) = 0;
     virtual void Begin() = 0;
-    virtual void Pause() = 0;
-    virtual void Resume() = 0;
+    virtual void Pause() = 0; // until the next Restart
     virtual void Close() = 0;
 
     virtual State GetState() = 0;

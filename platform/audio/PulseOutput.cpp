@@ -139,15 +139,6 @@ void PulseOutput::Pause()
     }
 }
 
-void PulseOutput::Resume()
-{
-    const PulseConnection::Lock lock(m_connection);
-    m_paused = false;
-    m_timingsTaken = 0;
-    m_connection.HurryRetry();
-    Converge();
-}
-
 void PulseOutput::Close()
 {
     const PulseConnection::Lock lock(m_connection);

@@ -27,7 +27,6 @@ public:
     void Restart(int sampleRate, Source& source) override;
     void Begin() override;
     void Pause() override;
-    void Resume() override;
     void Close() override;
     State GetState() override { return m_state; }
     double HeardFrames() override;

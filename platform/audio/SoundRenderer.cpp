@@ -28,11 +28,7 @@ constexpr int kRingMs = 250;
 constexpr int kBeginsWithMs = 45;
 constexpr int kKeptAtChangeMs = 30;
 constexpr int kCrossfadeMs = 10;
-
-int FramesIn(int milliseconds, int sampleRate)
-{
-    return static_cast<int>(std::int64_t{milliseconds} * sampleRate / 1000);
-}
+constexpr int kFadeMs = 5; // from silence and to it
 
 } // namespace
 
@@ -75,7 +71,11 @@ std::optional<double> SoundRenderer::HeardMediaFrame(std::uint64_t serial)
     if (m_placeSerial != serial) {
         return std::nullopt;
     }
-    return m_timeline.MediaAt(m_output.HeardFrames());
+    const double heard = m_output.HeardFrames();
+    if (heard < static_cast<double>(m_placeFrame)) {
+        return std::nullopt;
+    }
+    return m_timeline.MediaAt(heard);
 }
 
 // The output counts on ahead by the clock, but nothing is heard of what it has not been given.
@@ -143,8 +143,8 @@ void SoundRenderer::TakeWish()
     }
     m_wishNew = false;
     left.swap(m_leftSounds);
-    m_started = m_started && m_wish.serial == m_now.serial && m_wish.sound == m_now.sound;
-    m_done = false;
+    m_started = m_started && m_wish.sound == m_now.sound;
+    m_done = m_done && m_wish.serial == m_now.serial;
     m_silentSince.reset();
     m_now = m_wish;
     if (m_now.playing) {
@@ -152,21 +152,39 @@ void SoundRenderer::TakeWish()
     }
 }
 
+int SoundRenderer::FramesIn(int milliseconds) const
+{
+    return static_cast<int>(std::int64_t{milliseconds} * m_sampleRate / 1000);
+}
+
+std::size_t SoundRenderer::SamplesIn(int milliseconds) const
+{
+    return static_cast<std::size_t>(FramesIn(milliseconds)) * 2;
+}
+
+// The place of the wish is not the one that is rendered: it has just been left, or faded out.
+bool SoundRenderer::MovesOn() const
+{
+    return m_silentFrom || m_placeSerial != m_now.serial;
+}
+
 // Does what is to be done now, and returns the time until there may be more.
 SoundRenderer::Clock::duration SoundRenderer::Work()
 {
-    if (!m_now.playing || m_done || !m_now.sound) {
-        PauseOutput();
-        return kSleepsAtMost;
-    }
-    if (!m_started) {
+    const bool plays = m_now.playing && !m_done && m_now.sound;
+    if (!plays || !m_started) {
+        const Clock::duration rest = FallSilent(); // the former sound, too
+        if (!plays || !m_outputPaused) {
+            return rest;
+        }
         StartAt(m_now.startFrame);
-    } else if (m_output.GetState() == AudioOutput::State::Interrupted) {
-        Recover();
-    } else if (m_outputPaused) {
-        m_output.Resume();
+    } else {
+        const AudioOutput::State state = m_output.GetState();
+        const bool silent = state == AudioOutput::State::Waiting && MovesOn();
+        if (silent || state == AudioOutput::State::Interrupted) {
+            Recover();
+        }
     }
-    m_outputPaused = false;
     FillRing();
     if (!m_begun && CanBegin()) {
         m_begun = true;
@@ -179,65 +197,117 @@ SoundRenderer::Clock::duration SoundRenderer::Work()
 
 void SoundRenderer::PauseOutput()
 {
+    m_started = false;
     if (!std::exchange(m_outputPaused, true)) {
         m_output.Pause();
     }
 }
 
+// Fades what sounds, and pauses the output once that has been heard.
+SoundRenderer::Clock::duration SoundRenderer::FallSilent()
+{
+    if (m_output.GetState() != AudioOutput::State::Running) {
+        PauseOutput();
+    }
+    if (m_outputPaused) {
+        return kSleepsAtMost;
+    }
+    if (!m_silentFrom) {
+        FadeOut();
+    }
+    std::ranges::fill(m_block, 0.0F);
+    while (m_ring.RoomFrames() >= kBlockFrames) {
+        WriteBlock(m_block);
+    }
+    const Clock::duration left = TimeUntilHeard(*m_silentFrom);
+    if (left <= Clock::duration::zero()) {
+        PauseOutput();
+        return kSleepsAtMost;
+    }
+    return std::min<Clock::duration>(kRefillEvery, left);
+}
+
+// Of what the output has not taken yet.
+void SoundRenderer::FadeOut()
+{
+    std::vector<float> fade(SamplesIn(kFadeMs));
+    const int taken = m_ring.TakeBack(0, fade);
+    const auto frames = std::min(static_cast<std::size_t>(taken), fade.size() / 2);
+    for (std::size_t i = 0; i < frames * 2; ++i) {
+        const auto past = static_cast<float>(i / 2 + 1);
+        fade[i] *= 1.0F - past / static_cast<float>(frames + 1);
+    }
+    m_renderedFrames -= taken;
+    WriteBlock(std::span(fade).first(frames * 2));
+    m_silentFrom = m_renderedFrames;
+}
+
 void SoundRenderer::StartAt(std::int64_t mediaFrame)
 {
-    const int rate = m_now.sound->SampleRate();
+    m_sampleRate = m_now.sound->SampleRate();
     m_shape = m_now.shape;
-    m_shaper.Start(*m_now.sound, mediaFrame, m_shape);
+    // In the middle of the sound it comes out of silence; at its start it is as it is.
+    std::vector<float> silence(mediaFrame > 0 ? SamplesIn(kFadeMs) : 0);
+    m_shaper.Start(*m_now.sound, mediaFrame, m_shape, std::move(silence));
     {
         const std::scoped_lock lock(m_timelineMutex);
-        m_output.Restart(rate, *this);
+        m_output.Restart(m_sampleRate, *this);
         m_tap.Restart();
         m_timeline.Restart(mediaFrame, m_shape.speed);
         m_placeSerial = m_now.serial;
+        m_placeFrame = 0;
     }
-    m_ring.Reset(FramesIn(kRingMs, rate));
-    m_gain.Restart(rate);
+    m_ring.Reset(FramesIn(kRingMs));
+    m_gain.Restart(m_sampleRate);
     m_renderedFrames = 0;
     m_started = true;
+    m_outputPaused = false;
+    m_silentFrom.reset();
     m_begun = false;
 }
 
-// Goes on at the first frame that has not been heard.
+// Goes on at the first frame that has not been heard of the place.
 void SoundRenderer::Recover()
 {
-    StartAt(std::llround(HeardMediaFrame(m_now.serial).value_or(0.0)));
+    const auto heard = HeardMediaFrame(m_now.serial);
+    StartAt(heard ? std::llround(*heard) : m_now.startFrame);
 }
 
-// What is in the ring beyond the next moment is rendered again in the new shape.
-void SoundRenderer::ChangeShape()
+// What is in the ring beyond the next moment is rendered again: in another shape, at another place.
+void SoundRenderer::Change()
 {
+    const bool moves = MovesOn();
     m_shape = m_now.shape;
-    const int rate = m_now.sound->SampleRate();
-    const int kept = FramesIn(kKeptAtChangeMs, rate);
+    const int kept = FramesIn(kKeptAtChangeMs);
     const std::optional<std::int64_t> end = m_timeline.End();
-    if (end && m_renderedFrames - std::max(m_ring.HeldFrames() - kept, 0) >= *end) {
+    if (!moves && end && m_renderedFrames - std::max(m_ring.HeldFrames() - kept, 0) >= *end) {
         return; // silence only
     }
-    std::vector<float> tail(static_cast<std::size_t>(FramesIn(kCrossfadeMs, rate)) * 2);
+    std::vector<float> tail(SamplesIn(kCrossfadeMs));
     const int taken = m_ring.TakeBack(kept, tail);
-    const std::size_t inTail = std::min(static_cast<std::size_t>(taken) * 2, tail.size());
-    const auto further = m_shaper.Render(std::span(tail).subspan(inTail));
-    tail.resize(inTail + static_cast<std::size_t>(further.frames) * 2);
-
+    if (!m_silentFrom) {
+        const std::size_t inTail = std::min(static_cast<std::size_t>(taken) * 2, tail.size());
+        m_shaper.Render(std::span(tail).subspan(inTail));
+    }
     m_renderedFrames -= taken;
-    const auto outputFrame = static_cast<double>(m_renderedFrames);
-    const std::int64_t mediaFrame = std::llround(m_timeline.MediaAt(outputFrame));
+    const std::int64_t mediaFrame =
+        moves ? m_now.startFrame
+              : std::llround(m_timeline.MediaAt(static_cast<double>(m_renderedFrames)));
     m_shaper.Change(mediaFrame, m_shape, std::move(tail));
     const std::scoped_lock lock(m_timelineMutex);
     m_timeline.Change(m_renderedFrames, mediaFrame, m_shape.speed);
+    if (moves) {
+        m_silentFrom.reset();
+        m_placeSerial = m_now.serial;
+        m_placeFrame = m_renderedFrames;
+    }
 }
 
 // A few blocks at a time, so that a new wish is not kept waiting.
 void SoundRenderer::FillRing()
 {
-    if (m_shape != m_now.shape) {
-        ChangeShape();
+    if (m_shape != m_now.shape || MovesOn()) {
+        Change();
     }
     m_starved = false;
     for (int i = 0; i < kBlocksAtOnce && !m_starved; ++i) {
@@ -264,22 +334,37 @@ void SoundRenderer::RenderBlock()
         std::fill(m_block.begin() + block.frames * 2, m_block.end(), 0.0F);
         samples = m_block.size();
     }
-    m_ring.Write(std::span(m_block).first(samples));
-    m_renderedFrames += static_cast<std::int64_t>(samples / 2);
+    WriteBlock(std::span(m_block).first(samples));
+}
+
+void SoundRenderer::WriteBlock(std::span<const float> stereo)
+{
+    m_ring.Write(stereo);
+    m_renderedFrames += static_cast<std::int64_t>(stereo.size() / 2);
+}
+
+SoundRenderer::Clock::duration SoundRenderer::TimeUntilHeard(std::int64_t outputFrame) const
+{
+    const double frames = static_cast<double>(outputFrame) - m_output.HeardFrames();
+    if (frames <= 0.0) {
+        return Clock::duration::zero();
+    }
+    // A moment at least: a count that stands still is not asked again and again.
+    const std::chrono::duration<double> time(frames / m_sampleRate);
+    return std::max<Clock::duration>(std::chrono::duration_cast<Clock::duration>(time), 1ms);
 }
 
 bool SoundRenderer::CanBegin() const
 {
-    return m_ring.HeldFrames() >= FramesIn(kBeginsWithMs, m_now.sound->SampleRate());
+    return m_ring.HeldFrames() >= FramesIn(kBeginsWithMs);
 }
 
 SoundRenderer::Clock::duration SoundRenderer::Watch()
 {
-    const double heard = m_output.HeardFrames();
     const std::optional<std::int64_t> end = m_timeline.End();
     {
         const std::scoped_lock lock(m_timelineMutex);
-        m_timeline.Forget(heard);
+        m_timeline.Forget(m_output.HeardFrames());
     }
     if (m_begun && m_output.GetState() == AudioOutput::State::Waiting) {
         const Clock::time_point now = Clock::now();
@@ -293,16 +378,14 @@ SoundRenderer::Clock::duration SoundRenderer::Watch()
     if (!end) {
         return kRefillEvery;
     }
-    const double left = (static_cast<double>(*end) - heard) / m_now.sound->SampleRate();
-    if (left <= 0.0) {
+    const Clock::duration left = TimeUntilHeard(*end);
+    if (left <= Clock::duration::zero()) {
         m_done = true;
         PauseOutput();
         m_report(Event::Finished, m_now.serial);
         return kSleepsAtMost;
     }
-    const auto exactly =
-        std::chrono::duration_cast<Clock::duration>(std::chrono::duration<double>(left));
-    return std::min<Clock::duration>(kRefillEvery, exactly + 1us);
+    return std::min<Clock::duration>(kRefillEvery, left);
 }
 
 } // namespace lantern

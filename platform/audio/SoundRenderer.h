@@ -52,8 +52,8 @@ public:
     void SetWish(Wish wish);
     void SetLevel(StereoLevel level) { m_gain.SetTarget(level); }
 
-    // The frame of the sound that is heard now; none while the place with this serial has not
-    // been taken up.
+    // The frame of the sound that is heard now; none as long as nothing is heard of the place with
+    // this serial.
     std::optional<double> HeardMediaFrame(std::uint64_t serial);
 
     // Keeps the latest sound for HearAround, or no longer.
@@ -72,11 +72,18 @@ private:
     void SleepFor(Clock::duration rest);
     Clock::duration Work();
     void PauseOutput();
+    Clock::duration FallSilent();
+    void FadeOut();
     void StartAt(std::int64_t mediaFrame);
     void Recover();
-    void ChangeShape();
+    int FramesIn(int milliseconds) const;
+    std::size_t SamplesIn(int milliseconds) const;
+    bool MovesOn() const;
+    void Change();
     void FillRing();
     void RenderBlock();
+    void WriteBlock(std::span<const float> stereo);
+    Clock::duration TimeUntilHeard(std::int64_t outputFrame) const;
     bool CanBegin() const;
     Clock::duration Watch();
 
@@ -99,12 +106,14 @@ private:
     // The renderer's thread's own:
     Wish m_now;
     SoundShaper m_shaper;
-    SoundShape m_shape; // as rendered now
+    SoundShape m_shape;   // as rendered now
+    int m_sampleRate = 0; // of the output
     std::vector<float> m_block;
     std::int64_t m_renderedFrames = 0;
-    bool m_started = false; // the output stands at m_now's place
+    bool m_started = false; // the output is on, with m_now's sound
     bool m_begun = false;
-    bool m_starved = false; // the decoder has no more as yet
+    std::optional<std::int64_t> m_silentFrom; // the output frame after a fade
+    bool m_starved = false;                   // the decoder has no more as yet
     bool m_outputPaused = true;
     bool m_done = false;
     std::optional<Clock::time_point> m_silentSince;
@@ -112,6 +121,7 @@ private:
     std::mutex m_timelineMutex; // guards what follows, and keeps it in step with the output
     SoundTimeline m_timeline;
     std::optional<std::uint64_t> m_placeSerial;
+    std::int64_t m_placeFrame = 0; // the first of the output's that is of this place
 
     std::thread m_thread; // last: it uses all of the above
 };

@@ -37,13 +37,12 @@ SoundShape ShapeFor(int semitones, float tempoPercent)
 SoundShaper::SoundShaper() = default;
 SoundShaper::~SoundShaper() = default;
 
-void SoundShaper::Start(SoundDecoder& sound, std::int64_t mediaFrame, SoundShape shape)
+void SoundShaper::Start(SoundDecoder& sound, std::int64_t mediaFrame, SoundShape shape,
+                        std::vector<float> tail)
 {
     m_sound = &sound;
     m_soundEnd.reset();
-    m_tail.clear();
-    m_tailMixed = 0;
-    Prime(mediaFrame, shape);
+    Change(mediaFrame, shape, std::move(tail));
 }
 
 void SoundShaper::Change(std::int64_t mediaFrame, SoundShape shape, std::vector<float> tail)

@@ -50,9 +50,10 @@ public:
     ~SoundShaper();
 
     // Comes before all else. The sound is borrowed until the next Start.
-    void Start(SoundDecoder& sound, std::int64_t mediaFrame, SoundShape shape);
+    void Start(SoundDecoder& sound, std::int64_t mediaFrame, SoundShape shape,
+               std::vector<float> tail = {});
     // Goes on at this frame, fading over from the tail: what has been rendered, or would have
-    // been, from there on in the former shape.
+    // been, from there on in the former shape or at the former place.
     void Change(std::int64_t mediaFrame, SoundShape shape, std::vector<float> tail);
 
     Block Render(std::span<float> stereo);

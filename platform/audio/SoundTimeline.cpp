@@ -16,9 +16,7 @@ void SoundTimeline::Change(std::int64_t outputFrame, std::int64_t mediaFrame, do
     while (!m_stretches.empty() && m_stretches.back().outputFrame >= outputFrame) {
         m_stretches.pop_back();
     }
-    if (m_end && *m_end > outputFrame) {
-        m_end.reset();
-    }
+    m_end.reset();
     m_stretches.push_back({outputFrame, mediaFrame, speed});
 }
 

@@ -13,7 +13,7 @@ class SoundTimeline {
 public:
     // Output frame 0 is this frame of the sound.
     void Restart(std::int64_t mediaFrame, double speed);
-    // From this output frame on, whatever was to come there before.
+    // From this output frame on, whatever was to come there before, and wherever the sound ended.
     void Change(std::int64_t outputFrame, std::int64_t mediaFrame, double speed);
     // The sound ends before this output frame; silence follows.
     void SetEnd(std::int64_t outputFrame) { m_end = outputFrame; }

@@ -160,6 +160,7 @@ void StudioEngine::PauseSound()
 {
     if (m_status == SoundStatus::Playing) {
         FollowSound();
+        MoveTo(static_cast<std::int64_t>(std::ceil(m_frame))); // the next that is to be heard
         m_status = SoundStatus::Paused;
         TellWish();
     }

@@ -44,6 +44,14 @@ public:
         taken.resize(static_cast<std::size_t>(got) * 2);
         return taken;
     }
+    // Takes what comes until it is paused.
+    bool TakeUntilPaused()
+    {
+        return Eventually([this] {
+            TakeWhatIsThere(500);
+            return IsPaused();
+        });
+    }
     // So many frames of what was taken have not been heard yet.
     void SetUnheard(int frames) { m_unheard = frames; }
     // It runs dry, or its device goes; without a device it waits for one.
@@ -95,7 +103,6 @@ public:
         m_state = m_hasDevice ? State::Running : State::Waiting;
     }
     void Pause() override { Note("Pause", true); }
-    void Resume() override { Note("Resume", false); }
     void Close() override
     {
         const std::scoped_lock lock(m_mutex);

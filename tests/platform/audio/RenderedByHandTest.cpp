@@ -10,6 +10,9 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cmath>
+#include <random>
+#include <tuple>
 
 namespace lantern::test {
 namespace {
@@ -20,6 +23,7 @@ using testing::IsEmpty;
 constexpr int kRate = 44100;
 constexpr int kKeptFrames = kRate * 30 / 1000;      // rendered before a change, and played
 constexpr int kCrossfadeFrames = kRate * 10 / 1000; // from there on
+constexpr int kFadeFrames = kRate * 5 / 1000;       // from silence and to it
 
 // A sound that tells how many frames were asked of it last: a whole block where it is neutral.
 class WatchedDecoder final : public SoundDecoder {
@@ -27,6 +31,7 @@ public:
     explicit WatchedDecoder(const std::vector<float>& stereo) : m_sound(stereo, kRate) {}
 
     std::size_t LastAsked() const { return m_lastAsked; }
+    std::int64_t LastFrame() const { return m_lastFrame; }
 
     int SampleRate() const override { return m_sound.SampleRate(); }
     std::int64_t FrameCount() const override { return m_sound.FrameCount(); }
@@ -34,12 +39,14 @@ public:
     Chunk Read(std::int64_t firstFrame, std::span<float> stereo) override
     {
         m_lastAsked = stereo.size() / 2;
+        m_lastFrame = firstFrame;
         return m_sound.Read(firstFrame, stereo);
     }
 
 private:
     MemoryDecoder m_sound;
     std::atomic<std::size_t> m_lastAsked = 0;
+    std::atomic<std::int64_t> m_lastFrame = 0;
 };
 
 class RenderedByHand : public testing::Test {
@@ -59,6 +66,23 @@ protected:
     {
         EXPECT_TRUE(std::ranges::equal(m_output.Take(frames), Of(first, frames)))
             << frames << " frames from " << first;
+    }
+    // Each frame is a step louder, or softer, than it would be.
+    void ExpectFade(std::int64_t first, bool in)
+    {
+        const std::vector<float> fade = m_output.Take(kFadeFrames);
+        ASSERT_EQ(fade.size(), std::size_t{kFadeFrames} * 2);
+        for (std::size_t i = 0; i < fade.size(); ++i) {
+            const auto step = static_cast<float>(i / 2 + 1) / (kFadeFrames + 1);
+            ASSERT_NEAR(fade[i], Of(first, kFadeFrames)[i] * (in ? step : 1.0F - step), 1e-6F) << i;
+        }
+    }
+    bool FallsSilent()
+    {
+        return Eventually([this] {
+            EXPECT_THAT(m_output.TakeWhatIsThere(500), testing::Each(0.0F));
+            return m_output.IsPaused();
+        });
     }
     bool Comes(Event event, std::uint64_t serial)
     {
@@ -86,9 +110,9 @@ protected:
 
 TEST_F(RenderedByHand, ANeutralSoundIsGivenBitForBitFromItsStart)
 {
-    Play(1, 1234);
-    ExpectNext(1234, 30'000);
-    EXPECT_EQ(m_renderer.HeardMediaFrame(1), 31'234);
+    Play(1, 0);
+    ExpectNext(0, 30'000);
+    EXPECT_EQ(m_renderer.HeardMediaFrame(1), 30'000);
     EXPECT_EQ(m_renderer.HeardMediaFrame(0), std::nullopt);
     EXPECT_EQ(m_renderer.HeardMediaFrame(2), std::nullopt);
     EXPECT_THAT(m_output.Calls(), ElementsAre("Restart 44100", "Begin"));
@@ -97,7 +121,8 @@ TEST_F(RenderedByHand, ANeutralSoundIsGivenBitForBitFromItsStart)
 TEST_F(RenderedByHand, TheEndIsToldOnceItsLastFrameIsHeardAndSilenceFollowsIt)
 {
     Play(7, 55'000);
-    ExpectNext(55'000, 4990);
+    ExpectFade(55'000, true);
+    ExpectNext(55'000 + kFadeFrames, 4990 - kFadeFrames);
     m_output.SetUnheard(500);
     ExpectNext(59'990, 10);
     EXPECT_EQ(m_output.Take(100), std::vector<float>(200, 0.0F));
@@ -116,30 +141,107 @@ TEST_F(RenderedByHand, TheEndIsToldOnceItsLastFrameIsHeardAndSilenceFollowsIt)
     EXPECT_EQ(Reports(), 1U);
 }
 
-TEST_F(RenderedByHand, APauseHoldsTheOutputAndLosesNoFrame)
+TEST_F(RenderedByHand, FromTheMiddleItComesOutOfSilence)
 {
-    Play(1, 0);
-    ExpectNext(0, 3000);
-    for (std::int64_t frame = 3000; frame < 6000; frame += 1000) {
-        m_output.Calls();
-        m_renderer.SetWish({m_sound, 1, 0, {}, false});
-        EXPECT_TRUE(Eventually([this] { return m_output.IsPaused(); }));
-        m_renderer.SetWish({m_sound, 1, 0, {}, true});
-        ExpectNext(frame, 1000);
-        EXPECT_THAT(m_output.Calls(), ElementsAre("Pause", "Resume"));
-    }
+    Play(1, 1234);
+    ExpectFade(1234, true);
+    ExpectNext(1234 + kFadeFrames, 30'000);
+    EXPECT_EQ(m_renderer.HeardMediaFrame(1), 31'234 + kFadeFrames);
 }
 
-TEST_F(RenderedByHand, AnotherPlaceStartsTheOutputAnew)
+TEST_F(RenderedByHand, APauseFadesIsHeldOnceThatIsHeardAndGoesOnFromItsFrame)
 {
     Play(1, 0);
     ExpectNext(0, 3000);
     m_output.Calls();
-    m_renderer.SetWish({m_sound, 2, 40'000, {}, true});
-    EXPECT_TRUE(Eventually([this] { return m_renderer.HeardMediaFrame(2) == 40'000; }));
-    EXPECT_EQ(m_renderer.HeardMediaFrame(1), std::nullopt);
-    ExpectNext(40'000, 5000);
+    m_output.SetUnheard(2000);
+    m_renderer.SetWish({m_sound, 2, 1000, {}, false});
+    std::this_thread::sleep_for(60ms);
+    ExpectFade(3000, false);
+    EXPECT_EQ(m_output.Take(1999), std::vector<float>(2 * 1999, 0.0F));
+    std::this_thread::sleep_for(60ms);
+    EXPECT_THAT(m_output.Calls(), IsEmpty()) << "the last frame of the fade is still to be heard";
+    EXPECT_TRUE(FallsSilent());
+    EXPECT_THAT(m_output.Calls(), ElementsAre("Pause"));
+
+    m_renderer.SetWish({m_sound, 2, 1000, {}, true});
+    ExpectFade(1000, true);
+    ExpectNext(1000 + kFadeFrames, 1000);
     EXPECT_THAT(m_output.Calls(), ElementsAre("Restart 44100", "Begin"));
+    EXPECT_EQ(m_renderer.HeardMediaFrame(2), 2000 + kFadeFrames);
+}
+
+TEST_F(RenderedByHand, AnotherPlaceIsGivenSoonFadesOverAndCountsFromItsFrame)
+{
+    Play(1, 0);
+    ExpectNext(0, 3000);
+    m_output.Calls();
+    for (const auto& [serial, from, to] : {std::tuple{2, 3000, 40'000}, std::tuple{3, 42'000, 9}}) {
+        const auto place = static_cast<std::uint64_t>(serial);
+        m_renderer.SetWish({m_sound, place, to, {}, true});
+        ASSERT_TRUE(Eventually([&] { return std::abs(m_sound->LastFrame() - to) < 20'000; }));
+        EXPECT_EQ(m_renderer.HeardMediaFrame(place - 1), std::nullopt);
+        ExpectNext(from, kKeptFrames - 1);
+        EXPECT_EQ(m_renderer.HeardMediaFrame(place), std::nullopt) << "not heard yet";
+        ExpectNext(from + kKeptFrames - 1, 1);
+        EXPECT_EQ(m_renderer.HeardMediaFrame(place), to);
+        const std::vector<float> fading = m_output.Take(kCrossfadeFrames);
+        EXPECT_NEAR(fading[0], Of(from + kKeptFrames, 1)[0], 0.01F);
+        EXPECT_NEAR(fading.back(), Of(to + kCrossfadeFrames - 1, 1)[1], 0.01F);
+        ExpectNext(to + kCrossfadeFrames, 2000 - kCrossfadeFrames);
+    }
+    EXPECT_THAT(m_output.Calls(), IsEmpty());
+}
+
+TEST_F(RenderedByHand, APlaceThatNobodyHasHeardIsLeftWithoutATrace)
+{
+    m_output.SetHasDevice(false);
+    Play(1, 0);
+    EXPECT_TRUE(Eventually([this] { return m_sound->LastFrame() > 10'000; }));
+    m_renderer.SetWish({m_sound, 2, 30'000, {}, true});
+    EXPECT_TRUE(Eventually([this] { return m_sound->LastFrame() > 40'000; }));
+    m_output.SetHasDevice(true);
+    m_output.Begin();
+    ExpectFade(30'000, true);
+    ExpectNext(30'000 + kFadeFrames, 3000);
+}
+
+// Whatever is asked for, and however quickly: from one sample to the next is no step.
+TEST_F(RenderedByHand, NoOperationMakesAStep)
+{
+    constexpr float kLevel = 0.6F;
+    const auto flat = std::make_shared<MemoryDecoder>(std::vector<float>(120'000, kLevel), kRate);
+    const auto other = std::make_shared<MemoryDecoder>(std::vector<float>(120'000, kLevel), kRate);
+    m_renderer.SetWish({flat, 1, 10, {}, true});
+    std::vector<float> heard = m_output.Take(2000);
+    m_output.Calls();
+    std::mt19937 random(5);
+    const auto pick = [&](int below) { return static_cast<int>(random() % 1000) * below / 1000; };
+    SoundRenderer::Wish wish = {flat, 1, 0, {}, true};
+    int pauses = 0;
+    for (int i = 0; i < 60; ++i) {
+        ++wish.serial;
+        wish.startFrame = 1 + pick(10'000);
+        wish.playing = pick(3) != 0;
+        wish.sound = pick(8) == 0 ? other : flat;
+        m_renderer.SetWish(wish);
+        for (int glances = pick(12); glances > 0; --glances) {
+            if (!m_output.Calls().empty()) {
+                heard.insert(heard.end(), 2, 0.0F); // held, or emptied
+            }
+            const std::vector<float> more = m_output.TakeWhatIsThere(1 + pick(600));
+            heard.insert(heard.end(), more.begin(), more.end());
+            std::this_thread::sleep_for(5ms);
+        }
+        pauses += m_output.IsPaused() ? 1 : 0;
+    }
+    EXPECT_GT(pauses, 1);
+    EXPECT_GT(heard.size(), 2U * 30'000);
+    float step = 0.0F;
+    for (std::size_t i = 2; i < heard.size(); ++i) {
+        step = std::max(step, std::abs(heard[i] - heard[i - 2]));
+    }
+    EXPECT_LT(step, 2.0F * kLevel / kFadeFrames);
 }
 
 TEST_F(RenderedByHand, AChangeIsGivenSoonFadesOverAndCountsFromItsFrame)
@@ -189,7 +291,8 @@ TEST_F(RenderedByHand, ChangesFollowEachOtherNoFasterThanTheyFadeOver)
 TEST_F(RenderedByHand, AChangeInTheSilenceAfterTheEndChangesNothing)
 {
     Play(1, 57'000);
-    ExpectNext(57'000, 2990);
+    ExpectFade(57'000, true);
+    ExpectNext(57'000 + kFadeFrames, 2990 - kFadeFrames);
     m_renderer.SetWish({m_sound, 1, 57'000, {0, 0.5}, true});
     std::this_thread::sleep_for(60ms);
     ExpectNext(59'990, 10);
@@ -198,14 +301,15 @@ TEST_F(RenderedByHand, AChangeInTheSilenceAfterTheEndChangesNothing)
 
 TEST_F(RenderedByHand, AfterAnInterruptionItGoesOnAtTheFirstFrameThatWasNotHeard)
 {
-    Play(1, 1000);
-    ExpectNext(1000, 5000);
+    Play(1, 0);
+    ExpectNext(0, 6000);
     m_output.SetUnheard(300);
     m_output.Calls();
     m_output.Interrupt();
     EXPECT_TRUE(Eventually([this] { return m_output.IsRunning(); }));
     EXPECT_THAT(m_output.Calls(), ElementsAre("Restart 44100", "Begin"));
-    ExpectNext(5700, 5000);
+    ExpectFade(5700, true);
+    ExpectNext(5700 + kFadeFrames, 5000 - kFadeFrames);
     EXPECT_EQ(m_renderer.HeardMediaFrame(1), 10'700);
 }
 
@@ -281,7 +385,9 @@ TEST_F(RenderedByHand, ASoundThatIsTakenAwayIsHeld)
     ExpectNext(0, 3000);
     m_output.Calls();
     m_renderer.SetWish({nullptr, 2, 0, {}, true});
-    EXPECT_TRUE(Eventually([this] { return m_output.IsPaused(); }));
+    std::this_thread::sleep_for(60ms);
+    ExpectFade(3000, false);
+    EXPECT_TRUE(FallsSilent());
     EXPECT_THAT(m_output.Calls(), ElementsAre("Pause"));
     std::this_thread::sleep_for(60ms);
     EXPECT_THAT(m_output.Calls(), IsEmpty());

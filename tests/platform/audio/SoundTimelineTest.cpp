@@ -42,7 +42,8 @@ TEST(SoundTimeline, AChangeReplacesWhatWasToComeThere)
     EXPECT_EQ(timeline.MediaAt(250), 257);
     timeline.SetEnd(300);
     timeline.Change(300, 500, 1.0);
-    EXPECT_EQ(timeline.End(), 300);
+    EXPECT_EQ(timeline.End(), std::nullopt);
+    EXPECT_EQ(timeline.MediaAt(350), 550);
 }
 
 TEST(SoundTimeline, TheSilenceAfterTheEndDoesNotCount)

@@ -2,6 +2,7 @@
 // What the engine promises of its values and states.
 #include "EngineRoom.h"
 
+#include "Listening.h"
 #include "MakeAudioEngine.h"
 
 #include <QCoreApplication>
@@ -259,6 +260,41 @@ TEST_F(StudioEngine, PausedItCostsNextToNothing)
     const double before = processorSeconds();
     std::this_thread::sleep_for(1s);
     EXPECT_LT(processorSeconds() - before, 0.02);
+}
+
+// A level that stays, after a start from silence: whatever steps is heard at once.
+TEST_F(StudioEngine, NoOperationIsHeardAsAStep)
+{
+    Pcm level = {.sampleRate = 44100, .channels = 2, .samples = {}};
+    for (int i = 0; i < 44100 * 2 * 4; ++i) {
+        level.samples.push_back(static_cast<std::int16_t>(std::min(i / 2, 20'000)));
+    }
+    Load(level);
+    const Ears ears(m_server, "studio");
+    m_engine->StartSound();
+    Pass(900ms);
+    const std::vector<std::function<void()>> operations = {
+        [this] { m_engine->SeekSound(2500); }, [this] { m_engine->PauseSound(); },
+        [this] { m_engine->StartSound(); },    [this] { m_engine->SeekSound(1000); },
+        [this] { m_engine->StopSound(); },     [this] { m_engine->SeekSound(1500); },
+        [this] { m_engine->StartSound(); },    [this] { m_engine->CloseSound(); }};
+    std::vector<Moment> asked;
+    for (const auto& operation : operations) {
+        asked.push_back(Clock::now());
+        operation();
+        std::this_thread::sleep_for(300ms);
+    }
+    const Recording heard = ears.Heard();
+    for (std::size_t i = 0; i < asked.size(); ++i) {
+        const std::vector<float> then = heard.Between(asked[i], asked[i] + 200ms);
+        float step = 0.0F;
+        for (std::size_t sample = 2; sample < then.size(); ++sample) {
+            step = std::max(step, std::abs(then[sample] - then[sample - 2]));
+        }
+        EXPECT_LT(step, 0.01F) << "operation " << i;
+    }
+    EXPECT_GT(Level(heard.Between(asked[0], asked[1])), 0.6);
+    EXPECT_LT(Level(heard.Between(asked[1] + 200ms, asked[2])), 0.01);
 }
 
 TEST_F(StudioEngine, AnyOrderOfOperationsIsHarmless)
