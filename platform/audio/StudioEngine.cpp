@@ -146,7 +146,7 @@ void StudioEngine::StartSound()
     if (!m_sound || m_status == SoundStatus::Playing) {
         return;
     }
-    if (m_heardToEnd || m_startFrame >= m_sound->FrameCount()) {
+    if (m_heardToEnd) {
         MoveTo(0);
     }
     m_status = SoundStatus::Playing;

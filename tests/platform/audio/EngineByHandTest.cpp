@@ -186,6 +186,30 @@ TEST_F(EngineByHand, TheEndIsToldWithTheSoundStoppedThere)
     EXPECT_EQ(m_engine.GetSoundPosition(), 100);
 }
 
+TEST_F(EngineByHand, AtItsEndASoundGoesOnThereUnlessItWasHeardToIt)
+{
+    Load();
+    int done = 0;
+    m_engine.SoundDone = [&] { ++done; };
+    m_engine.SeekSound(2000);
+    m_engine.StartSound();
+    EXPECT_EQ(m_engine.GetSoundPosition(), 2000);
+    EXPECT_TRUE(Becomes(SoundStatus::Stopped));
+    EXPECT_EQ(done, 1);
+    EXPECT_EQ(m_engine.GetSoundPosition(), 2000);
+
+    m_engine.StartSound();
+    EXPECT_EQ(m_engine.GetSoundPosition(), 0) << "it was heard to its end";
+    Play(16'000);
+    m_engine.PauseSound(); // before the end is told
+    EXPECT_EQ(m_engine.GetSoundPosition(), 2000);
+    m_engine.StartSound();
+    EXPECT_EQ(m_engine.GetSoundPosition(), 2000);
+    EXPECT_TRUE(m_output.TakeUntilPaused());
+    EXPECT_TRUE(Becomes(SoundStatus::Stopped));
+    EXPECT_EQ(done, 2);
+}
+
 TEST_F(EngineByHand, TheEndOfAPlaceThatWasLeftIsNotTold)
 {
     Load();
