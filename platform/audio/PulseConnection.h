@@ -50,7 +50,8 @@ public:
     bool HasSink(const std::string& id);
     // Whether the server counts what it has played in steps, as PipeWire does.
     bool CountsInSteps() const { return m_countsInSteps; }
-    void HurryRetry(); // the next try comes now
+    void HurryRetry();   // the next try comes now
+    void RefreshSinks(); // asks for the list; the callback tells when it is there
 
     // A timer of the link's thread, made stopped; to be freed under the lock.
     pa_time_event* MakeTimer(pa_time_event_cb_t callback, void* userData);
@@ -61,7 +62,6 @@ private:
     void Connect();
     void Drop();
     void OnContextState();
-    void RefreshSinks();
     void OnServerInfo(const pa_server_info& info);
     void OnSinkInfo(const pa_sink_info* info, int atEnd);
     void Publish(std::vector<AudioOutput::Device> devices);

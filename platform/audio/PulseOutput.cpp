@@ -31,7 +31,7 @@ std::unique_ptr<AudioOutput> MakeAudioOutput()
     return std::make_unique<PulseOutput>();
 }
 
-PulseOutput::PulseOutput() : m_name(NameToShow({})), m_connection([this] { Converge(); })
+PulseOutput::PulseOutput() : m_name(NameToShow({})), m_connection([this] { OnDevices(); })
 {
     const PulseConnection::Lock lock(m_connection);
     m_timingTimer =
@@ -61,13 +61,6 @@ std::vector<AudioOutput::Device> PulseOutput::WaitForDevices(std::chrono::millis
     return m_connection.Devices();
 }
 
-void PulseOutput::Select(const std::string& id)
-{
-    const PulseConnection::Lock lock(m_connection);
-    m_device = id;
-    MoveStream();
-}
-
 void PulseOutput::SetName(const QString& name)
 {
     const PulseConnection::Lock lock(m_connection);
@@ -79,22 +72,6 @@ void PulseOutput::NameStream()
 {
     if (m_stream != nullptr && pa_stream_get_state(m_stream) == PA_STREAM_READY) {
         Forget(pa_stream_set_name(m_stream, m_name.c_str(), nullptr, nullptr));
-    }
-}
-
-void PulseOutput::MoveStream()
-{
-    const std::vector<Device> devices = m_connection.Devices();
-    if (m_stream == nullptr || pa_stream_get_state(m_stream) != PA_STREAM_READY ||
-        devices.empty()) {
-        return;
-    }
-    const std::string& target = m_connection.HasSink(m_device) ? m_device : devices.front().id;
-    const char* current = pa_stream_get_device_name(m_stream);
-    if (current == nullptr || target != current) {
-        Forget(pa_context_move_sink_input_by_name(pa_stream_get_context(m_stream),
-                                                  pa_stream_get_index(m_stream), target.c_str(),
-                                                  nullptr, nullptr));
     }
 }
 
@@ -193,7 +170,9 @@ void PulseOutput::CreateStream()
     buffer.maxlength = buffer.minreq = buffer.fragsize = UINT32_MAX;
     buffer.tlength = format.rate / kBuffersPerSecond * static_cast<std::uint32_t>(kFrameBytes);
     buffer.prebuf = 0;
-    const char* device = m_connection.HasSink(m_device) ? m_device.c_str() : nullptr;
+    m_movedByUser = m_movedByUser && m_connection.HasSink(m_sink);
+    const std::string& wanted = m_movedByUser ? m_sink : m_device;
+    const char* device = m_connection.HasSink(wanted) ? wanted.c_str() : nullptr;
     const auto flags =
         static_cast<pa_stream_flags_t>(PA_STREAM_START_CORKED | PA_STREAM_ADJUST_LATENCY);
     if (pa_stream_connect_playback(m_stream, device, &buffer, flags, nullptr, nullptr) < 0) {
@@ -294,9 +273,8 @@ void PulseOutput::OnStreamState(const pa_stream* stream)
     const pa_stream_state_t state = pa_stream_get_state(m_stream);
     if (state == PA_STREAM_READY) {
         NameStream(); // given while the stream was being made
-        if (m_connection.HasSink(m_device)) {
-            MoveStream(); // chosen while the stream was being made
-        }
+        NoteSink();
+        ReturnToDevice(); // chosen while the stream was being made
         m_emptied = true;
         Converge();
     } else if (!PA_STREAM_IS_GOOD(state)) {

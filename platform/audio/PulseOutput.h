@@ -40,6 +40,9 @@ private:
     void DropStream();
     void NameStream();
     void MoveStream();
+    void ReturnToDevice();
+    void NoteSink();
+    void OnDevices();
     void EmptyStream();
     void OnStreamState(const pa_stream* stream);
     void OnEmptied(const pa_stream* stream);
@@ -48,6 +51,7 @@ private:
     void OnMoved();
     void OnTiming(const pa_stream* stream, bool success);
     void Cork(bool corked);
+    void ForgetTiming();
     void AskTiming();
     void ScheduleTiming();
     void Freeze();
@@ -58,8 +62,12 @@ private:
     Source* m_source = nullptr;
     bool m_begun = false;
     bool m_paused = false;
-    std::string m_device;
     std::string m_name;
+
+    std::string m_device;       // chosen; empty is the default
+    std::string m_sink;         // where the stream is, or was last
+    std::string m_leftSink;     // from where it was moved, until it is known why
+    bool m_movedByUser = false; // away from the chosen device, in a mixer
 
     pa_stream* m_stream = nullptr;
     int m_streamRate = 0;

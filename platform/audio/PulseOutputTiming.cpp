@@ -27,7 +27,7 @@ std::chrono::milliseconds OutOfStep(int question)
 } // namespace
 
 // Another device may be ahead or behind.
-void PulseOutput::OnMoved()
+void PulseOutput::ForgetTiming()
 {
     {
         const std::scoped_lock guard(m_heardMutex);

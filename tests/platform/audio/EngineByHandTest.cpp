@@ -53,7 +53,7 @@ protected:
     // What was rendered before a change, and the 80 frames that fade over to what comes.
     void PlayOver()
     {
-        std::this_thread::sleep_for(100ms);
+        std::this_thread::sleep_for(300ms);
         Play(240 + 80);
     }
     bool Becomes(SoundStatus status)
