@@ -22,6 +22,13 @@ TEST(Complaint, OnlyANameThatIsNoFileIsComplainedOf)
     EXPECT_EQ(NameComplaint(QStringLiteral("/")), QStringLiteral("File not found: /"));
 }
 
+TEST(Complaint, ATrackThatCannotBeHandedOverIsToldWithItsPath)
+{
+    EXPECT_EQ(LinkComplaint(QStringLiteral("\"/m/a b.cdg\"")),
+              QStringLiteral("The running player can't be reached: /m/a b.cdg"));
+    EXPECT_EQ(LinkComplaint(QString()), QString()) << "a start without a track loses none";
+}
+
 TEST(Complaint, AMessageIsToldWithItsPath)
 {
     const QString track = QStringLiteral("\"/m/a b.cdg\"");
