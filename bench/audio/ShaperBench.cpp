@@ -127,5 +127,22 @@ void BM_GainOfOneSecond(benchmark::State& state)
 }
 BENCHMARK(BM_GainOfOneSecond)->ArgName("volume")->Arg(100)->Arg(99)->Unit(benchmark::kMillisecond);
 
+void BM_LimiterOfOneSecond(benchmark::State& state)
+{
+    PeakLimiter limiter(kRate);
+    std::vector<float> noise(kRate);
+    for (std::size_t i = 0; i < noise.size(); ++i) {
+        noise[i] = static_cast<float>(i * 7919 % 2000) / 1000.0F - 1.0F;
+        noise[i] *= static_cast<float>(state.range(0)) / 100.0F;
+    }
+    for (auto _ : state) {
+        std::vector<float> left = noise;
+        std::vector<float> right = noise;
+        limiter.Apply(left, right);
+        benchmark::DoNotOptimize(left.data());
+    }
+}
+BENCHMARK(BM_LimiterOfOneSecond)->ArgName("peak")->Arg(90)->Arg(150)->Unit(benchmark::kMillisecond);
+
 } // namespace
 } // namespace lantern

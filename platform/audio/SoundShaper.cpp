@@ -60,7 +60,7 @@ void SoundShaper::Prime(std::int64_t mediaFrame, SoundShape shape)
     if (!shape.IsNeutral()) {
         PrepareStretcher();
         m_nextFed = mediaFrame - static_cast<std::int64_t>(m_stretcher->getPreferredStartPad());
-        m_framesToDrop = static_cast<int>(m_stretcher->getStartDelay());
+        m_framesToDrop = static_cast<int>(m_stretcher->getStartDelay()) + m_limiter->DelayFrames();
     }
 }
 
@@ -72,7 +72,9 @@ void SoundShaper::PrepareStretcher()
                                                             kStretcherOptions);
         m_stretcher->setMaxProcessSize(kMostFedFrames);
         m_stretcherRate = rate;
+        m_limiter.emplace(rate);
     }
+    m_limiter->Reset();
     m_stretcher->reset();
     m_stretcher->setTimeRatio(1.0 / m_shape.speed);
     m_stretcher->setPitchScale(std::exp2(m_shape.keySemitones / 12.0));
@@ -138,7 +140,9 @@ int SoundShaper::Retrieve(std::span<float> stereo)
     const auto take = [&](int atMost) {
         const int frames = std::min({m_stretcher->available(), atMost, kMostFedFrames});
         if (frames > 0) {
-            m_stretcher->retrieve(channels.data(), static_cast<std::size_t>(frames));
+            const auto count = static_cast<std::size_t>(frames);
+            m_stretcher->retrieve(channels.data(), count);
+            m_limiter->Apply(std::span(m_left).first(count), std::span(m_right).first(count));
         }
         return std::max(frames, 0);
     };

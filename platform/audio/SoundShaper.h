@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "PeakLimiter.h"
 #include "SoundDecoder.h"
 
 #include <array>
@@ -78,6 +79,7 @@ private:
     std::optional<std::int64_t> m_soundEnd;
 
     std::unique_ptr<RubberBand::RubberBandStretcher> m_stretcher;
+    std::optional<PeakLimiter> m_limiter; // behind it: what it makes is louder here and there
     int m_stretcherRate = 0;
     std::int64_t m_nextFed = 0; // negative: the silence before the sound
     int m_framesToDrop = 0;

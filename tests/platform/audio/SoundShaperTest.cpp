@@ -345,6 +345,31 @@ TEST(SoundShaper, AtTheEndThereIsNothingLeft)
     }
 }
 
+TEST(SoundShaper, LoudMusicStaysWithinFullScaleInEachShape)
+{
+    std::vector<float> loud(2 * 60'000);
+    for (std::size_t i = 0; i < loud.size(); ++i) {
+        const double second = static_cast<double>(i / 2) / kRate;
+        const double beat = std::sin(2 * std::numbers::pi * 110 * second) +
+                            std::sin(2 * std::numbers::pi * 1234 * second);
+        loud[i] = beat > 0 ? 1.0F : -1.0F; // as loud as a master can be
+    }
+    MemoryDecoder sound(loud);
+    for (const SoundShape shape : {SoundShape{3, 1.0}, {-4, 1.0}, {0, 0.8}, {2, 1.5}}) {
+        SoundShaper shaper;
+        shaper.Start(sound, 0, shape);
+        const std::vector<float> heard = RenderAll(shaper, 100'000);
+        const auto [least, most] = std::ranges::minmax(heard);
+        EXPECT_GE(least, -1.0F);
+        EXPECT_LE(most, 1.0F);
+        EXPECT_GT(most, 0.9F);
+        EXPECT_NEAR(static_cast<double>(heard.size()) / 2, 60'000 / shape.speed, 1.0);
+    }
+    SoundShaper shaper;
+    shaper.Start(sound, 0, {});
+    EXPECT_TRUE(RenderAll(shaper, 60'000) == loud) << "neutral it is as it is";
+}
+
 TEST(SoundShaper, ItWaitsForTheDecoderAndGoesOnWithoutAGap)
 {
     for (const SoundShape shape : {SoundShape{}, SoundShape{3, 0.8}}) {

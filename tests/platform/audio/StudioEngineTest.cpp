@@ -166,7 +166,7 @@ TEST_F(StudioEngine, TheEndIsToldOnceWithTheSoundStoppedAtItsLength)
     EXPECT_EQ(m_engine->GetSoundPosition(), 300);
 }
 
-TEST_F(StudioEngine, StartedAtItsEndASoundPlaysFromTheBeginning)
+TEST_F(StudioEngine, HeardToItsEndASoundPlaysFromTheBeginning)
 {
     Load(MakeNoise(44100, 300));
     m_engine->StartSound();
@@ -175,9 +175,11 @@ TEST_F(StudioEngine, StartedAtItsEndASoundPlaysFromTheBeginning)
     EXPECT_EQ(m_engine->GetSoundPosition(), 0);
     EXPECT_EQ(m_engine->GetSoundStatus(), SoundStatus::Playing);
     m_engine->StopSound();
-    m_engine->SeekSound(300);
+    Seek(300);
     m_engine->StartSound();
-    EXPECT_EQ(m_engine->GetSoundPosition(), 0);
+    EXPECT_EQ(m_engine->GetSoundPosition(), 300) << "moved there, it ends there";
+    EXPECT_TRUE(PassUntilStatus(SoundStatus::Stopped));
+    EXPECT_EQ(m_doneCount, 2);
 }
 
 TEST_F(StudioEngine, ASeekToTheEndOfAPlayingSoundEndsIt)
