@@ -29,6 +29,8 @@ constexpr int kBeginsWithMs = 45;
 constexpr int kKeptAtChangeMs = 30;
 constexpr int kCrossfadeMs = 10;
 constexpr int kFadeMs = 5; // from silence and to it
+// A server may tell a frame as heard before it is.
+constexpr int kSilenceBeforeHeldMs = 30;
 
 } // namespace
 
@@ -165,7 +167,7 @@ std::size_t SoundRenderer::SamplesIn(int milliseconds) const
 // The place of the wish is not the one that is rendered: it has just been left, or faded out.
 bool SoundRenderer::MovesOn() const
 {
-    return m_silentFrom || m_placeSerial != m_now.serial;
+    return m_heldFrom || m_placeSerial != m_now.serial;
 }
 
 // Does what is to be done now, and returns the time until there may be more.
@@ -212,14 +214,14 @@ SoundRenderer::Clock::duration SoundRenderer::FallSilent()
     if (m_outputPaused) {
         return kSleepsAtMost;
     }
-    if (!m_silentFrom) {
+    if (!m_heldFrom) {
         FadeOut();
     }
     std::ranges::fill(m_block, 0.0F);
     while (m_ring.RoomFrames() >= kBlockFrames) {
         WriteBlock(m_block);
     }
-    const Clock::duration left = TimeUntilHeard(*m_silentFrom);
+    const Clock::duration left = TimeUntilHeard(*m_heldFrom);
     if (left <= Clock::duration::zero()) {
         PauseOutput();
         return kSleepsAtMost;
@@ -239,7 +241,7 @@ void SoundRenderer::FadeOut()
     }
     m_renderedFrames -= taken;
     WriteBlock(std::span(fade).first(frames * 2));
-    m_silentFrom = m_renderedFrames;
+    m_heldFrom = m_renderedFrames + FramesIn(kSilenceBeforeHeldMs);
 }
 
 void SoundRenderer::StartAt(std::int64_t mediaFrame)
@@ -262,7 +264,7 @@ void SoundRenderer::StartAt(std::int64_t mediaFrame)
     m_renderedFrames = 0;
     m_started = true;
     m_outputPaused = false;
-    m_silentFrom.reset();
+    m_heldFrom.reset();
     m_begun = false;
 }
 
@@ -285,7 +287,7 @@ void SoundRenderer::Change()
     }
     std::vector<float> tail(SamplesIn(kCrossfadeMs));
     const int taken = m_ring.TakeBack(kept, tail);
-    if (!m_silentFrom) {
+    if (!m_heldFrom) {
         const std::size_t inTail = std::min(static_cast<std::size_t>(taken) * 2, tail.size());
         m_shaper.Render(std::span(tail).subspan(inTail));
     }
@@ -297,7 +299,7 @@ void SoundRenderer::Change()
     const std::scoped_lock lock(m_timelineMutex);
     m_timeline.Change(m_renderedFrames, mediaFrame, m_shape.speed);
     if (moves) {
-        m_silentFrom.reset();
+        m_heldFrom.reset();
         m_placeSerial = m_now.serial;
         m_placeFrame = m_renderedFrames;
     }

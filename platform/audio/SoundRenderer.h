@@ -112,8 +112,8 @@ private:
     std::int64_t m_renderedFrames = 0;
     bool m_started = false; // the output is on, with m_now's sound
     bool m_begun = false;
-    std::optional<std::int64_t> m_silentFrom; // the output frame after a fade
-    bool m_starved = false;                   // the decoder has no more as yet
+    std::optional<std::int64_t> m_heldFrom; // an output frame: since the sound fades
+    bool m_starved = false;                 // the decoder has no more as yet
     bool m_outputPaused = true;
     bool m_done = false;
     std::optional<Clock::time_point> m_silentSince;

@@ -88,7 +88,7 @@ TEST_F(SoundRendererRoom, ASoundThatIsTakenAwayIsSoonLetGo)
         m_renderer->SetWish({});
         EXPECT_TRUE(Eventually([&] { return held.expired(); }));
     }
-    std::this_thread::sleep_for(150ms); // it fades
+    std::this_thread::sleep_for(250ms); // it fades
     const double silent = m_output->HeardFrames();
     std::this_thread::sleep_for(100ms);
     EXPECT_EQ(m_output->HeardFrames(), silent);
