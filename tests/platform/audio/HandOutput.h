@@ -36,12 +36,18 @@ public:
     }
     std::vector<float> TakeWhatIsThere(int mostFrames)
     {
-        std::vector<float> taken(static_cast<std::size_t>(mostFrames) * 2);
         const std::scoped_lock lock(m_mutex);
-        const bool takes = m_source != nullptr && m_state == State::Running && !m_paused;
-        const int got = takes ? m_source->Fill(taken) : 0;
-        m_given += got;
-        taken.resize(static_cast<std::size_t>(got) * 2);
+        return TakeLocked(mostFrames);
+    }
+    // The same, after a frame of silence if anything was asked of it since the last time: then it
+    // was held, or emptied.
+    std::vector<float> TakeAfterCalls(int mostFrames)
+    {
+        const std::scoped_lock lock(m_mutex);
+        const bool wasAsked = !std::exchange(m_calls, {}).empty();
+        std::vector<float> taken = TakeLocked(mostFrames);
+        if (wasAsked)
+            taken.insert(taken.begin(), 2, 0.0F);
         return taken;
     }
     // Takes what comes until it is paused.
@@ -121,6 +127,15 @@ public:
     }
 
 private:
+    std::vector<float> TakeLocked(int mostFrames)
+    {
+        std::vector<float> taken(static_cast<std::size_t>(mostFrames) * 2);
+        const bool takes = m_source != nullptr && m_state == State::Running && !m_paused;
+        const int got = takes ? m_source->Fill(taken) : 0;
+        m_given += got;
+        taken.resize(static_cast<std::size_t>(got) * 2);
+        return taken;
+    }
     void Note(std::string call, std::optional<bool> paused = {})
     {
         const std::scoped_lock lock(m_mutex);

@@ -226,10 +226,7 @@ TEST_F(RenderedByHand, NoOperationMakesAStep)
         wish.sound = pick(8) == 0 ? other : flat;
         m_renderer.SetWish(wish);
         for (int glances = pick(12); glances > 0; --glances) {
-            if (!m_output.Calls().empty()) {
-                heard.insert(heard.end(), 2, 0.0F); // held, or emptied
-            }
-            const std::vector<float> more = m_output.TakeWhatIsThere(1 + pick(600));
+            const std::vector<float> more = m_output.TakeAfterCalls(1 + pick(600));
             heard.insert(heard.end(), more.begin(), more.end());
             std::this_thread::sleep_for(5ms);
         }
