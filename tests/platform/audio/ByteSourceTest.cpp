@@ -79,6 +79,23 @@ TEST(ByteSource, ReleasedAMemoryImageIsEmptyAndAFileGoesOn)
     EXPECT_EQ(memory->Size(), 200);
 }
 
+// As in a program that was started without a standard input.
+TEST(ByteSource, AFileMayGetTheNumberZero)
+{
+    const SoundFolder folder;
+    const Bytes bytes = Counting(200);
+    const QString path = folder.Write(QStringLiteral("a"), bytes);
+    const int input = dup(STDIN_FILENO);
+    close(STDIN_FILENO);
+    auto file = OpenFileBytes(path);
+    const Bytes read = file ? Read(*file, 0, 200) : Bytes();
+    file.reset();
+    EXPECT_EQ(fcntl(STDIN_FILENO, F_GETFD), -1) << "closed again";
+    dup2(input, STDIN_FILENO);
+    close(input);
+    EXPECT_EQ(read, bytes);
+}
+
 TEST(ByteSource, NoBytesAreNoSource)
 {
     const SoundFolder folder;

@@ -72,6 +72,12 @@ TEST(SoundTimeline, WhatIsForgottenWasHeard)
     EXPECT_EQ(timeline.MediaAt(250), 950);
     timeline.Forget(5000);
     EXPECT_EQ(timeline.MediaAt(250), 950);
+    timeline.Change(300, 2000, 1.0);
+    EXPECT_EQ(timeline.MediaAt(250), 950) << "the last one is never forgotten";
+    timeline.Restart(70, 1.0);
+    timeline.Forget(5000);
+    timeline.Change(300, 2000, 1.0);
+    EXPECT_EQ(timeline.MediaAt(250), 320);
 }
 
 } // namespace
