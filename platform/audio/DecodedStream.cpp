@@ -79,7 +79,7 @@ bool DecodedStream::OpenCodec()
 {
     const AVStream& stream = m_container->Stream();
     const AVCodec* const decoder = avcodec_find_decoder(stream.codecpar->codec_id);
-    if (decoder == nullptr || !SoundContainer::MayDecode(*decoder))
+    if (!decoder || !SoundContainer::MayDecode(*decoder))
         return false;
     m_codec = Made(avcodec_alloc_context3(decoder));
     if (avcodec_parameters_to_context(m_codec.get(), stream.codecpar) < 0)
@@ -136,7 +136,7 @@ void DecodedStream::DecodePacket(const AVPacket* packet)
         }
         failed = !TakeFrame() || failed;
     }
-    if (packet == nullptr)
+    if (!packet)
         return;
     m_stamps.Note(*packet);
     // What can't be decoded is silence, so that all that follows keeps its place.

@@ -52,7 +52,7 @@ PcmStore::PcmStore(SampleKind kind, int sampleRate, const PcmLimits& limits)
 
 PcmStore::~PcmStore()
 {
-    if (m_memory != nullptr)
+    if (m_memory)
         munmap(m_memory, m_memorySize);
     if (m_file != kNoFile)
         CloseTemporaryFile(m_file);

@@ -55,9 +55,8 @@ float PeakLimiter::LeastGain(float gain)
         m_firstNeed = (m_firstNeed + 1) % m_window;
         --m_needCount;
     }
-    while (m_needCount > 0 && need(m_needCount - 1).gain >= gain) {
+    while (m_needCount > 0 && need(m_needCount - 1).gain >= gain)
         --m_needCount;
-    }
     need(m_needCount++) = {m_frame, gain};
     return need(0).gain;
 }

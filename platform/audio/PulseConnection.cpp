@@ -95,14 +95,13 @@ void PulseConnection::Connect()
     pa_context_set_subscribe_callback(m_context, event, this);
     // A server started from here would be waited for under the lock, so none is.
     if (pa_context_connect(m_context, nullptr, PA_CONTEXT_NOAUTOSPAWN, nullptr) < 0 &&
-        pa_context_get_state(m_context) != PA_CONTEXT_FAILED) {
+        pa_context_get_state(m_context) != PA_CONTEXT_FAILED)
         OnContextState();
-    }
 }
 
 void PulseConnection::Drop()
 {
-    if (m_context != nullptr) {
+    if (m_context) {
         pa_context_set_state_callback(m_context, nullptr, nullptr);
         pa_context_set_subscribe_callback(m_context, nullptr, nullptr);
         pa_context_disconnect(m_context);
@@ -131,8 +130,7 @@ void PulseConnection::OnContextState()
 
 void PulseConnection::HurryRetry()
 {
-    if (m_started &&
-        (m_context == nullptr || !PA_CONTEXT_IS_GOOD(pa_context_get_state(m_context)))) {
+    if (m_started && (!m_context || !PA_CONTEXT_IS_GOOD(pa_context_get_state(m_context)))) {
         m_retryIn = kFirstRetryIn;
         StartTimer(m_retryTimer, 0ms);
     }
@@ -140,7 +138,7 @@ void PulseConnection::HurryRetry()
 
 pa_context* PulseConnection::Context() const
 {
-    const bool ready = m_context != nullptr && pa_context_get_state(m_context) == PA_CONTEXT_READY;
+    const bool ready = m_context && pa_context_get_state(m_context) == PA_CONTEXT_READY;
     return ready ? m_context : nullptr;
 }
 
@@ -152,9 +150,8 @@ void PulseConnection::RefreshSinks()
     }
     m_arriving.clear();
     const auto onServer = [](pa_context*, const pa_server_info* info, void* self) {
-        if (info != nullptr) {
+        if (info)
             static_cast<PulseConnection*>(self)->OnServerInfo(*info);
-        }
     };
     const auto onSink = [](pa_context*, const pa_sink_info* info, int atEnd, void* self) {
         static_cast<PulseConnection*>(self)->OnSinkInfo(info, atEnd);
@@ -165,21 +162,19 @@ void PulseConnection::RefreshSinks()
 
 void PulseConnection::OnServerInfo(const pa_server_info& info)
 {
-    if (info.default_sink_name != nullptr) {
+    if (info.default_sink_name)
         m_defaultSink = info.default_sink_name;
-    }
     // It calls itself "PulseAudio (on PipeWire 0.3.65)".
-    m_countsInSteps = info.server_name != nullptr &&
+    m_countsInSteps = info.server_name &&
                       std::string_view(info.server_name).find("PipeWire") != std::string_view::npos;
 }
 
 void PulseConnection::OnSinkInfo(const pa_sink_info* info, int atEnd)
 {
-    if (atEnd == 0 && info != nullptr) {
-        if (StandsInForADevice(info->name)) {
+    if (atEnd == 0 && info) {
+        if (StandsInForADevice(info->name))
             return;
-        }
-        const char* name = info->description != nullptr ? info->description : info->name;
+        const char* name = info->description ? info->description : info->name;
         m_arriving.push_back({info->name, QString::fromUtf8(name)});
         return;
     }

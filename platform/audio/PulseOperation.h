@@ -8,9 +8,8 @@ namespace lantern {
 // Nobody asks again what became of it.
 inline void Forget(pa_operation* operation)
 {
-    if (operation != nullptr) {
+    if (operation)
         pa_operation_unref(operation);
-    }
 }
 
 } // namespace lantern

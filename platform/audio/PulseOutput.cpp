@@ -70,9 +70,8 @@ void PulseOutput::SetName(const QString& name)
 
 void PulseOutput::NameStream()
 {
-    if (m_stream != nullptr && pa_stream_get_state(m_stream) == PA_STREAM_READY) {
+    if (m_stream && pa_stream_get_state(m_stream) == PA_STREAM_READY)
         Forget(pa_stream_set_name(m_stream, m_name.c_str(), nullptr, nullptr));
-    }
 }
 
 void PulseOutput::Restart(int sampleRate, Source& source)
@@ -90,11 +89,10 @@ void PulseOutput::Restart(int sampleRate, Source& source)
     }
     m_timingStale = m_timingAsked;
     m_timingsTaken = 0;
-    if (m_stream != nullptr && m_streamRate != sampleRate) {
+    if (m_stream && m_streamRate != sampleRate)
         DropStream();
-    } else if (m_stream != nullptr && pa_stream_get_state(m_stream) == PA_STREAM_READY) {
+    else if (m_stream && pa_stream_get_state(m_stream) == PA_STREAM_READY)
         EmptyStream();
-    }
     m_connection.HurryRetry();
     Converge();
 }
@@ -134,10 +132,9 @@ double PulseOutput::HeardFrames()
 // One step towards a sounding stream; called again at the event that the step waits for.
 void PulseOutput::Converge()
 {
-    if (m_sampleRate == 0 || m_connection.Context() == nullptr) {
+    if (m_sampleRate == 0 || !m_connection.Context())
         return;
-    }
-    if (m_stream == nullptr) {
+    if (!m_stream) {
         CreateStream();
     } else if (m_connection.Devices().empty()) {
         LoseStream(); // the server plays it on, to nobody
@@ -149,9 +146,8 @@ void PulseOutput::Converge()
 
 void PulseOutput::CreateStream()
 {
-    if (m_retryWaits || m_connection.Devices().empty() || m_state == State::Interrupted) {
+    if (m_retryWaits || m_connection.Devices().empty() || m_state == State::Interrupted)
         return;
-    }
     pa_sample_spec format = {};
     format.format = PA_SAMPLE_FLOAT32NE;
     format.rate = static_cast<std::uint32_t>(m_sampleRate);
@@ -159,9 +155,8 @@ void PulseOutput::CreateStream()
     pa_channel_map map = {};
     pa_channel_map_init_stereo(&map);
     m_stream = pa_stream_new(m_connection.Context(), m_name.c_str(), &format, &map);
-    if (m_stream == nullptr) {
+    if (!m_stream)
         return;
-    }
     m_streamRate = m_sampleRate;
     ListenToStream();
 
@@ -175,9 +170,8 @@ void PulseOutput::CreateStream()
     const char* device = m_connection.HasSink(wanted) ? wanted.c_str() : nullptr;
     const auto flags =
         static_cast<pa_stream_flags_t>(PA_STREAM_START_CORKED | PA_STREAM_ADJUST_LATENCY);
-    if (pa_stream_connect_playback(m_stream, device, &buffer, flags, nullptr, nullptr) < 0) {
+    if (pa_stream_connect_playback(m_stream, device, &buffer, flags, nullptr, nullptr) < 0)
         LoseStream();
-    }
 }
 
 void PulseOutput::ListenToStream()
@@ -212,7 +206,7 @@ void PulseOutput::LoseStream()
 
 void PulseOutput::DropStream()
 {
-    if (m_stream != nullptr) {
+    if (m_stream) {
         pa_stream* stream = std::exchange(m_stream, nullptr);
         pa_stream_set_state_callback(stream, nullptr, nullptr);
         pa_stream_set_write_callback(stream, nullptr, nullptr);
@@ -234,29 +228,26 @@ void PulseOutput::EmptyStream()
 {
     m_sounding = false;
     m_emptied = false;
-    if (std::exchange(m_emptying, true)) {
+    if (std::exchange(m_emptying, true))
         return; // nothing has been written since that was asked
-    }
     Cork(true);
     Forget(pa_stream_flush(m_stream, nullptr, nullptr));
     const auto done = [](pa_stream* stream, int, void* self) {
         static_cast<PulseOutput*>(self)->OnEmptied(stream);
     };
     pa_operation* asked = pa_stream_update_timing_info(m_stream, done, this);
-    if (asked == nullptr) {
+    if (!asked)
         LoseStream();
-    }
     Forget(asked);
 }
 
 void PulseOutput::OnEmptied(const pa_stream* stream)
 {
-    if (stream != m_stream) {
+    if (stream != m_stream)
         return;
-    }
     m_emptying = false;
     const pa_timing_info* timing = pa_stream_get_timing_info(m_stream);
-    if (timing == nullptr || timing->write_index_corrupt != 0) {
+    if (!timing || timing->write_index_corrupt != 0) {
         LoseStream();
         return;
     }
@@ -267,9 +258,8 @@ void PulseOutput::OnEmptied(const pa_stream* stream)
 
 void PulseOutput::OnStreamState(const pa_stream* stream)
 {
-    if (stream != m_stream) {
+    if (stream != m_stream)
         return;
-    }
     const pa_stream_state_t state = pa_stream_get_state(m_stream);
     if (state == PA_STREAM_READY) {
         NameStream(); // given while the stream was being made
@@ -285,15 +275,13 @@ void PulseOutput::OnStreamState(const pa_stream* stream)
 void PulseOutput::OnWritable(std::size_t bytes)
 {
     const bool wanted = m_begun && m_emptied && !m_paused && m_state != State::Interrupted;
-    if (!wanted || bytes == static_cast<std::size_t>(-1)) {
+    if (!wanted || bytes == static_cast<std::size_t>(-1))
         return;
-    }
     while (bytes >= kFrameBytes) {
         void* memory = nullptr;
         std::size_t size = bytes;
-        if (pa_stream_begin_write(m_stream, &memory, &size) < 0 || memory == nullptr) {
+        if (pa_stream_begin_write(m_stream, &memory, &size) < 0 || !memory)
             break;
-        }
         const std::span<float> stereo(static_cast<float*>(memory), size / kFrameBytes * 2);
         const auto filled = static_cast<std::size_t>(m_source->Fill(stereo)) * kFrameBytes;
         if (filled == 0) {
@@ -315,9 +303,8 @@ void PulseOutput::OnWritable(std::size_t bytes)
 void PulseOutput::OnUnderflow()
 {
     const std::int64_t byte = pa_stream_get_underflow_index(m_stream);
-    if (!m_sounding || (byte >= 0 && byte <= m_firstByte)) {
+    if (!m_sounding || (byte >= 0 && byte <= m_firstByte))
         return; // of what was played before the stream was emptied
-    }
     m_sounding = false;
     Cork(true);
     // What was written since then has come too late to be heard.

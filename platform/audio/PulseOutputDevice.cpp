@@ -19,13 +19,11 @@ void PulseOutput::Select(const std::string& id)
 void PulseOutput::MoveStream()
 {
     const std::vector<Device> devices = m_connection.Devices();
-    if (m_stream == nullptr || pa_stream_get_state(m_stream) != PA_STREAM_READY ||
-        devices.empty()) {
+    if (!m_stream || pa_stream_get_state(m_stream) != PA_STREAM_READY || devices.empty())
         return;
-    }
     const std::string& target = m_connection.HasSink(m_device) ? m_device : devices.front().id;
     const char* current = pa_stream_get_device_name(m_stream);
-    if (current == nullptr || target != current) {
+    if (!current || target != current) {
         Forget(pa_context_move_sink_input_by_name(pa_stream_get_context(m_stream),
                                                   pa_stream_get_index(m_stream), target.c_str(),
                                                   nullptr, nullptr));
@@ -34,15 +32,14 @@ void PulseOutput::MoveStream()
 
 void PulseOutput::ReturnToDevice()
 {
-    if (!m_movedByUser && m_connection.HasSink(m_device)) {
+    if (!m_movedByUser && m_connection.HasSink(m_device))
         MoveStream();
-    }
 }
 
 void PulseOutput::NoteSink()
 {
     const char* sink = pa_stream_get_device_name(m_stream);
-    m_sink = sink != nullptr ? sink : "";
+    m_sink = sink ? sink : "";
 }
 
 // Why, the next list of devices tells.

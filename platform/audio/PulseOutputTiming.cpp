@@ -39,9 +39,8 @@ void PulseOutput::ForgetTiming()
 
 void PulseOutput::AskTiming()
 {
-    if (m_stream == nullptr || !m_sounding || m_timingAsked) {
+    if (!m_stream || !m_sounding || m_timingAsked)
         return;
-    }
     m_timingAsked = true;
     m_timingAskedAt = steady_clock::now();
     const auto done = [](pa_stream* stream, int success, void* self) {
@@ -52,13 +51,12 @@ void PulseOutput::AskTiming()
 
 void PulseOutput::OnTiming(const pa_stream* stream, bool success)
 {
-    if (stream != m_stream) {
+    if (stream != m_stream)
         return;
-    }
     m_timingAsked = false;
     const bool stale = std::exchange(m_timingStale, false);
     const pa_timing_info* timing = success ? pa_stream_get_timing_info(m_stream) : nullptr;
-    if (m_sounding && !stale && timing != nullptr && timing->read_index_corrupt == 0) {
+    if (m_sounding && !stale && timing && timing->read_index_corrupt == 0) {
         // The server stamps its answer by the wall clock. A step of that clock must not shift the
         // sample out of the time between question and answer.
         timeval wallNow = {};
@@ -72,9 +70,8 @@ void PulseOutput::OnTiming(const pa_stream* stream, bool success)
                             static_cast<double>(kFrameBytes);
         const double delay = static_cast<double>(timing->sink_usec) * 1e-6 * m_streamRate;
         const std::scoped_lock guard(m_heardMutex);
-        if (!m_connection.CountsInSteps()) {
+        if (!m_connection.CountsInSteps())
             m_heard.ForgetSamples(); // each is exact
-        }
         m_heard.Sample(read - delay, at, timing->playing != 0);
     }
     ScheduleTiming();

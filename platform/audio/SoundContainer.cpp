@@ -84,7 +84,7 @@ bool SoundContainer::OpenInput()
     if (av_probe_input_buffer2(m_io.get(), &input, nullptr, nullptr, 0, 0) < 0)
         return false;
     m_kind = FindKind(input->name);
-    if (m_kind == nullptr)
+    if (!m_kind)
         return false;
 
     AVFormatContext* context = Made(avformat_alloc_context()).release();
@@ -107,10 +107,9 @@ bool SoundContainer::OpenInput()
 
 bool SoundContainer::ChooseStream()
 {
-    for (unsigned i = 0; i < m_format->nb_streams; ++i) {
+    for (unsigned i = 0; i < m_format->nb_streams; ++i)
         if (m_format->streams[i]->codecpar->codec_type != AVMEDIA_TYPE_AUDIO)
             m_format->streams[i]->discard = AVDISCARD_ALL;
-    }
     if (avformat_find_stream_info(m_format.get(), nullptr) < 0)
         return false;
     const int index = av_find_best_stream(m_format.get(), AVMEDIA_TYPE_AUDIO, -1, -1, nullptr, 0);

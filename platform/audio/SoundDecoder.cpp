@@ -91,10 +91,9 @@ bool BackgroundDecoder::Start(milliseconds timeToMeasure)
 
 void BackgroundDecoder::DecodeToEnd()
 {
-    for (auto block = m_stream->NextBlock(); !block.empty(); block = m_stream->NextBlock()) {
+    for (auto block = m_stream->NextBlock(); !block.empty(); block = m_stream->NextBlock())
         if (!m_store->Append(block))
             break;
-    }
     m_ended.store(true, std::memory_order_release);
 }
 

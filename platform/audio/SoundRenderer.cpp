@@ -55,14 +55,12 @@ void SoundRenderer::SetWish(Wish wish)
 {
     {
         const std::scoped_lock lock(m_wishMutex);
-        if (m_wish.sound && m_wish.sound != wish.sound) {
+        if (m_wish.sound && m_wish.sound != wish.sound)
             m_leftSounds.push_back(std::move(m_wish.sound));
-        }
         m_wish = std::move(wish);
         m_wishLastAt = Clock::now();
-        if (!std::exchange(m_wishNew, true)) {
+        if (!std::exchange(m_wishNew, true))
             m_wishFirstAt = m_wishLastAt;
-        }
     }
     m_wake.notify_one();
 }
@@ -70,13 +68,11 @@ void SoundRenderer::SetWish(Wish wish)
 std::optional<double> SoundRenderer::HeardMediaFrame(std::uint64_t serial)
 {
     const std::scoped_lock lock(m_timelineMutex);
-    if (m_placeSerial != serial) {
+    if (m_placeSerial != serial)
         return std::nullopt;
-    }
     const double heard = m_output.HeardFrames();
-    if (heard < static_cast<double>(m_placeFrame)) {
+    if (heard < static_cast<double>(m_placeFrame))
         return std::nullopt;
-    }
     return m_timeline.MediaAt(heard);
 }
 
@@ -87,9 +83,8 @@ bool SoundRenderer::HearAround(std::uint64_t serial, std::span<float> stereo)
     const std::int64_t heard = std::llround(m_output.HeardFrames());
     const std::int64_t passed = m_tap.PassedFrames();
     const bool isHeard = m_output.GetState() == AudioOutput::State::Running && heard < passed;
-    if (m_placeSerial != serial || !isHeard) {
+    if (m_placeSerial != serial || !isHeard)
         return false;
-    }
     const auto frames = static_cast<std::int64_t>(stereo.size() / 2);
     m_tap.CopyOut(std::min(heard + frames / 2, passed) - frames, stereo);
     return true;
@@ -120,16 +115,14 @@ void SoundRenderer::SleepFor(Clock::duration rest)
     std::unique_lock lock(m_wishMutex);
     const auto end = Clock::now() + std::min<Clock::duration>(rest, kSleepsAtMost);
     const auto due = [this] { return m_quit || (m_wishNew && Clock::now() >= WishDue()); };
-    while (!due() && Clock::now() < end) {
+    while (!due() && Clock::now() < end)
         m_wake.wait_until(lock, m_wishNew ? std::min(end, WishDue()) : end);
-    }
 }
 
 SoundRenderer::Clock::time_point SoundRenderer::WishDue() const
 {
-    if (!m_wish.playing) {
+    if (!m_wish.playing)
         return Clock::time_point::min();
-    }
     const Clock::time_point settled =
         std::min(m_wishLastAt + kWishSettles, m_wishFirstAt + kWishWaitsAtMost);
     return std::max(settled, m_takenAt + kBetweenWishes);
@@ -140,18 +133,16 @@ void SoundRenderer::TakeWish()
     std::vector<std::shared_ptr<SoundDecoder>> left; // their end takes time, and no lock
     const std::scoped_lock lock(m_wishMutex);
     const Clock::time_point now = Clock::now();
-    if (!m_wishNew || now < WishDue()) {
+    if (!m_wishNew || now < WishDue())
         return;
-    }
     m_wishNew = false;
     left.swap(m_leftSounds);
     m_started = m_started && m_wish.sound == m_now.sound;
     m_done = m_done && m_wish.serial == m_now.serial;
     m_silentSince.reset();
     m_now = m_wish;
-    if (m_now.playing) {
+    if (m_now.playing)
         m_takenAt = now;
-    }
 }
 
 int SoundRenderer::FramesIn(int milliseconds) const
@@ -176,16 +167,14 @@ SoundRenderer::Clock::duration SoundRenderer::Work()
     const bool plays = m_now.playing && !m_done && m_now.sound;
     if (!plays || !m_started) {
         const Clock::duration rest = FallSilent(); // the former sound, too
-        if (!plays || !m_outputPaused) {
+        if (!plays || !m_outputPaused)
             return rest;
-        }
         StartAt(m_now.startFrame);
     } else {
         const AudioOutput::State state = m_output.GetState();
         const bool silent = state == AudioOutput::State::Waiting && MovesOn();
-        if (silent || state == AudioOutput::State::Interrupted) {
+        if (silent || state == AudioOutput::State::Interrupted)
             Recover();
-        }
     }
     FillRing();
     if (!m_begun && CanBegin()) {
@@ -200,27 +189,22 @@ SoundRenderer::Clock::duration SoundRenderer::Work()
 void SoundRenderer::PauseOutput()
 {
     m_started = false;
-    if (!std::exchange(m_outputPaused, true)) {
+    if (!std::exchange(m_outputPaused, true))
         m_output.Pause();
-    }
 }
 
 // Fades what sounds, and pauses the output once that has been heard.
 SoundRenderer::Clock::duration SoundRenderer::FallSilent()
 {
-    if (m_output.GetState() != AudioOutput::State::Running) {
+    if (m_output.GetState() != AudioOutput::State::Running)
         PauseOutput();
-    }
-    if (m_outputPaused) {
+    if (m_outputPaused)
         return kSleepsAtMost;
-    }
-    if (!m_heldFrom) {
+    if (!m_heldFrom)
         FadeOut();
-    }
     std::ranges::fill(m_block, 0.0F);
-    while (m_ring.RoomFrames() >= kBlockFrames) {
+    while (m_ring.RoomFrames() >= kBlockFrames)
         WriteBlock(m_block);
-    }
     const Clock::duration left = TimeUntilHeard(*m_heldFrom);
     if (left <= Clock::duration::zero()) {
         PauseOutput();
@@ -282,9 +266,8 @@ void SoundRenderer::Change()
     m_shape = m_now.shape;
     const int kept = FramesIn(kKeptAtChangeMs);
     const std::optional<std::int64_t> end = m_timeline.End();
-    if (!moves && end && m_renderedFrames - std::max(m_ring.HeldFrames() - kept, 0) >= *end) {
+    if (!moves && end && m_renderedFrames - std::max(m_ring.HeldFrames() - kept, 0) >= *end)
         return; // silence only
-    }
     std::vector<float> tail(SamplesIn(kCrossfadeMs));
     const int taken = m_ring.TakeBack(kept, tail);
     if (!m_heldFrom) {
@@ -308,15 +291,12 @@ void SoundRenderer::Change()
 // A few blocks at a time, so that a new wish is not kept waiting.
 void SoundRenderer::FillRing()
 {
-    if (m_shape != m_now.shape || MovesOn()) {
+    if (m_shape != m_now.shape || MovesOn())
         Change();
-    }
     m_starved = false;
-    for (int i = 0; i < kBlocksAtOnce && !m_starved; ++i) {
-        if (m_ring.RoomFrames() >= kBlockFrames) {
+    for (int i = 0; i < kBlocksAtOnce && !m_starved; ++i)
+        if (m_ring.RoomFrames() >= kBlockFrames)
             RenderBlock();
-        }
-    }
 }
 
 void SoundRenderer::RenderBlock()
@@ -348,9 +328,8 @@ void SoundRenderer::WriteBlock(std::span<const float> stereo)
 SoundRenderer::Clock::duration SoundRenderer::TimeUntilHeard(std::int64_t outputFrame) const
 {
     const double frames = static_cast<double>(outputFrame) - m_output.HeardFrames();
-    if (frames <= 0.0) {
+    if (frames <= 0.0)
         return Clock::duration::zero();
-    }
     // A moment at least: a count that stands still is not asked again and again.
     const std::chrono::duration<double> time(frames / m_sampleRate);
     return std::max<Clock::duration>(std::chrono::duration_cast<Clock::duration>(time), 1ms);
@@ -377,9 +356,8 @@ SoundRenderer::Clock::duration SoundRenderer::Watch()
         return kRefillEvery;
     }
     m_silentSince.reset();
-    if (!end) {
+    if (!end)
         return kRefillEvery;
-    }
     const Clock::duration left = TimeUntilHeard(*end);
     if (left <= Clock::duration::zero()) {
         m_done = true;

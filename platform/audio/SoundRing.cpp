@@ -47,9 +47,8 @@ int SoundRing::TakeBack(int keptFrames, std::span<float> first)
     const auto kept = static_cast<std::uint32_t>(std::max(keptFrames, 0));
     Ends ends = m_ends;
     do {
-        if (ends.written - ends.read <= kept) {
+        if (ends.written - ends.read <= kept)
             return 0;
-        }
     } while (!m_ends.compare_exchange_weak(ends, {ends.read, ends.read + kept}));
     const std::uint32_t taken = ends.written - ends.read - kept;
     CopyOut(ends.read + kept, first.first(std::min(first.size(), std::size_t{taken} * 2)));

@@ -110,9 +110,8 @@ SoundShaper::Block SoundShaper::RenderStretched(std::span<float> stereo)
             most = std::min(most, *length - m_segmentFrames - block.frames);
             block.atEnd = most <= 0;
         }
-        if (block.atEnd) {
+        if (block.atEnd)
             break;
-        }
         const int got = Retrieve(stereo.subspan(static_cast<std::size_t>(block.frames) * 2,
                                                 static_cast<std::size_t>(most) * 2));
         block.frames += got;
@@ -127,9 +126,8 @@ SoundShaper::Block SoundShaper::RenderStretched(std::span<float> stereo)
 // Output frames from the segment's start to the end of the sound, once that is known.
 std::optional<std::int64_t> SoundShaper::SegmentLength() const
 {
-    if (!m_soundEnd) {
+    if (!m_soundEnd)
         return std::nullopt;
-    }
     const auto media = static_cast<double>(*m_soundEnd - m_segmentStart);
     return static_cast<std::int64_t>(std::ceil(std::max(media, 0.0) / m_shape.speed));
 }
@@ -148,9 +146,8 @@ int SoundShaper::Retrieve(std::span<float> stereo)
     };
     while (m_framesToDrop > 0) {
         const int dropped = take(m_framesToDrop);
-        if (dropped == 0) {
+        if (dropped == 0)
             return 0;
-        }
         m_framesToDrop -= dropped;
     }
     const int frames = take(static_cast<int>(stereo.size() / 2));
@@ -173,13 +170,12 @@ bool SoundShaper::Feed()
     } else if (!m_soundEnd || m_nextFed < *m_soundEnd) {
         const auto asked = std::span(m_interleaved).first(static_cast<std::size_t>(frames) * 2);
         const SoundDecoder::Chunk chunk = m_sound->Read(m_nextFed, asked);
-        if (chunk.atEnd) {
+        if (chunk.atEnd)
             m_soundEnd = m_nextFed + chunk.frames;
-        } else if (chunk.frames == 0) {
+        else if (chunk.frames == 0)
             return false;
-        } else {
+        else
             frames = chunk.frames;
-        }
     }
     for (std::size_t i = 0; i < static_cast<std::size_t>(frames); ++i) {
         m_left[i] = m_interleaved[2 * i];

@@ -35,9 +35,8 @@ void StereoGain::Restart(int sampleRate)
 
 StereoLevel StereoGain::NextRampLevel()
 {
-    if (++m_rampDone >= m_rampFrames) {
+    if (++m_rampDone >= m_rampFrames)
         return m_to;
-    }
     const float t = static_cast<float>(m_rampDone) / static_cast<float>(m_rampFrames);
     const float weight = t * t * (3.0F - 2.0F * t);
     return {m_from.left + (m_to.left - m_from.left) * weight,
@@ -52,11 +51,10 @@ void StereoGain::Apply(std::span<float> stereo)
         m_rampDone = 0;
     }
     for (std::size_t i = 0; i + 1 < stereo.size(); i += 2) {
-        if (m_rampDone < m_rampFrames) {
+        if (m_rampDone < m_rampFrames)
             m_now = NextRampLevel();
-        } else if (m_now == StereoLevel{}) {
+        else if (m_now == StereoLevel{})
             return;
-        }
         stereo[i] *= m_now.left;
         stereo[i + 1] *= m_now.right;
     }

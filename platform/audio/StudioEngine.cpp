@@ -66,11 +66,10 @@ QString StudioEngine::GetDeviceName(int device)
 // The first device stands for the system's default, also when that becomes another one.
 void StudioEngine::SelectDevice(int device)
 {
-    if (device == 0) {
+    if (device == 0)
         m_output->Select({});
-    } else if (device > 0 && static_cast<std::size_t>(device) < m_devices.size()) {
+    else if (device > 0 && static_cast<std::size_t>(device) < m_devices.size())
         m_output->Select(m_devices[static_cast<std::size_t>(device)].id);
-    }
 }
 
 std::int32_t StudioEngine::GetFileDuration(const QString& path)
@@ -92,9 +91,8 @@ std::int32_t StudioEngine::LoadMemory(std::span<const std::uint8_t> image)
 
 std::int32_t StudioEngine::Take(std::unique_ptr<SoundDecoder> sound)
 {
-    if (!sound) {
+    if (!sound)
         return kNoUsableSound;
-    }
     m_sound = std::move(sound);
     m_status = SoundStatus::Stopped;
     TellWish();
@@ -143,17 +141,14 @@ void StudioEngine::SeekSound(std::int32_t positionMs)
 
 void StudioEngine::StartSound()
 {
-    if (!m_sound || m_status == SoundStatus::Playing) {
+    if (!m_sound || m_status == SoundStatus::Playing)
         return;
-    }
-    if (m_heardToEnd) {
+    if (m_heardToEnd)
         MoveTo(0);
-    }
     m_status = SoundStatus::Playing;
     TellWish();
-    if (const auto tell = Started) {
+    if (const auto tell = Started)
         tell();
-    }
 }
 
 void StudioEngine::PauseSound()
@@ -183,9 +178,8 @@ std::int32_t StudioEngine::GetSoundPosition()
 
 void StudioEngine::FollowSound()
 {
-    if (m_status == SoundStatus::Playing) {
+    if (m_status == SoundStatus::Playing)
         m_frame = std::max(m_frame, m_renderer->HeardMediaFrame(m_serial).value_or(m_frame));
-    }
 }
 
 void StudioEngine::SetEngineVolume(float percent)
@@ -215,24 +209,20 @@ void StudioEngine::SetEngineTempo(float percent)
 void StudioEngine::Listen(bool on)
 {
     m_listening = on;
-    if (m_renderer) {
+    if (m_renderer)
         m_renderer->Listen(on);
-    }
 }
 
 void StudioEngine::Measure(std::span<float> strengths)
 {
     std::ranges::fill(strengths, 0.0F);
-    if (!IsSounding() || !m_listening) {
+    if (!IsSounding() || !m_listening)
         return;
-    }
     const int rate = m_sound->SampleRate();
-    if (!m_spectrum || m_spectrum->SampleRate() != rate) {
+    if (!m_spectrum || m_spectrum->SampleRate() != rate)
         m_spectrum.emplace(rate);
-    }
-    if (m_renderer->HearAround(m_serial, m_spectrum->Stretch())) {
+    if (m_renderer->HearAround(m_serial, m_spectrum->Stretch()))
         m_spectrum->Measure(strengths);
-    }
 }
 
 void StudioEngine::TellWish()
@@ -245,16 +235,14 @@ void StudioEngine::TellWish()
 
 void StudioEngine::TellLevel()
 {
-    if (m_renderer) {
+    if (m_renderer)
         m_renderer->SetLevel(LevelFor(m_volume, m_balance));
-    }
 }
 
 void StudioEngine::OnReport(SoundRenderer::Event event, std::uint64_t serial)
 {
-    if (serial != m_serial || m_status != SoundStatus::Playing) {
+    if (serial != m_serial || m_status != SoundStatus::Playing)
         return; // about a place that has been left meanwhile
-    }
     if (event == SoundRenderer::Event::NoDevice) {
         PauseSound();
         return;
@@ -263,9 +251,8 @@ void StudioEngine::OnReport(SoundRenderer::Event event, std::uint64_t serial)
     m_heardToEnd = true;
     m_status = SoundStatus::Stopped;
     TellWish();
-    if (const auto tell = SoundDone) {
+    if (const auto tell = SoundDone)
         tell(); // a copy: the one called may be replaced by what it does
-    }
 }
 
 } // namespace lantern

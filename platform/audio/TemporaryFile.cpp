@@ -38,8 +38,7 @@ bool LiesInMemory(const std::string& folder)
 int OpenTemporaryFile()
 {
     const char* const chosen = std::getenv("TMPDIR");
-    const std::array<std::string, 3> folders = {chosen != nullptr ? chosen : "/tmp", "/var/tmp",
-                                                "/tmp"};
+    const std::array<std::string, 3> folders = {chosen ? chosen : "/tmp", "/var/tmp", "/tmp"};
     for (const bool inMemory : {false, true}) {
         for (const std::string& folder : folders) {
             if (LiesInMemory(folder) != inMemory)

@@ -12,9 +12,8 @@ namespace lantern {
 inline void ReleaseWideRegisters()
 {
 #if defined(__x86_64__) && defined(__GNUC__)
-    if (__builtin_cpu_supports("avx") != 0) {
+    if (__builtin_cpu_supports("avx") != 0)
         asm volatile("vzeroupper" ::: "memory");
-    }
 #endif
 }
 

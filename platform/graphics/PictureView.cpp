@@ -12,9 +12,8 @@ constexpr double kMaxDevicePixelRatio = 64.0;
 
 bool IsUsable(const SurfaceImage& image)
 {
-    return image.pixels != nullptr && image.width > 0 && image.height > 0 &&
-           image.stride >= image.width && image.devicePixelRatio > 0.0 &&
-           image.devicePixelRatio <= kMaxDevicePixelRatio;
+    return image.pixels && image.width > 0 && image.height > 0 && image.stride >= image.width &&
+           image.devicePixelRatio > 0.0 && image.devicePixelRatio <= kMaxDevicePixelRatio;
 }
 
 bool IsEmpty(const AxisGeometry& geometry)

@@ -106,7 +106,7 @@ int VirtualBuffers::FGvballoc(int width, int height)
 void VirtualBuffers::FGvbfree(int handle)
 {
     const PixelBuffer* buffer = m_impl->Find(handle);
-    if (buffer == nullptr)
+    if (!buffer)
         return;
     if (buffer == m_impl->active)
         FGvbclose();
@@ -175,7 +175,7 @@ void VirtualBuffers::FGsetcolor(int index)
 
 void VirtualBuffers::FGfillpage()
 {
-    if (m_impl->active == nullptr)
+    if (!m_impl->active)
         return;
     m_impl->active->Fill(m_impl->colour);
     m_impl->Touch();
@@ -183,7 +183,7 @@ void VirtualBuffers::FGfillpage()
 
 void VirtualBuffers::FGputpixel(int x, int y)
 {
-    if (m_impl->active == nullptr)
+    if (!m_impl->active)
         return;
     m_impl->active->Put(x, y, m_impl->colour);
     m_impl->Touch();
@@ -191,12 +191,12 @@ void VirtualBuffers::FGputpixel(int x, int y)
 
 int VirtualBuffers::FGgetpixel(int x, int y) const
 {
-    return m_impl->active == nullptr ? 0 : m_impl->active->Get(x, y);
+    return m_impl->active ? m_impl->active->Get(x, y) : 0;
 }
 
 void VirtualBuffers::FGrect(int minX, int maxX, int minY, int maxY)
 {
-    if (m_impl->active == nullptr)
+    if (!m_impl->active)
         return;
     m_impl->active->FillRect({minX, maxX, minY, maxY}, m_impl->colour);
     m_impl->Touch();
@@ -208,7 +208,7 @@ void VirtualBuffers::FGvbcopy(int minX, int maxX, int minY, int maxY, int newX, 
     PixelBuffer* from = m_impl->Find(source);
     PixelBuffer* to = m_impl->Find(destination);
     const PixelBounds bounds{minX, maxX, minY, maxY};
-    if (from == nullptr || to == nullptr)
+    if (!from || !to)
         return;
     to->Copy(*from, bounds, newX, newY - (bounds.Height() - 1));
     m_impl->Touch();
@@ -218,7 +218,7 @@ void VirtualBuffers::FGcopypage(int source, int destination)
 {
     const PixelBuffer* from = m_impl->Find(source);
     PixelBuffer* to = m_impl->Find(destination);
-    if (from == nullptr || to == nullptr)
+    if (!from || !to)
         return;
     to->CopyAll(*from);
     m_impl->Touch();
@@ -227,7 +227,7 @@ void VirtualBuffers::FGcopypage(int source, int destination)
 void VirtualBuffers::FGvbscale(int minX, int maxX, int minY, int maxY, int toMinX, int toMaxX,
                                int toMinY, int toMaxY)
 {
-    if (m_impl->active == nullptr || m_impl->surface == nullptr)
+    if (!m_impl->active || !m_impl->surface)
         return;
     const PictureView::Request request{
         {minX, maxX, minY, maxY}, {toMinX, toMaxX, toMinY, toMaxY}, m_impl->revision};
@@ -237,7 +237,7 @@ void VirtualBuffers::FGvbscale(int minX, int maxX, int minY, int maxY, int toMin
 void VirtualBuffers::FGvb2clip(int minX, int maxX, int minY, int maxY, ClipSink& sink) const
 {
     const PixelBounds bounds{minX, maxX, minY, maxY};
-    if (m_impl->active == nullptr || !IsHoldable(bounds.Width(), bounds.Height()))
+    if (!m_impl->active || !IsHoldable(bounds.Width(), bounds.Height()))
         return;
     const auto width = static_cast<std::size_t>(bounds.Width());
     const int height = static_cast<int>(bounds.Height());
@@ -255,7 +255,7 @@ void VirtualBuffers::FGvb2clip(int minX, int maxX, int minY, int maxY, ClipSink&
 void VirtualBuffers::DrawTile(int x, int y, std::span<const std::uint8_t, 12> rows,
                               std::uint8_t colour0, std::uint8_t colour1, bool exclusive)
 {
-    if (m_impl->active == nullptr)
+    if (!m_impl->active)
         return;
     m_impl->active->DrawTile(x, y, {rows, colour0, colour1, exclusive});
     m_impl->Touch();
@@ -264,7 +264,7 @@ void VirtualBuffers::DrawTile(int x, int y, std::span<const std::uint8_t, 12> ro
 void VirtualBuffers::RollPage(int left, int top, int handle)
 {
     PixelBuffer* buffer = m_impl->Find(handle);
-    if (buffer == nullptr)
+    if (!buffer)
         return;
     const auto inside = [](int position, int size) { return (position % size + size) % size; };
     buffer->Roll(inside(left, buffer->Width()), inside(top, buffer->Height()));
@@ -274,7 +274,7 @@ void VirtualBuffers::RollPage(int left, int top, int handle)
 std::span<const std::uint8_t> VirtualBuffers::Pixels(int handle) const
 {
     PixelBuffer* buffer = m_impl->Find(handle);
-    return buffer == nullptr ? std::span<const std::uint8_t>{} : buffer->Pixels();
+    return buffer ? buffer->Pixels() : std::span<const std::uint8_t>{};
 }
 
 int VirtualBuffers::AllocatedCount() const

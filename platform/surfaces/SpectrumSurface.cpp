@@ -49,12 +49,12 @@ SpectrumSurface::~SpectrumSurface()
 
 void SpectrumSurface::Attach(SpectrumAnalyser* analyser)
 {
-    if (m_analyser != nullptr) {
+    if (m_analyser) {
         Rest();
         m_analyser->Started = nullptr;
     }
     m_analyser = analyser;
-    if (m_analyser != nullptr)
+    if (m_analyser)
         m_analyser->Started = [this] { Wake(); };
     update();
     Wake();
@@ -97,14 +97,14 @@ bool SpectrumSurface::CanBeSeen() const
 {
     const QWidget& top = *window();
     const QWindow* handle = top.windowHandle();
-    if (!isVisible() || top.isMinimized() || handle == nullptr || !handle->isExposed())
+    if (!isVisible() || top.isMinimized() || !handle || !handle->isExposed())
         return false;
     return isWindow() || top.childAt(mapTo(window(), rect().center())) == this;
 }
 
 bool SpectrumSurface::HasWork() const
 {
-    return m_isOn && m_analyser != nullptr && (m_analyser->IsSounding() || !m_motion.IsAtRest());
+    return m_isOn && m_analyser && (m_analyser->IsSounding() || !m_motion.IsAtRest());
 }
 
 void SpectrumSurface::Wake()

@@ -24,7 +24,7 @@ Qt::DropAction HarmlessAction(DropEffect effect, Qt::DropActions offered)
 
 bool DropData::HasFileList() const
 {
-    return m_offer != nullptr && m_offer->hasFormat(kFileListFormat);
+    return m_offer && m_offer->hasFormat(kFileListFormat);
 }
 
 std::optional<QList<QByteArray>> DropData::FetchFileNames() const

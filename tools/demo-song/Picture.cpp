@@ -369,8 +369,8 @@ void DrawLines(PacketTimeline& timeline, const std::vector<SungLine>& lines,
     double seconds = firstPageSeconds;
     for (const SungLine& line : lines) {
         const SungLine*& before = inSlot[static_cast<std::size_t>(line.line.slot)];
-        const IndexImage shown = before != nullptr ? Sung(before->image) : IndexImage();
-        if (before != nullptr)
+        const IndexImage shown = before ? Sung(before->image) : IndexImage();
+        if (before)
             seconds = std::max(seconds, before->EndSeconds() + kRestSeconds);
         const int firstRow = FirstRowOf(line.line.slot);
         seconds = DrawRows(timeline, seconds, shown, line.image, firstRow, firstRow + 2);

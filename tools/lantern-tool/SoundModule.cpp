@@ -16,9 +16,8 @@ std::unique_ptr<AudioEngine> LoadMeasuringEngine(QString& error)
     const std::filesystem::path module = program.parent_path() / LANTERN_SOUND_FROM_PROGRAM;
     // It stays loaded: what it made is in use to the end.
     void* const handle = dlopen(module.lexically_normal().c_str(), RTLD_LAZY | RTLD_LOCAL);
-    const auto make =
-        handle != nullptr ? reinterpret_cast<MakeEngine>(dlsym(handle, kMakeEngine)) : nullptr;
-    if (make != nullptr)
+    const auto make = handle ? reinterpret_cast<MakeEngine>(dlsym(handle, kMakeEngine)) : nullptr;
+    if (make)
         return std::unique_ptr<AudioEngine>(make());
     error = QStringLiteral("Cannot load what measures sounds: ") + TextFromNative(dlerror());
     return nullptr;

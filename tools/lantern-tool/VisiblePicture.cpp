@@ -63,7 +63,7 @@ QString WriteFile(const QString& path, const QByteArray& bytes)
 {
     FILE* const file = std::fopen(NativeFromText(path).constData(), "wbe");
     bool written = file != nullptr;
-    if (file != nullptr) {
+    if (file) {
         const auto size = static_cast<std::size_t>(bytes.size());
         written = std::fwrite(bytes.constData(), 1, size, file) == size;
         // What the system could not store may be told only here.
