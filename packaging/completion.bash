@@ -5,8 +5,9 @@
 _lyric_lantern_tracks() {
     local kinds='cdg|bin|zip|mp3|wav|ogg|wma|flac|mp4|mod|xm|it|aif|aac|au|ape|mpc' path
     compopt -o filenames 2>/dev/null
+    mapfile -t COMPREPLY < <(compgen -d -- "$1")
     while IFS= read -r path; do
-        if [ -d "$path" ] || [[ ${path,,} =~ \.($kinds)$ ]]; then
+        if [[ ${path,,} =~ \.($kinds)$ ]] && [[ " ${COMPREPLY[*]} " != *" $path "* ]]; then
             COMPREPLY+=("$path")
         fi
     done < <(compgen -f -- "$1")

@@ -9,6 +9,7 @@
 #include "ProgramFonts.h"
 #include "RuntimeFolder.h"
 #include "ScreenMetrics.h"
+#include "SilentBus.h"
 #include "StartNotice.h"
 #include "TerminationSignals.h"
 #include "Version.h"
@@ -88,6 +89,7 @@ public:
 
     void StartToolkit() override
     {
+        LeaveSilentBusOut();
         m_application.emplace(m_argc, m_argv);
         QApplication::setApplicationName(kApplicationTitle);
         QApplication::setApplicationVersion(QStringLiteral(LANTERN_VERSION));

@@ -221,6 +221,20 @@ TEST_F(MediaControl, ABusThatHangsOrDiesIsNotFelt)
     EXPECT_EQ(player->Log(), "");
 }
 
+TEST_F(MediaControl, ABusThatIsSilentFromTheStartIsDoneWithout)
+{
+    bus.Daemon().Signal(SIGSTOP);
+    const std::filesystem::path track = WriteToneTrack("Song", 60.0, 440.0, kFirst);
+    ASSERT_NO_FATAL_FAILURE(StartPlayer({track.string()}, bus.Environment()));
+    EXPECT_LT(Milliseconds(Clock::now() - player->Program().StartedAt()), 10'000);
+    EXPECT_TRUE(AwaitPicture(kFirst));
+    EXPECT_TRUE(AwaitSound());
+    const Moment left = Clock::now();
+    Leave();
+    EXPECT_LT(Milliseconds(Clock::now() - left), 5'000);
+    EXPECT_EQ(player->Log(), "");
+}
+
 TEST_F(MediaControl, ProgramsThatMeanNoGoodDoNotBringItDown)
 {
     ASSERT_NO_FATAL_FAILURE(Open());

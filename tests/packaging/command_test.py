@@ -1,6 +1,8 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 """What is told of the command lines: by the programs, in the manual, and by the completion."""
+import pathlib
 import re
+import tempfile
 import unittest
 
 from installed import InstalledTest, run
@@ -79,6 +81,14 @@ class Completion(CommandTest):
         self.assertEqual({word for word in self.answers("lantern-tool", "") if word[0] != "-"},
                          commands)
         self.assertEqual(self.answers("lantern-tool", "fr"), {"frame"})
+
+    def test_they_go_into_folders_by_the_short_name_of_home(self):
+        home = str(pathlib.Path.home())
+        with tempfile.TemporaryDirectory(dir=home, prefix="lantern-songs-") as songs:
+            (pathlib.Path(songs) / "one.cdg").touch()
+            short = "~/" + pathlib.Path(songs).name
+            self.assertEqual(self.answers("lyric-lantern", short[:-1]), {short})
+            self.assertEqual(self.answers("lyric-lantern", short + "/"), {short + "/one.cdg"})
 
     def test_they_offer_folders_and_what_can_be_played(self):
         tracks = {"a folder", "one.cdg", "Two.CDG"} | {f"s.{kind}" for kind in KINDS}
