@@ -148,8 +148,8 @@ TEST_F(EngineSound, APauseLosesNoFrame)
     EXPECT_TRUE(PassUntilStatus(SoundStatus::Stopped));
     std::int64_t next = 0;
     for (const Match& match : FindMatches(HeardSoFar().stereo, noise)) {
-        // What is heard until the sound has faded is heard once more. A fade is no match.
-        EXPECT_LE(match.soundFrame, next + 221);
+        // What is heard until the sound has faded is heard once more. The two fades are no match.
+        EXPECT_LE(match.soundFrame, next + 2 * 221);
         EXPECT_GT(match.soundFrame, next - 4410);
         next = match.soundFrame + match.frames;
     }
