@@ -54,7 +54,7 @@ void SpreadMono(std::byte* bytes, int frames)
 template <typename Sample>
 bool IsSample(Sample value)
 {
-    constexpr Sample kBeyondMeasure = 1e10F;
+    constexpr auto kBeyondMeasure = static_cast<Sample>(1e10);
     return std::abs(value) < kBeyondMeasure;
 }
 
