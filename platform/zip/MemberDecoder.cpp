@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <archive.h>
 #include <array>
+#include <lzma.h>
 #include <string>
 #include <string_view>
 #include <unarr.h>
@@ -13,13 +14,13 @@ namespace {
 
 // Methods of the .ZIP file format, as PKWARE's application note numbers them.
 constexpr std::uint16_t kDeflate64 = 9;
-constexpr std::array<std::uint16_t, 7> kMethodsOfLibarchive = {
+constexpr std::uint16_t kLzma = 14;
+constexpr std::uint16_t kXz = 95;
+constexpr std::array<std::uint16_t, 5> kMethodsOfLibarchive = {
     0,  // stored
     8,  // Deflate
     12, // BZip2
-    14, // LZMA
     93, // Zstandard
-    95, // XZ
     98, // PPMd
 };
 // Of the flags, how the method was used.
@@ -137,6 +138,79 @@ private:
     bool m_atEnd = false;
 };
 
+// What a stream claims to need may be gigabytes, and only this library can be told to refuse that.
+class LzmaDecoder final : public MemberDecoder {
+public:
+    LzmaDecoder(const ArchiveBytes& archive, const ZipEntry& entry, std::uint64_t dataOffset)
+        : m_bytes(archive), m_next(dataOffset), m_left(entry.storedSize)
+    {
+        m_result =
+            entry.method == kXz ? lzma_stream_decoder(&m_stream, kMostMemory, 0) : BeginLzma(entry);
+    }
+    ~LzmaDecoder() override { lzma_end(&m_stream); }
+    LzmaDecoder(const LzmaDecoder&) = delete;
+    LzmaDecoder& operator=(const LzmaDecoder&) = delete;
+
+    std::int64_t Read(std::span<std::uint8_t> bytes) override
+    {
+        m_stream.next_out = bytes.data();
+        m_stream.avail_out = bytes.size();
+        while (m_result == LZMA_OK && m_stream.avail_out > 0) {
+            if (m_stream.avail_in == 0)
+                TakePiece();
+            // Without more bytes it says so at the second try.
+            m_result = lzma_code(&m_stream, LZMA_RUN);
+        }
+        if (m_result != LZMA_OK && m_result != LZMA_STREAM_END)
+            return -1;
+        return static_cast<std::int64_t>(bytes.size() - m_stream.avail_out);
+    }
+    QString FailureText() const override
+    {
+        return m_result == LZMA_MEMLIMIT_ERROR ? QStringLiteral("it claims to need too much memory")
+                                               : QStringLiteral("its stream is broken");
+    }
+
+private:
+    static constexpr std::uint64_t kMostMemory = std::uint64_t{160} << 20;
+    static constexpr std::uint64_t kHeaderSize = 9; // version, size of the properties, properties
+    static constexpr std::size_t kPropertiesAt = 4;
+    static constexpr std::uint16_t kHasEndMark = 1 << 1;
+
+    // The archive's header becomes that of the library's own form: properties and size.
+    lzma_ret BeginLzma(const ZipEntry& entry)
+    {
+        const std::vector<std::uint8_t> header = m_bytes.Piece(m_next, kHeaderSize);
+        if (header.size() < kHeaderSize || m_left < kHeaderSize || header[2] != 5 || header[3] != 0)
+            return LZMA_FORMAT_ERROR;
+        m_next += kHeaderSize;
+        m_left -= kHeaderSize;
+        std::string begin;
+        Put(begin, (entry.flags & kHasEndMark) != 0 ? ~std::uint64_t{0} : entry.size, 8);
+        m_piece.assign(header.begin() + kPropertiesAt, header.end());
+        m_piece.insert(m_piece.end(), begin.begin(), begin.end());
+        m_stream.next_in = m_piece.data();
+        m_stream.avail_in = m_piece.size();
+        return lzma_alone_decoder(&m_stream, kMostMemory);
+    }
+    void TakePiece()
+    {
+        constexpr std::uint64_t kPieceBytes = std::uint64_t{64} << 10;
+        m_piece = m_bytes.Piece(m_next, std::min(kPieceBytes, m_left));
+        m_next += m_piece.size();
+        m_left -= m_piece.size();
+        m_stream.next_in = m_piece.data();
+        m_stream.avail_in = m_piece.size();
+    }
+
+    const ArchiveBytes& m_bytes;
+    std::uint64_t m_next;
+    std::uint64_t m_left;
+    std::vector<std::uint8_t> m_piece;
+    lzma_stream m_stream = LZMA_STREAM_INIT;
+    lzma_ret m_result = LZMA_OK;
+};
+
 class UnarrDecoder final : public MemberDecoder {
 public:
     UnarrDecoder(const ArchiveBytes& archive, const ZipEntry& entry, std::uint64_t dataOffset)
@@ -211,6 +285,8 @@ std::unique_ptr<MemberDecoder> MakeMemberDecoder(const ArchiveBytes& archive, co
 {
     if (entry.method == kDeflate64)
         return std::make_unique<UnarrDecoder>(archive, entry, dataOffset);
+    if (entry.method == kLzma || entry.method == kXz)
+        return std::make_unique<LzmaDecoder>(archive, entry, dataOffset);
     if (std::ranges::find(kMethodsOfLibarchive, entry.method) != kMethodsOfLibarchive.end())
         return std::make_unique<LibarchiveDecoder>(archive, entry, dataOffset);
     return nullptr;

@@ -28,13 +28,14 @@ constexpr std::array kLibraries = {
     Library{"libpulse", "pulse/"},
     Library{"libarchive", "archive.h"},
     Library{"libunarr", "unarr.h"},
+    Library{"liblzma", "lzma.h"},
     Library{"zlib", "zlib.h"},
     Library{"xcb", "xcb/"},
     Library{"libXss", "X11/"},
 };
 // Of the system itself, which every room may use.
-constexpr std::array<std::string_view, 7> kSystemHeaders = {
-    "dirent.h", "dlfcn.h", "fcntl.h", "linux/", "pwd.h", "sys/", "unistd.h"};
+constexpr std::array<std::string_view, 8> kSystemHeaders = {
+    "dirent.h", "dlfcn.h", "fcntl.h", "linux/", "poll.h", "pwd.h", "sys/", "unistd.h"};
 
 std::string Trimmed(std::string_view text)
 {

@@ -31,11 +31,16 @@ TEST_F(Clipboard, TheCopiedPictureIsTheDecodedOneToThePixel)
     ASSERT_TRUE(AwaitPicture(kPicture));
     std::this_thread::sleep_for(kTilesDrawn);
     hand.Key("4"); // what is copied does not depend on the size of the window
-    hand.Key("c");
-    std::this_thread::sleep_for(300ms);
-    const QImage pasted = PastedImage();
+    const QImage wanted = DecodedImage(track);
+    QImage pasted;
+    const auto isCopied = [&] { // the sound, and so the tiles, may have begun late
+        hand.Key("c");
+        std::this_thread::sleep_for(300ms);
+        pasted = PastedImage();
+        return pasted == wanted;
+    };
+    EXPECT_TRUE(Eventually(isCopied, kPatience, 200ms));
     EXPECT_EQ(pasted.size(), QSize(288, 192));
-    EXPECT_TRUE(pasted == DecodedImage(track));
     // Not by both being empty: the tiles are there.
     EXPECT_GT(pasted.convertToFormat(QImage::Format_Indexed8).colorCount(), 10);
     KeepPicture(eyes.Screen(), "tiles");
@@ -49,10 +54,14 @@ TEST_F(Clipboard, ThePictureOnTheScreenIsTheDecodedOneAtTwiceItsSize)
     const QRect area = PictureArea();
     ASSERT_EQ(area.size(), QSize(576, 384));
     std::this_thread::sleep_for(kTilesDrawn);
-    const QImage shown = eyes.Area(area);
     const QImage wanted =
         DecodedImage(track).scaled(area.size(), Qt::IgnoreAspectRatio, Qt::FastTransformation);
-    EXPECT_TRUE(shown == wanted);
+    QImage shown;
+    const auto isShown = [&] {
+        shown = eyes.Area(area);
+        return shown == wanted;
+    };
+    EXPECT_TRUE(Eventually(isShown, kPatience, 50ms));
     EXPECT_GT(shown.convertToFormat(QImage::Format_Indexed8).colorCount(), 10);
 }
 

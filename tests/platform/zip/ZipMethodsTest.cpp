@@ -106,6 +106,21 @@ TEST_F(ZipMethodsTest, ADamagedStreamOfEachMethodIsSkipped)
     }
 }
 
+TEST_F(ZipMethodsTest, AStreamThatClaimsToNeedGigabytesIsSkipped)
+{
+    // Version, the size of what follows, properties with a dictionary of 3 GiB, and a stream.
+    const std::string lzma = std::string("\x10\x02\x05\0\x5D\0\0\0\xC0", 9) + std::string(50, '\0');
+    ExpectSkipped({.name = "a.cdg", .contents = lzma, .method = 14, .size = 480},
+                  "damaged: it claims to need too much memory");
+    Make("a.cdg", m_packets);
+    std::string xz = Compressed({"xz", "-c", "--lzma2=dict=1GiB"}, "a.cdg");
+    ExpectSkipped({.name = "a.cdg",
+                   .contents = xz,
+                   .method = 95,
+                   .size = static_cast<std::uint32_t>(m_packets.size())},
+                  "damaged: it claims to need too much memory");
+}
+
 TEST_F(ZipMethodsTest, ASelfExtractorIsRead)
 {
     MakeSong();
