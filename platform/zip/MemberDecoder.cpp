@@ -8,6 +8,7 @@
 #include <string>
 #include <string_view>
 #include <unarr.h>
+#include <utility>
 
 namespace lantern {
 namespace {
@@ -27,7 +28,7 @@ constexpr std::array<std::uint16_t, 5> kMethodsOfLibarchive = {
 constexpr std::uint16_t kFlagsOfMethod = 1 << 1 | 1 << 2;
 
 constexpr std::string_view kName = "m";
-constexpr std::uint64_t kVersion = 63; // any reader's, so that the method is allowed
+constexpr std::uint64_t kVersion = 63; // of the format: the first that has all of the methods
 
 void Put(std::string& bytes, std::uint64_t value, int size)
 {
@@ -59,11 +60,36 @@ std::string MemberHeader(const ZipEntry& entry)
     return std::string("PK\3\4") + Description(entry) + std::string(kName);
 }
 
+// What is stored of a member, piece by piece.
+class StoredBytes {
+public:
+    StoredBytes(const ArchiveBytes& archive, std::uint64_t offset, std::uint64_t size)
+        : m_archive(archive), m_next(offset), m_left(size)
+    {
+    }
+
+    // Empty at the end. Valid until the next call.
+    std::span<const std::uint8_t> Next()
+    {
+        constexpr std::uint64_t kPieceBytes = std::uint64_t{64} << 10;
+        m_piece = m_archive.Piece(m_next, std::min(kPieceBytes, m_left));
+        m_next += m_piece.size();
+        m_left -= m_piece.size();
+        return m_piece;
+    }
+
+private:
+    const ArchiveBytes& m_archive;
+    std::uint64_t m_next;
+    std::uint64_t m_left;
+    std::vector<std::uint8_t> m_piece;
+};
+
 class LibarchiveDecoder final : public MemberDecoder {
 public:
     LibarchiveDecoder(const ArchiveBytes& archive, const ZipEntry& entry, std::uint64_t dataOffset)
-        : m_bytes(archive), m_next(dataOffset), m_left(entry.storedSize),
-          m_header(MemberHeader(entry)), m_reader(archive_read_new())
+        : m_stored(archive, dataOffset, entry.storedSize), m_header(MemberHeader(entry)),
+          m_reader(archive_read_new())
     {
         archive_read_support_format_zip_streamable(m_reader.get());
         archive_read_set_options(m_reader.get(), "zip:ignorecrc32"); // whoever reads checks it
@@ -118,20 +144,14 @@ private:
             piece = m_header.data();
             return static_cast<la_ssize_t>(m_header.size());
         }
-        const std::size_t wanted = std::min<std::uint64_t>(m_piece.size(), m_left);
-        const std::size_t came = m_bytes.ReadAt(m_next, std::span(m_piece).first(wanted));
-        m_next += came;
-        m_left -= came;
-        piece = m_piece.data();
-        return static_cast<la_ssize_t>(came);
+        const std::span<const std::uint8_t> next = m_stored.Next();
+        piece = next.data();
+        return static_cast<la_ssize_t>(next.size());
     }
 
-    const ArchiveBytes& m_bytes;
-    std::uint64_t m_next;
-    std::uint64_t m_left;
+    StoredBytes m_stored;
     std::string m_header;
     bool m_gaveHeader = false;
-    std::vector<std::uint8_t> m_piece = std::vector<std::uint8_t>(std::size_t{64} << 10);
     std::unique_ptr<archive, Freer> m_reader;
     bool m_isOpen = false;
     std::span<const std::uint8_t> m_block; // the library's
@@ -142,10 +162,11 @@ private:
 class LzmaDecoder final : public MemberDecoder {
 public:
     LzmaDecoder(const ArchiveBytes& archive, const ZipEntry& entry, std::uint64_t dataOffset)
-        : m_bytes(archive), m_next(dataOffset), m_left(entry.storedSize)
+        : m_stored(archive, dataOffset, entry.storedSize),
+          m_result(lzma_stream_decoder(&m_stream, kMostMemory, 0))
     {
-        m_result =
-            entry.method == kXz ? lzma_stream_decoder(&m_stream, kMostMemory, 0) : BeginLzma(entry);
+        if (entry.method == kLzma)
+            BeginLzma(entry);
     }
     ~LzmaDecoder() override { lzma_end(&m_stream); }
     LzmaDecoder(const LzmaDecoder&) = delete;
@@ -157,7 +178,7 @@ public:
         m_stream.avail_out = bytes.size();
         while (m_result == LZMA_OK && m_stream.avail_out > 0) {
             if (m_stream.avail_in == 0)
-                TakePiece();
+                Take(m_stored.Next());
             // Without more bytes it says so at the second try.
             m_result = lzma_code(&m_stream, LZMA_RUN);
         }
@@ -173,42 +194,36 @@ public:
 
 private:
     static constexpr std::uint64_t kMostMemory = std::uint64_t{160} << 20;
-    static constexpr std::uint64_t kHeaderSize = 9; // version, size of the properties, properties
+    static constexpr std::size_t kHeaderSize = 9; // version, size of the properties, properties
     static constexpr std::size_t kPropertiesAt = 4;
     static constexpr std::uint16_t kHasEndMark = 1 << 1;
 
     // The archive's header becomes that of the library's own form: properties and size.
-    lzma_ret BeginLzma(const ZipEntry& entry)
+    void BeginLzma(const ZipEntry& entry)
     {
-        const std::vector<std::uint8_t> header = m_bytes.Piece(m_next, kHeaderSize);
-        if (header.size() < kHeaderSize || m_left < kHeaderSize || header[2] != 5 || header[3] != 0)
-            return LZMA_FORMAT_ERROR;
-        m_next += kHeaderSize;
-        m_left -= kHeaderSize;
-        std::string begin;
-        Put(begin, (entry.flags & kHasEndMark) != 0 ? ~std::uint64_t{0} : entry.size, 8);
-        m_piece.assign(header.begin() + kPropertiesAt, header.end());
-        m_piece.insert(m_piece.end(), begin.begin(), begin.end());
-        m_stream.next_in = m_piece.data();
-        m_stream.avail_in = m_piece.size();
-        return lzma_alone_decoder(&m_stream, kMostMemory);
+        const std::span<const std::uint8_t> first = m_stored.Next();
+        if (first.size() < kHeaderSize || first[2] != kHeaderSize - kPropertiesAt ||
+            first[3] != 0) {
+            m_result = LZMA_FORMAT_ERROR;
+            return;
+        }
+        const auto properties = first.first(kHeaderSize).subspan(kPropertiesAt);
+        m_begin.assign(properties.begin(), properties.end());
+        Put(m_begin, (entry.flags & kHasEndMark) != 0 ? ~std::uint64_t{0} : entry.size, 8);
+        m_begin.append(first.begin() + kHeaderSize, first.end());
+        m_result = lzma_alone_decoder(&m_stream, kMostMemory);
+        Take({reinterpret_cast<const std::uint8_t*>(m_begin.data()), m_begin.size()});
     }
-    void TakePiece()
+    void Take(std::span<const std::uint8_t> bytes)
     {
-        constexpr std::uint64_t kPieceBytes = std::uint64_t{64} << 10;
-        m_piece = m_bytes.Piece(m_next, std::min(kPieceBytes, m_left));
-        m_next += m_piece.size();
-        m_left -= m_piece.size();
-        m_stream.next_in = m_piece.data();
-        m_stream.avail_in = m_piece.size();
+        m_stream.next_in = bytes.data();
+        m_stream.avail_in = bytes.size();
     }
 
-    const ArchiveBytes& m_bytes;
-    std::uint64_t m_next;
-    std::uint64_t m_left;
-    std::vector<std::uint8_t> m_piece;
+    StoredBytes m_stored;
+    std::string m_begin; // of an LZMA stream
     lzma_stream m_stream = LZMA_STREAM_INIT;
-    lzma_ret m_result = LZMA_OK;
+    lzma_ret m_result;
 };
 
 class UnarrDecoder final : public MemberDecoder {
