@@ -47,10 +47,11 @@ protected:
     static constexpr std::int64_t kLargest = 1 << 20;
 
     // What became of an archive, of which the excluded member isn't wanted.
-    Outcome Unpack(const std::filesystem::path& archive, const std::string& excluded = {})
+    Outcome Unpack(const std::filesystem::path& archive, const std::string& excluded = {},
+                   std::int64_t largest = kLargest)
     {
         Outcome outcome;
-        const auto handler = MakeZipHandler(kLargest);
+        const auto handler = MakeZipHandler(largest);
         handler->UnzipPreprocessingFile = [&](const QString& name, bool& exclude,
                                               ZipDestination& destination) {
             EXPECT_FALSE(exclude);
