@@ -7,7 +7,7 @@ _lyric_lantern_tracks() {
     compopt -o filenames 2>/dev/null
     mapfile -t COMPREPLY < <(compgen -d -- "$1")
     while IFS= read -r path; do
-        if [[ ${path,,} =~ \.($kinds)$ ]] && [[ " ${COMPREPLY[*]} " != *" $path "* ]]; then
+        if [[ ${path,,} =~ \.($kinds)$ ]]; then
             COMPREPLY+=("$path")
         fi
     done < <(compgen -f -- "$1")

@@ -83,6 +83,7 @@ protected:
         ASSERT_NO_FATAL_FAILURE(
             StartPlayer({m_tracks.Path(m_track).string()}, m_bus->Environment()));
         m_stepsSinceStart = 0;
+        m_most = {};
     }
 
     // A number that the player tells over the bus; nothing if it doesn't.
@@ -357,9 +358,9 @@ protected:
         EXPECT_EQ(player->Log(), "");
         const Holdings now = Holdings::Of(player->Program());
         if (m_stepsSinceStart <= kStepsToWarmUp) {
-            m_most = {std::max(now.descriptors, m_stepsSinceStart == 1 ? 0 : m_most.descriptors),
-                      std::max(now.threads, m_stepsSinceStart == 1 ? 0 : m_most.threads),
-                      std::max(now.kibibytes, m_stepsSinceStart == 1 ? 0 : m_most.kibibytes)};
+            m_most = {std::max(now.descriptors, m_most.descriptors),
+                      std::max(now.threads, m_most.threads),
+                      std::max(now.kibibytes, m_most.kibibytes)};
             return;
         }
         EXPECT_LE(now.descriptors, m_most.descriptors + kMoreDescriptors);
@@ -377,18 +378,13 @@ protected:
         ASSERT_TRUE(player->Program().IsRunning()) << "the player has ended: " << player->Log();
         ExpectAnswer();
         // It may have come to its end, or stand: then it goes on.
-        if (!Is("Playing")) {
-            hand.Key("p");
-            EXPECT_TRUE(Eventually(
-                [&] {
-                    if (Is("Playing"))
-                        return true;
-                    hand.Key("p");
-                    return false;
-                },
-                kPatience, 1s))
-                << "it does not play";
-        }
+        const auto plays = [this] {
+            const bool isPlaying = Is("Playing");
+            if (!isPlaying)
+                hand.Key("p");
+            return isPlaying;
+        };
+        EXPECT_TRUE(Eventually(plays, kPatience, 1s)) << "it does not play";
         ExpectThePicture();
         ExpectNothingLost();
     }
