@@ -7,6 +7,8 @@ namespace lantern {
 
 ScreenGuard::ScreenGuard(std::vector<std::unique_ptr<ScreenWay>> ways) : m_ways(std::move(ways))
 {
+    for (std::size_t way = 0; way < m_ways.size(); ++way)
+        m_ways[way]->Changed = [this, way] { TryAgain(way); };
 }
 
 ScreenGuard::~ScreenGuard()
@@ -33,6 +35,14 @@ void ScreenGuard::Try(std::size_t way)
         if (!isKept)
             Try(way + 1);
     });
+}
+
+void ScreenGuard::TryAgain(std::size_t way)
+{
+    if (!m_isWanted || way > m_tried)
+        return;
+    Follow(false);
+    Follow(true);
 }
 
 } // namespace lantern

@@ -5,6 +5,7 @@
 #include <QDBusObjectPath>
 #include <QDBusPendingCall>
 #include <QDBusPendingCallWatcher>
+#include <QDBusServiceWatcher>
 #include <QObject>
 #include <QTimer>
 #include <QVariantMap>
@@ -18,6 +19,9 @@ namespace {
 
 // After so long the next way is tried. The answer may still come.
 constexpr int kPatienceMs = 3000;
+// A service that starts has its name before all that it serves. And where one ends whenever it has
+// granted the wish, it isn't started more often than that.
+constexpr int kSettledMs = 1000;
 
 // The message that asks, and the one that gives back what the answer to it holds. No message: the
 // answer was none.
@@ -34,13 +38,25 @@ bool IsMessage(const QDBusMessage& message)
 class BusScreenWay : public ScreenWay {
 public:
     BusScreenWay(const QDBusConnection& bus, const Request& request)
-        : m_bus(bus), m_request(request)
+        : m_bus(bus), m_request(request),
+          m_lookout(request.ask.service(), bus, QDBusServiceWatcher::WatchForOwnerChange)
     {
+        QObject::connect(&m_lookout, &QDBusServiceWatcher::serviceOwnerChanged, &m_context,
+                         [this](const QString&, const QString& before, const QString& now) {
+                             HearOfOwner(before, now);
+                         });
+        m_settled.setInterval(kSettledMs);
+        m_settled.setSingleShot(true);
+        QObject::connect(&m_settled, &QTimer::timeout, &m_context, [this] {
+            if (Changed)
+                Changed();
+        });
     }
     ~BusScreenWay() override { GiveBack(); }
 
     void Keep(std::function<void(bool isKept)> answered) override
     {
+        m_settled.stop();
         const auto asked = std::make_shared<Asked>(Asked{std::move(answered), {}});
         m_asked = asked;
         // An answer that nobody waits for any more would leave the screen on for ever.
@@ -88,6 +104,18 @@ private:
         asked->answered(true);
     }
 
+    // No owner is an empty name.
+    void HearOfOwner(const QString& before, const QString& now)
+    {
+        if (m_asked && before.isEmpty())
+            return; // the bus has started it to be asked
+        const bool isGranted = m_asked && IsMessage(m_asked->giveBack);
+        if (isGranted || !now.isEmpty())
+            m_settled.start();
+        if (isGranted)
+            Refuse(); // whoever comes next knows nothing of it
+    }
+
     void Refuse()
     {
         const std::shared_ptr<Asked> asked = std::exchange(m_asked, nullptr);
@@ -97,6 +125,8 @@ private:
     QDBusConnection m_bus;
     const Request m_request;
     std::shared_ptr<Asked> m_asked;
+    QDBusServiceWatcher m_lookout;
+    QTimer m_settled;
     QObject m_context; // answers and timers go with it
 };
 

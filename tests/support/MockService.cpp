@@ -17,6 +17,16 @@ MockService::MockService(const SessionBus& bus, std::string name, std::string pa
                          .log = m_folder / "log"});
 }
 
+MockService::MockService(const SessionBus& bus, const std::filesystem::path& description)
+    : m_environment(bus.Environment())
+{
+    m_process = std::make_unique<Process>(
+        Process::Command{.arguments = {"/usr/bin/python3", "-B", "-m", "dbusmock", "--session",
+                                       "--template", description.string()},
+                         .environment = m_environment,
+                         .log = m_folder / "log"});
+}
+
 void MockService::Add(const std::string& method, const std::string& takes, const std::string& gives,
                       const std::string& answer) const
 {

@@ -9,6 +9,8 @@ namespace lantern::test {
 class MockService {
 public:
     MockService(const SessionBus& bus, std::string name, std::string path, std::string interface);
+    // One that a template of python-dbusmock describes, with all its methods.
+    MockService(const SessionBus& bus, const std::filesystem::path& description);
 
     // A method with the signatures of what it takes and gives. The answer is a line of Python that
     // sets `ret`.

@@ -21,7 +21,13 @@ public:
           m_connection(QDBusConnection::connectToBus(QString::fromStdString(bus.Address()), m_name))
     {
     }
-    ~BusClient() { QDBusConnection::disconnectFromBus(m_name); }
+    ~BusClient() { Disconnect(); }
+
+    void Disconnect()
+    {
+        QDBusConnection::disconnectFromBus(m_name);
+        m_connection = QDBusConnection(QString());
+    }
 
     QDBusConnection& Connection() { return m_connection; }
 

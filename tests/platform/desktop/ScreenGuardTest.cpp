@@ -115,6 +115,53 @@ TEST_F(ScreenGuards, ItsEndGivesBack)
     EXPECT_THAT(TakeLog(), ElementsAre("keep a", "give back a"));
 }
 
+TEST_F(ScreenGuards, AWayThatMayLeadThereByNowIsTriedAgainWhileItIsWanted)
+{
+    FakeWay& first = Add("a", false);
+    FakeWay& second = Add("b", true);
+    FakeWay& third = Add("c", true);
+    ScreenGuard guard(std::move(ways));
+    first.Changed();
+    EXPECT_THAT(TakeLog(), IsEmpty()) << "nobody wants it";
+    guard.Follow(true);
+    TakeLog();
+    third.Changed();
+    EXPECT_THAT(TakeLog(), IsEmpty()) << "an earlier way leads there";
+    second.Changed();
+    EXPECT_THAT(TakeLog(), ElementsAre("give back b", "keep a", "keep b"));
+    first.Changed();
+    EXPECT_THAT(TakeLog(), ElementsAre("give back b", "keep a", "keep b"));
+    guard.Follow(false);
+    EXPECT_THAT(TakeLog(), ElementsAre("give back b"));
+    second.Changed();
+    EXPECT_THAT(TakeLog(), IsEmpty());
+}
+
+TEST_F(ScreenGuards, AWayThatIsLostIsFollowedByTheNextAtOnce)
+{
+    FakeWay& first = Add("a", true);
+    Add("b", true);
+    ScreenGuard guard(std::move(ways));
+    guard.Follow(true);
+    first.Answer(false);
+    EXPECT_THAT(TakeLog(), ElementsAre("keep a", "keep b"));
+    guard.Follow(false);
+    EXPECT_THAT(TakeLog(), ElementsAre("give back b"));
+}
+
+TEST_F(ScreenGuards, WhereNoWayLedThereTheFirstThatMayIsTried)
+{
+    FakeWay& only = Add("a", {});
+    ScreenGuard guard(std::move(ways));
+    guard.Follow(true);
+    only.Answer(false);
+    only.Changed();
+    EXPECT_THAT(TakeLog(), ElementsAre("keep a", "keep a"));
+    only.Answer(true);
+    guard.Follow(false);
+    EXPECT_THAT(TakeLog(), ElementsAre("give back a"));
+}
+
 // A service that answers as the test says.
 class FakeService : public QDBusVirtualObject {
 public:
@@ -246,6 +293,82 @@ TEST_F(BusScreenWays, AServiceThatDoesNotAnswerIsNotWaitedForForEver)
     EXPECT_EQ(answer, false);
     service.Reply(desktop.Connection());
     EXPECT_TRUE(Hears(service, {"Inhibit", "UnInhibit 9"}));
+}
+
+// Counts how often it is worth to ask anew.
+class BusScreenWaysThatChange : public BusScreenWays {
+protected:
+    BusScreenWaysThatChange()
+    {
+        way->Changed = [this] { ++changes; };
+    }
+    bool Changes(int count)
+    {
+        return BusClient::Soon([&] { return changes == count; }, 5s) &&
+               !BusClient::Soon([&] { return changes != count; }, 1500ms);
+    }
+
+    const std::unique_ptr<ScreenWay> way = SessionScreenWay(program.Connection(), wish);
+    int changes = 0;
+};
+
+TEST_F(BusScreenWaysThatChange, AServiceThatCameIsWorthToBeAsked)
+{
+    EXPECT_EQ(Kept(*way), false);
+    const FakeService service(desktop, kSession, kSessionPath);
+    EXPECT_TRUE(Changes(1));
+    desktop.Connection().unregisterService(QLatin1String(kSession));
+    EXPECT_TRUE(Changes(1)) << "nothing is lost with it";
+}
+
+TEST_F(BusScreenWaysThatChange, WithTheServiceWhatItGrantedIsGone)
+{
+    {
+        FakeService service(desktop, kSession, kSessionPath);
+        service.Answer = 7U;
+        Log answers;
+        way->Keep([&](bool isKept) { answers.push_back(isKept ? "kept" : "lost"); });
+        EXPECT_TRUE(BusClient::Soon([&] { return answers == Log{"kept"}; }, 5s));
+        desktop.Connection().unregisterService(QLatin1String(kSession));
+        EXPECT_TRUE(BusClient::Soon([&] { return answers == Log{"kept", "lost"}; }, 5s));
+        EXPECT_EQ(changes, 0) << "a moment later";
+        EXPECT_TRUE(Changes(1));
+        desktop.Connection().unregisterObject(QLatin1String(kSessionPath));
+    }
+    FakeService other(desktop, kSession, kSessionPath);
+    other.Answer = 7U;
+    EXPECT_TRUE(Changes(2));
+    way->GiveBack();
+    EXPECT_EQ(Kept(*way), true);
+    EXPECT_THAT(other.Heard, ElementsAre("Inhibit")) << "the other one granted nothing before";
+}
+
+TEST_F(BusScreenWaysThatChange, AServiceThatIsBackAtOnceIsAskedOnce)
+{
+    FakeService service(desktop, kSession, kSessionPath);
+    service.Answer = 7U;
+    EXPECT_EQ(Kept(*way), true);
+    for (int i = 0; i < 5; ++i) {
+        desktop.Connection().unregisterService(QLatin1String(kSession));
+        desktop.Connection().registerService(QLatin1String(kSession));
+    }
+    EXPECT_TRUE(Changes(1));
+}
+
+TEST_F(BusScreenWaysThatChange, AServiceThatDiesOfTheWishIsNotAskedAgain)
+{
+    {
+        BusClient dying(bus);
+        FakeService service(dying, kSession, kSessionPath);
+        service.Answers = false;
+        std::optional<bool> answer;
+        way->Keep([&](bool isKept) { answer = isKept; });
+        EXPECT_TRUE(BusClient::Soon([&] { return service.Heard.size() == 1; }, 5s));
+        dying.Disconnect();
+        EXPECT_TRUE(BusClient::Soon([&] { return answer.has_value(); }, 2s));
+        EXPECT_EQ(answer, false);
+    }
+    EXPECT_TRUE(Changes(0));
 }
 
 TEST(DisplayScreenWays, RefuseWhereThereIsNoX11)
