@@ -126,6 +126,8 @@ Comparison Compare(const Recording& heard, const std::vector<Eyes::Change>& seen
             (tone == nullptr || std::chrono::abs(tone->moment - flash.moment) > kPartnerReach))
             contradict("a flash without a tone " + AsText(flash, start), flash);
     }
+    for (const Stretch& stretch : stretches)
+        result.stalled += stalls.NearStalls(stretch.from, stretch.to, kPartnerReach);
     return result;
 }
 

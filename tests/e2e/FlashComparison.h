@@ -34,6 +34,7 @@ struct Contradiction {
 struct Comparison {
     std::vector<FlashError> errors; // of every tone in the stretches, in order
     std::vector<Contradiction> contradictions;
+    Clock::duration stalled = {}; // of the stretches, the time in which a stall may hide a flash
 
     std::vector<double> Sorted() const; // the errors without the doubtful ones
     double Median() const;

@@ -73,6 +73,28 @@ TEST_F(JudgingFlashes, NothingSeenIsBad)
     EXPECT_FALSE(Result().complaints.empty());
 }
 
+TEST_F(JudgingFlashes, AsManyAreMissedAsTheTimeOfTheStallsExcuses)
+{
+    comparison.errors.resize(8);
+    comparison.stalled = 9s;
+    EXPECT_TRUE(Result().complaints.empty());
+    comparison.stalled = 8s;
+    EXPECT_FALSE(Result().complaints.empty());
+}
+
+TEST_F(JudgingFlashes, NoDriftIsToldFromAFewFlashes)
+{
+    for (std::size_t i = 0; i < comparison.errors.size(); ++i) {
+        comparison.errors[i].pictureLateMs = i < 10 ? -10.0 : 10.0;
+        comparison.errors[i].isDoubtful = i % 2 != 0;
+    }
+    EXPECT_TRUE(Result().complaints.empty());
+    EXPECT_FALSE(Result().isMeasured);
+    comparison.errors[1].isDoubtful = false;
+    comparison.errors[19].isDoubtful = false;
+    EXPECT_FALSE(Result().complaints.empty());
+}
+
 TEST_F(JudgingFlashes, TooManyStallsProveNothing)
 {
     for (std::size_t i = 0; i < comparison.errors.size(); ++i)

@@ -66,6 +66,24 @@ bool StallWatch::StalledBetween(Moment from, Moment to) const
         m_stalls, [&](const Stall& stall) { return stall.from < to && stall.to > from; });
 }
 
+Clock::duration StallWatch::NearStalls(Moment from, Moment to, Clock::duration reach) const
+{
+    const std::scoped_lock lock(m_mutex);
+    std::vector<Stall> inOrder = m_stalls; // each processor told its own
+    std::ranges::sort(inOrder, {}, &Stall::from);
+    Clock::duration length = {};
+    Moment until = from; // what is before is counted
+    for (const Stall& stall : inOrder) {
+        const Moment begin = std::max(stall.from - reach, until);
+        const Moment end = std::min(stall.to + reach, to);
+        if (begin < end) {
+            length += end - begin;
+            until = end;
+        }
+    }
+    return length;
+}
+
 std::size_t StallWatch::StallCount() const
 {
     const std::scoped_lock lock(m_mutex);

@@ -23,6 +23,8 @@ public:
     StallWatch& operator=(const StallWatch&) = delete;
 
     bool StalledBetween(Moment from, Moment to) const;
+    // Of the time from one to the other, what lies within `reach` of a stall.
+    Clock::duration NearStalls(Moment from, Moment to, Clock::duration reach) const;
     std::size_t StallCount() const; // one that several processors had counts once for each
     Clock::duration LongestStall() const;
 

@@ -25,9 +25,14 @@ constexpr Clock::duration kStopped = 120ms;
     std::this_thread::sleep_for(20ms); // the other processors' threads may tell of it later
     const bool onEach = watch.StallCount() >=
                         std::min<std::size_t>(static_cast<std::size_t>(CPU_COUNT(&allowed)), 8);
+    const Moment end = Clock::now();
     const bool isDated =
-        watch.StalledBetween(start, Clock::now()) && !watch.StalledBetween(start - 2s, start - 1s);
-    _exit(sawIt && onEach && isDated ? kSawTheStall : 1);
+        watch.StalledBetween(start, end) && !watch.StalledBetween(start - 2s, start - 1s);
+    // What several processors saw is one time, and neither end is passed.
+    const bool isSummed = watch.NearStalls(start, end, 0ms) >= kStopped / 2 &&
+                          watch.NearStalls(start, end, 1min) == end - start &&
+                          watch.NearStalls(start - 2s, start - 1s, 100ms) == 0ms;
+    _exit(sawIt && onEach && isDated && isSummed ? kSawTheStall : 1);
 }
 
 TEST(StallWatch, AProgramThatStoodStillSeesItOnEveryProcessor)
