@@ -38,7 +38,8 @@ endfunction()
 #   WIDGETS       shows widgets: its main function makes the application
 #   MAIN          has its main function in this file
 #   SCREENS       the screens that the application finds, instead of one
-#   ALONE         measures moments: nothing runs beside it
+#   ALONE         measures moments: nothing runs beside it, and a case that a machine which stands
+#                 still spoils again and again is skipped
 #   CASE_SECONDS  after so long a case is taken to hang
 #   LONG          cases that take long: a test of their own with the suffix .long and that label
 #   MEASURED      cases that measure only: left out under sanitizers, which slow the program
@@ -106,6 +107,9 @@ function(lantern_add_cases program suffix filter case_seconds is_alone labels)
     endif()
     if(is_alone OR "e2e" IN_LIST labels)
         list(APPEND options --show-all)
+    endif()
+    if(is_alone)
+        list(APPEND options --moments)
     endif()
     list(APPEND options --machine ${LANTERN_TEST_MACHINE}/machine)
     add_test(NAME ${test}

@@ -35,6 +35,8 @@ def main():
                     totals[outcome] += int(count)
             elif again := re.match(r" {4}(\w+) try of (.+)", text):
                 further_tries.append(f"    {name}: {again.group(2)} ({again.group(1)} try)")
+            elif text.startswith("    not measured: "):
+                further_tries.append(f"    {name}: {text.strip()}")
             line = f"{name}: {text.strip() if text.startswith('    ') else text}"
         elif SUMMARY.match(line):
             in_list, in_summary = False, True

@@ -19,15 +19,6 @@ TEST(Samples, Fails)
     FAIL() << "said by the one that fails";
 }
 
-// Whether it was run before is a file in the folder that the variable names.
-TEST(Samples, FailsTheFirstTime)
-{
-    const std::filesystem::path mark = std::string(std::getenv("SAMPLES_FOLDER")) + "/ran";
-    const bool ranBefore = std::filesystem::exists(mark);
-    std::ofstream(mark) << "yes";
-    EXPECT_TRUE(ranBefore);
-}
-
 const std::filesystem::path kBusy = std::string(std::getenv("SAMPLES_FOLDER")) + "/busy";
 
 TEST(Samples, IsBusyForAWhile)
@@ -61,6 +52,34 @@ TEST(Samples, StallsAndFailsThreeTimes)
 TEST(Samples, StallsAndFails)
 {
     Stall();
+    FAIL();
+}
+
+TEST(Samples, StallsForAPartOfItsTimeAndFails)
+{
+    Stall();
+    sleep(3);
+    FAIL();
+}
+
+// Whether it was run before is a file in the folder that the variable names.
+bool RanBefore(const std::string& name)
+{
+    const std::filesystem::path mark = std::string(std::getenv("SAMPLES_FOLDER")) + "/" + name;
+    const bool ranBefore = std::filesystem::exists(mark);
+    std::ofstream(mark) << "yes";
+    return ranBefore;
+}
+
+TEST(Samples, FailsTheFirstTime)
+{
+    EXPECT_TRUE(RanBefore("ran"));
+}
+
+TEST(Samples, FailsThenSkips)
+{
+    if (RanBefore("skips"))
+        GTEST_SKIP() << "for a reason";
     FAIL();
 }
 
@@ -121,6 +140,12 @@ TEST_P(Many, Fail)
 TEST_P(Many, Crash)
 {
     std::raise(SIGSEGV);
+}
+
+TEST_P(Many, StallAndFailTheFirstTime)
+{
+    Stall();
+    EXPECT_TRUE(RanBefore("many-" + std::to_string(GetParam())));
 }
 
 INSTANTIATE_TEST_SUITE_P(Cases, Many, testing::Range(0, 13));

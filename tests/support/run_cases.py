@@ -1,12 +1,14 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 """Runs a program of GoogleTest cases: all in one process, and each that failed once more.
 
-run_cases.py [--limit SECONDS] [--show-all] [--machine FILE] [--filter FILTER] PROGRAM
+run_cases.py [--limit SECONDS] [--show-all] [--moments] [--machine FILE] [--filter FILTER] PROGRAM
 
 A case that crashes the program, or has not ended within the limit, fails by its name, and a new
 process goes on with the cases behind it. A failed case gets a second try, alone in a process, and
-up to three more while the machine stalls, for then the failure says little about the program. All
-programs of tests that are given the same FILE share the machine; further tries have it alone.
+up to three more while the machine stalls, for then the failure says little about the program. Each
+waits a while for the machine to be calm. All programs of tests that are given the same FILE share
+the machine; further tries have it alone. Where the cases measure moments, one that failed each try
+on a machine that stood still for much of it was not measured: it counts as skipped.
 Nothing of that is hidden: a failure is printed where it happens, and every further try is told.
 The variable LANTERN_CASES holds a filter of GoogleTest, too: only cases that fit both are run.
 """
@@ -28,6 +30,9 @@ TRIES = ("second", "third", "fourth", "fifth")  # those behind the second: after
 LONGEST_ALONE = 300.0  # seconds: then the machine goes on to those who wait for it
 LONGEST_RETRIED = 60.0  # seconds: a case that takes longer has its own answer to a stall
 STALL_SECONDS = 0.02  # of the fifty milliseconds between a player and the ear
+MUCH_STALLED = 0.1  # of a try's time: moments can't be measured then
+CALM_SECONDS = 0.5  # without a stall
+LONGEST_WAIT = 30.0  # seconds, for the machine to be calm
 SLEEP_SECONDS = 0.001
 MOST_WATCHED = 8  # watching more would itself load the machine
 MOST_ENDS = 5  # after so many crashes and hangs the program is given up
@@ -75,7 +80,8 @@ class StallWatch:
     """Whether a processor kept a thread that asked for a moment's sleep waiting far longer."""
 
     def __enter__(self):
-        self.stalled = False
+        self.still = {}  # seconds, of each processor that stalled
+        self.since = time.monotonic()
         self.over = threading.Event()
         self.threads = [threading.Thread(target=self.watch, args=(processor,))
                         for processor in sorted(os.sched_getaffinity(0))[:MOST_WATCHED]]
@@ -87,14 +93,34 @@ class StallWatch:
         self.over.set()
         for thread in self.threads:
             thread.join()
+        self.seconds = time.monotonic() - self.since
+
+    @property
+    def stalled(self):
+        return bool(self.still)
+
+    @property
+    def share(self):
+        """Of the watched time, what the processor that stalled most stood still."""
+        return max(self.still.values(), default=0.0) / self.seconds
 
     def watch(self, processor):
         os.sched_setaffinity(threading.get_native_id(), {processor})
         while not self.over.is_set():
             before = time.monotonic()
             time.sleep(SLEEP_SECONDS)
-            if time.monotonic() - before > STALL_SECONDS:
-                self.stalled = True
+            length = time.monotonic() - before
+            if length > STALL_SECONDS:
+                self.still[processor] = self.still.get(processor, 0.0) + length
+
+
+def await_calm():
+    until = time.monotonic() + LONGEST_WAIT
+    while time.monotonic() < until:
+        with StallWatch() as watch:
+            time.sleep(CALM_SECONDS)
+        if not watch.stalled:
+            break
 
 
 class Run:
@@ -216,9 +242,9 @@ class Suite:
         self.trouble = []
 
     def run(self):
-        with self.machine.shared():
+        with self.machine.shared(), StallWatch() as watch:
             self.run_all()
-        self.try_again()
+        self.try_again(MOST_SECOND_TRIES if watch.share < MUCH_STALLED else len(self.outcome))
         self.sum_up()
 
     def run_all(self):
@@ -263,9 +289,9 @@ class Suite:
         elif self.options.show_all or seconds >= SLOW_SECONDS:
             say(line)
 
-    def try_again(self):
+    def try_again(self, most):
         failed = [case for case, mark in self.outcome.items() if mark == "FAILED"]
-        if len(failed) > MOST_SECOND_TRIES:
+        if len(failed) > most:
             say(f"    {len(failed)} cases failed: they get no second try")
             return
         if not failed:
@@ -273,21 +299,30 @@ class Suite:
         with self.machine.alone():
             until = time.monotonic() + LONGEST_ALONE
             for case in failed:
+                shares = []  # of each further try, the time in which the machine stood still
                 for which in TRIES:
-                    if not self.try_case(case, which) or time.monotonic() > until:
+                    if not self.try_case(case, which, shares) or time.monotonic() > until:
                         break
+                else:
+                    if self.options.moments and min(shares) >= MUCH_STALLED:
+                        say(f"    not measured: {case}, as the machine stood still for "
+                            f"{min(shares):.0%} to {max(shares):.0%} of each further try")
+                        self.outcome[case] = "skipped"
 
-    def try_case(self, case, which):
+    def try_case(self, case, which, shares):
         """Once more. True if the machine spoiled this try."""
+        await_calm()
         told = []
         with StallWatch() as watch:
             start = time.monotonic()
             run = Run(self.options.program, case, self.options.limit,
                       lambda *arguments: told.extend(arguments[3]))
             seconds = time.monotonic() - start
-        if run.outcome == {case: "passed"} and run.trouble is None:
-            say(f"    {which} try of {case}: passed")
-            self.outcome[case] = "passed"
+        shares.append(watch.share)
+        outcome = run.outcome.get(case)
+        if outcome in ("passed", "skipped") and run.trouble is None:
+            say(f"    {which} try of {case}: {outcome}", *(told if outcome == "skipped" else ()))
+            self.outcome[case] = outcome
             return False
         stalled = ", and the machine stalled" if watch.stalled else ""
         say(f"    {which} try of {case}: FAILED{stalled}", *told)
@@ -308,6 +343,7 @@ def main():
     parser = argparse.ArgumentParser(description=__doc__.split("\n")[0])
     parser.add_argument("--limit", type=float, default=120.0)
     parser.add_argument("--show-all", action="store_true")
+    parser.add_argument("--moments", action="store_true")
     parser.add_argument("--machine", metavar="FILE")
     parser.add_argument("--filter", default="*")
     parser.add_argument("program")
