@@ -19,21 +19,21 @@ constexpr int kBlockFrames = 256;
 // A chord that never ends.
 class Chord final : public SoundDecoder {
 public:
-    Chord() : m_second(2 * kRate)
+    explicit Chord(int rate = kRate) : m_rate(rate), m_second(2 * static_cast<std::size_t>(rate))
     {
         for (std::size_t i = 0; i < m_second.size(); ++i) {
-            const double turns = static_cast<double>(i / 2) * 6.283185307179586 / kRate;
+            const double turns = static_cast<double>(i / 2) * 6.283185307179586 / rate;
             m_second[i] = static_cast<float>(
                 0.2 * (std::sin(220 * turns) + std::sin(277 * turns) + std::sin(330 * turns)));
         }
     }
 
-    int SampleRate() const override { return kRate; }
+    int SampleRate() const override { return m_rate; }
     std::int64_t FrameCount() const override { return std::int64_t{1} << 40; }
     bool DecodedToEnd() const override { return true; }
     Chunk Read(std::int64_t firstFrame, std::span<float> stereo) override
     {
-        const auto first = static_cast<std::size_t>(firstFrame % kRate) * 2;
+        const auto first = static_cast<std::size_t>(firstFrame % m_rate) * 2;
         const std::size_t before = std::min(stereo.size(), m_second.size() - first);
         std::copy_n(m_second.data() + first, before, stereo.data());
         std::copy_n(m_second.data(), stereo.size() - before, stereo.data() + before);
@@ -41,13 +41,14 @@ public:
     }
 
 private:
+    int m_rate;
     std::vector<float> m_second;
 };
 
-void RenderSecond(SoundShaper& shaper)
+void RenderSecond(SoundShaper& shaper, int rate = kRate)
 {
     std::array<float, std::size_t{2}* kBlockFrames> block = {};
-    for (int frames = 0; frames < kRate;) {
+    for (int frames = 0; frames < rate;) {
         frames += shaper.Render(block).frames;
         benchmark::DoNotOptimize(block);
     }
@@ -75,6 +76,26 @@ BENCHMARK(BM_OneSecond)
     ->Args({10, 50})
     ->Args({0, 90})
     ->Args({0, -90})
+    ->Unit(benchmark::kMillisecond);
+
+// To be compared with the same shape above: the stretcher works at an ordinary rate.
+void BM_OneSecondOfAHighRate(benchmark::State& state)
+{
+    const auto rate = static_cast<int>(state.range(0));
+    Chord chord(rate);
+    SoundShaper shaper;
+    shaper.Start(chord, rate,
+                 ShapeFor(static_cast<int>(state.range(1)), static_cast<float>(state.range(2))));
+    for (auto _ : state)
+        RenderSecond(shaper, rate);
+}
+BENCHMARK(BM_OneSecondOfAHighRate)
+    ->ArgNames({"rate", "key", "tempo"})
+    ->Args({96000, 3, -20})
+    ->Args({176400, 3, -20})
+    ->Args({192000, 3, -20})
+    ->Args({192000, 10, 50})
+    ->Args({192000, 0, 0})
     ->Unit(benchmark::kMillisecond);
 
 // Before each second the thread's vector registers are left as a new thread may find them: wide. To

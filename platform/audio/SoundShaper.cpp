@@ -17,12 +17,25 @@ using RubberBand::RubberBandStretcher;
 
 constexpr int kMostSemitones = 10;
 constexpr float kMostTempoPercent = 90.0F;
+// Of the stretcher's. Small pieces: a large one at the slowest tempo would keep the thread busy for
+// too long.
 constexpr int kLeastFedFrames = 16;
+constexpr int kMostStretchedFrames = 256;
+// More of them a second are not heard.
+constexpr int kHighestStretchedRate = 48000;
 
 constexpr int kStretcherOptions =
     RubberBandStretcher::OptionProcessRealTime | RubberBandStretcher::OptionEngineFiner |
     RubberBandStretcher::OptionPitchHighConsistency | RubberBandStretcher::OptionChannelsTogether |
     RubberBandStretcher::OptionThreadingNever;
+
+int StretchedRate(int soundRate)
+{
+    constexpr int kDiscRate = 44100;
+    if (soundRate <= kHighestStretchedRate)
+        return soundRate;
+    return soundRate % kDiscRate == 0 ? kDiscRate : kHighestStretchedRate;
+}
 
 } // namespace
 
@@ -59,25 +72,44 @@ void SoundShaper::Prime(std::int64_t mediaFrame, SoundShape shape)
     m_segmentFrames = 0;
     if (!shape.IsNeutral()) {
         PrepareStretcher();
-        m_nextFed = mediaFrame - static_cast<std::int64_t>(m_stretcher->getPreferredStartPad());
-        m_framesToDrop = static_cast<int>(m_stretcher->getStartDelay()) + m_limiter->DelayFrames();
+        const auto pad = static_cast<double>(m_stretcher->getPreferredStartPad());
+        const auto delay = static_cast<double>(m_stretcher->getStartDelay());
+        m_nextFed = mediaFrame - std::llround(pad * m_soundFrames);
+        m_framesToDrop =
+            static_cast<int>(std::lround(delay * m_soundFrames)) + m_limiter->DelayFrames();
     }
 }
 
 void SoundShaper::PrepareStretcher()
 {
-    const int rate = m_sound->SampleRate();
-    if (!m_stretcher || m_stretcherRate != rate) {
-        m_stretcher = std::make_unique<RubberBandStretcher>(static_cast<std::size_t>(rate), 2U,
-                                                            kStretcherOptions);
-        m_stretcher->setMaxProcessSize(kMostFedFrames);
-        m_stretcherRate = rate;
-        m_limiter.emplace(rate);
-    }
+    if (!m_stretcher || m_soundRate != m_sound->SampleRate())
+        MakeStretcher();
+    m_shaped = {};
     m_limiter->Reset();
+    if (m_toStretcher) {
+        m_toStretcher->Reset();
+        m_fromStretcher->Reset();
+    }
     m_stretcher->reset();
     m_stretcher->setTimeRatio(1.0 / m_shape.speed);
     m_stretcher->setPitchScale(std::exp2(m_shape.keySemitones / 12.0));
+}
+
+void SoundShaper::MakeStretcher()
+{
+    m_soundRate = m_sound->SampleRate();
+    const int rate = StretchedRate(m_soundRate);
+    m_soundFrames = static_cast<double>(m_soundRate) / rate;
+    m_stretcher = std::make_unique<RubberBandStretcher>(static_cast<std::size_t>(rate), 2U,
+                                                        kStretcherOptions);
+    m_stretcher->setMaxProcessSize(kMostStretchedFrames);
+    m_limiter.emplace(m_soundRate);
+    m_toStretcher.reset();
+    m_fromStretcher.reset();
+    if (rate != m_soundRate) {
+        m_toStretcher.emplace(m_soundRate, rate);
+        m_fromStretcher.emplace(rate, m_soundRate);
+    }
 }
 
 SoundShaper::Block SoundShaper::Render(std::span<float> stereo)
@@ -134,36 +166,48 @@ std::optional<std::int64_t> SoundShaper::SegmentLength() const
 
 int SoundShaper::Retrieve(std::span<float> stereo)
 {
-    const std::array<float*, 2> channels = {m_left.data(), m_right.data()};
-    const auto take = [&](int atMost) {
-        const int frames = std::min({m_stretcher->available(), atMost, kMostFedFrames});
-        if (frames > 0) {
-            const auto count = static_cast<std::size_t>(frames);
-            m_stretcher->retrieve(channels.data(), count);
-            m_limiter->Apply(std::span(m_left).first(count), std::span(m_right).first(count));
-        }
-        return std::max(frames, 0);
-    };
-    while (m_framesToDrop > 0) {
-        const int dropped = take(m_framesToDrop);
-        if (dropped == 0)
-            return 0;
-        m_framesToDrop -= dropped;
+    for (ShapeMore(); m_framesToDrop > 0 && !m_shaped.left.empty(); ShapeMore()) {
+        const auto dropped = TakeShaped(static_cast<std::size_t>(m_framesToDrop));
+        m_framesToDrop -= static_cast<int>(dropped.left.size());
     }
-    const int frames = take(static_cast<int>(stereo.size() / 2));
-    for (std::size_t i = 0; i < static_cast<std::size_t>(frames); ++i) {
-        stereo[2 * i] = m_left[i];
-        stereo[2 * i + 1] = m_right[i];
+    const auto [left, right] = TakeShaped(stereo.size() / 2);
+    for (std::size_t i = 0; i < left.size(); ++i) {
+        stereo[2 * i] = left[i];
+        stereo[2 * i + 1] = right[i];
     }
-    return frames;
+    return static_cast<int>(left.size());
 }
 
-// Small pieces: a large one at the slowest tempo would keep the thread busy for too long. False
-// if the sound is not decoded that far.
+// If all has been taken and the stretcher has more.
+void SoundShaper::ShapeMore()
+{
+    const std::array<float*, 2> channels = {m_left.data(), m_right.data()};
+    while (m_shaped.left.empty() && m_stretcher->available() > 0) {
+        const auto count =
+            static_cast<std::size_t>(std::min(m_stretcher->available(), kMostStretchedFrames));
+        m_stretcher->retrieve(channels.data(), count);
+        m_shaped = {std::span(m_left).first(count), std::span(m_right).first(count)};
+        if (m_fromStretcher)
+            m_shaped = m_fromStretcher->Convert(m_shaped.left, m_shaped.right);
+        m_limiter->Apply(m_shaped.left, m_shaped.right);
+    }
+}
+
+RateChanger::Sides SoundShaper::TakeShaped(std::size_t atMost)
+{
+    const std::size_t count = std::min(atMost, m_shaped.left.size());
+    const RateChanger::Sides taken = {m_shaped.left.first(count), m_shaped.right.first(count)};
+    m_shaped = {m_shaped.left.subspan(count), m_shaped.right.subspan(count)};
+    return taken;
+}
+
+// False if the sound is not decoded that far.
 bool SoundShaper::Feed()
 {
-    const auto bySpeed = static_cast<std::int64_t>(kMostFedFrames * m_shape.speed);
-    std::int64_t frames = std::clamp<std::int64_t>(bySpeed, kLeastFedFrames, kMostFedFrames);
+    const double bySpeed = std::clamp<double>(kMostStretchedFrames * m_shape.speed, kLeastFedFrames,
+                                              kMostStretchedFrames) *
+                           m_soundFrames;
+    auto frames = std::min(static_cast<std::int64_t>(bySpeed), std::int64_t{kMostFedFrames});
     m_interleaved.fill(0.0F);
     if (m_nextFed < 0) {
         frames = std::min(frames, -m_nextFed);
@@ -177,14 +221,22 @@ bool SoundShaper::Feed()
         else
             frames = chunk.frames;
     }
-    for (std::size_t i = 0; i < static_cast<std::size_t>(frames); ++i) {
+    const auto count = static_cast<std::size_t>(frames);
+    for (std::size_t i = 0; i < count; ++i) {
         m_left[i] = m_interleaved[2 * i];
         m_right[i] = m_interleaved[2 * i + 1];
     }
-    const std::array<const float*, 2> channels = {m_left.data(), m_right.data()};
-    m_stretcher->process(channels.data(), static_cast<std::size_t>(frames), false);
+    Stretch({std::span(m_left).first(count), std::span(m_right).first(count)});
     m_nextFed += frames;
     return true;
+}
+
+void SoundShaper::Stretch(RateChanger::Sides fed)
+{
+    if (m_toStretcher)
+        fed = m_toStretcher->Convert(fed.left, fed.right);
+    const std::array<const float*, 2> channels = {fed.left.data(), fed.right.data()};
+    m_stretcher->process(channels.data(), fed.left.size(), false);
 }
 
 void SoundShaper::MixTail(std::span<float> stereo)

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "PeakLimiter.h"
+#include "RateChanger.h"
 #include "SoundDecoder.h"
 
 #include <array>
@@ -62,15 +63,19 @@ public:
 private:
     void Prime(std::int64_t mediaFrame, SoundShape shape);
     void PrepareStretcher();
+    void MakeStretcher();
     Block RenderSegment(std::span<float> stereo);
     Block RenderNeutral(std::span<float> stereo);
     Block RenderStretched(std::span<float> stereo);
     std::optional<std::int64_t> SegmentLength() const;
     int Retrieve(std::span<float> stereo);
+    void ShapeMore();
+    RateChanger::Sides TakeShaped(std::size_t atMost);
     bool Feed();
+    void Stretch(RateChanger::Sides fed);
     void MixTail(std::span<float> stereo);
 
-    static constexpr int kMostFedFrames = 256;
+    static constexpr int kMostFedFrames = 1024; // of the sound
 
     SoundDecoder* m_sound = nullptr;
     SoundShape m_shape;
@@ -79,13 +84,19 @@ private:
     std::optional<std::int64_t> m_soundEnd;
 
     std::unique_ptr<RubberBand::RubberBandStretcher> m_stretcher;
+    // The stretcher gets no more frames a second than it needs: what it does for each of them takes
+    // long. Set for sounds of higher rates.
+    std::optional<RateChanger> m_toStretcher;
+    std::optional<RateChanger> m_fromStretcher;
     std::optional<PeakLimiter> m_limiter; // behind it: what it makes is louder here and there
-    int m_stretcherRate = 0;
-    std::int64_t m_nextFed = 0; // negative: the silence before the sound
+    int m_soundRate = 0;                  // that all of these were made for
+    double m_soundFrames = 1.0;           // for each frame of the stretcher
+    std::int64_t m_nextFed = 0;           // negative: the silence before the sound
     int m_framesToDrop = 0;
     std::array<float, 2 * kMostFedFrames> m_interleaved = {};
     std::array<float, kMostFedFrames> m_left = {};
     std::array<float, kMostFedFrames> m_right = {};
+    RateChanger::Sides m_shaped; // what the limiter has let through and nobody has taken yet
 
     std::vector<float> m_tail;
     std::size_t m_tailMixed = 0;
