@@ -85,14 +85,16 @@ QString MediaLoader::AddMedia(const QString& path)
 {
     if (path.isEmpty())
         return {};
-    if (FileCheck(path) != QStringLiteral("FILE"))
+    // In the letters of the disk from here on: the folder is read for them but once.
+    const QString name = ResolveName(path);
+    if (FileCheck(name) != QStringLiteral("FILE"))
         return QStringLiteral("File not found: ") + path;
-    if (!IsMediaExtension(path) && !IsAudioExtension(path))
+    if (!IsMediaExtension(name) && !IsAudioExtension(name))
         return QStringLiteral("Invalid file format");
 
     QString message;
     try {
-        AddByExtension(path);
+        AddByExtension(name);
         // Before the balance, which may need as much memory once more.
         EraseFileBuffer();
         LayOutTimeline();

@@ -37,6 +37,18 @@ TEST_F(CompanionTest, TheFolderIsReadOnceWhereNothingLiesBesideAFile)
     }
 }
 
+TEST_F(CompanionTest, TheFolderIsReadOnceForANameInOtherLetters)
+{
+    MakePackets("a.cdg", 300);
+    MakeAudio("a.mp3", 1000);
+    for (const char* path : {"A.cdg", "A.mp3", "B.cdg"}) {
+        const int before = test::FolderReads();
+        m_loader.AddMedia(In(path));
+        EXPECT_EQ(test::FolderReads() - before, 1) << path;
+    }
+    EXPECT_THAT(Asked(), ElementsAre("a.mp3", "a.mp3"));
+}
+
 TEST_F(CompanionTest, TheFolderIsNotReadWhereTheFirstNameIsThere)
 {
     MakeAudio("a.mp3", 1000);
