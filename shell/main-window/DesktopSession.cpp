@@ -12,11 +12,13 @@
 #include "PathHelpers.h"
 #include "PathText.h"
 #include "PlaybackClock.h"
+#include "Rounding.h"
 #include "Track.h"
 
 #include <QPromise>
 #include <QThreadPool>
 
+#include <cmath>
 #include <limits>
 #include <memory>
 #include <utility>
@@ -24,10 +26,23 @@
 namespace lantern {
 namespace {
 
-// A speed is told as percent faster than normal.
-constexpr double RateOf(float speed)
+// A share of 1, to the digits that a percentage of the engine holds: what was set reads back.
+double ShareOf(double percentage)
 {
-    return (100 + static_cast<double>(speed)) / 100;
+    return std::round(percentage * 1e4) / 1e6;
+}
+
+// The player's sliders know whole percents, so anything between them would be set once more a
+// moment later, and told so.
+float WholePercentage(double share)
+{
+    return static_cast<float>(RoundToEven(share * 100));
+}
+
+// A speed is told as percent faster than normal.
+double RateOf(float speed)
+{
+    return ShareOf(100 + static_cast<double>(speed));
 }
 
 MediaRates RatesOfThePlayer()
@@ -97,7 +112,7 @@ MediaState DesktopSession::State()
     if (!m_notedMedia.isEmpty())
         state.track = MediaTrack{m_title, m_url, isLoaded ? m_to.track.TotalLengthMs : 0};
     state.rate = RateOf(m_to.engine.GetEngineTempo());
-    state.volume = static_cast<double>(m_to.engine.GetEngineVolume()) / 100;
+    state.volume = ShareOf(static_cast<double>(m_to.engine.GetEngineVolume()));
     state.isFullScreen = m_to.display.NearestZoom() == kFullScreenStep;
     state.canSeek = isLoaded && m_to.track.TotalLengthMs > 0;
     state.canGoNext = m_neighbours.hasNext;
@@ -189,12 +204,12 @@ void DesktopSession::SetPosition(std::int64_t positionMs)
 
 void DesktopSession::SetRate(double rate)
 {
-    m_to.audio.SetSpeed(static_cast<float>(rate * 100 - 100), true);
+    m_to.audio.SetSpeed(WholePercentage(rate - 1), true);
 }
 
 void DesktopSession::SetVolume(double volume)
 {
-    m_to.audio.SetVolume(static_cast<float>(volume * 100), true);
+    m_to.audio.SetVolume(WholePercentage(volume), true);
 }
 
 bool DesktopSession::OpenFile(const QString& path)

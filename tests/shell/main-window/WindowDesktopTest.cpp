@@ -3,6 +3,7 @@
 #include "BusClient.h"
 #include "WindowFixture.h"
 
+#include <QAction>
 #include <QDBusArgument>
 #include <QDBusObjectPath>
 #include <QSemaphore>
@@ -119,6 +120,8 @@ TEST_F(WindowDesktopTest, ItTellsWhatItPlays)
     EXPECT_NEAR(Property("Rate").toDouble(), 1.2, 1e-6);
     engine.Volume = 30;
     EXPECT_NEAR(Property("Volume").toDouble(), 0.3, 1e-6);
+    engine.Volume = 33.3F; // as it may stand in the settings
+    EXPECT_EQ(Property("Volume").toDouble(), 0.333);
 }
 
 TEST_F(WindowDesktopTest, ItDoesWhatIsAsked)
@@ -252,8 +255,44 @@ TEST_F(WindowDesktopTest, AValueThatIsSetIsShownAsAMessage)
     ASSERT_NO_FATAL_FAILURE(Open());
     Set("Volume", 0.25);
     EXPECT_EQ(Status(), QStringLiteral("Volume: 25%"));
+    window.UpdatePlayer(); // the slider follows, and says so once more
     Set("Rate", 0.7);
     EXPECT_EQ(Status(), QStringLiteral("Speed: -30%"));
+}
+
+// A desktop that compares what it set with what it reads finds the same, and its own slider stays
+// where it was put.
+TEST_F(WindowDesktopTest, AValueThatIsSetReadsBackAndIsToldOnce)
+{
+    ASSERT_NO_FATAL_FAILURE(Open());
+    ASSERT_TRUE(BusClient::Soon([this] { return Property("CanGoNext") == true; }));
+    QAction change; // a slot that counts
+    int changes = 0;
+    QObject::connect(&change, &QAction::triggered, [&] { ++changes; });
+    client.Connection().connect(kName, kPath, kProperties, QStringLiteral("PropertiesChanged"),
+                                &change, SLOT(trigger()));
+    const auto expectHeld = [&](const char* name, double value, double held) {
+        SCOPED_TRACE(testing::Message() << name << " " << value);
+        const bool isNew = Property(name) != held;
+        changes = 0;
+        for (int again = 0; again < 3; ++again) {
+            Set(name, value);
+            EXPECT_EQ(Property(name).toDouble(), held);
+            window.UpdatePlayer();
+            EXPECT_EQ(Property(name).toDouble(), held);
+        }
+        client.HasOwner(kName); // the bus keeps what comes in its order
+        Settle();
+        EXPECT_EQ(changes, isNew ? 1 : 0);
+    };
+    for (int percent = 0; percent <= 100; percent += 3)
+        expectHeld("Volume", percent / 100.0, percent / 100.0);
+    for (int percent = 10; percent <= 190; percent += 5)
+        expectHeld("Rate", percent / 100.0, percent / 100.0);
+    // The player has no steps between.
+    expectHeld("Volume", 0.333, 0.33);
+    expectHeld("Volume", 2.0 / 3, 0.67);
+    expectHeld("Rate", 1.2345, 1.23);
 }
 
 TEST_F(WindowDesktopTest, ItComesForwardAndGoesAsItIsAsked)
