@@ -4,9 +4,13 @@
 #include "Journey.h"
 #include "SessionBus.h"
 
+#include <cmath>
 #include <csignal>
+#include <cstdio>
 #include <cstdlib>
 #include <gmock/gmock.h>
+#include <iostream>
+#include <numbers>
 
 namespace lantern::test {
 namespace {
@@ -16,6 +20,20 @@ using ::testing::MatchesRegex;
 using ::testing::StartsWith;
 
 constexpr const char* kBusName = "org.mpris.MediaPlayer2.lyric_lantern";
+// How far a tone is from one that goes on evenly, at the worst frame of its left side: each sample
+// of a pure tone follows from the two before it.
+double Unevenness(std::span<const float> stereo, double frequency)
+{
+    const double turn = 2 * std::cos(2 * std::numbers::pi * frequency / Recording::kRate);
+    double most = 0;
+    for (std::size_t i = 4; i < stereo.size(); i += 2) {
+        const double expected =
+            turn * static_cast<double>(stereo[i - 2]) - static_cast<double>(stereo[i - 4]);
+        most = std::max(most, std::abs(static_cast<double>(stereo[i]) - expected));
+    }
+    return most;
+}
+
 constexpr QRgb kFirst = 0xFF3366CC;
 constexpr QRgb kSecond = 0xFFCC3300;
 constexpr QRgb kTenth = 0xFFEEEE00;
@@ -256,6 +274,37 @@ TEST_F(MediaControl, ProgramsThatMeanNoGoodDoNotBringItDown)
     Control({"open", "file://" + folder.Path().string() + "/Song%201.cdg"});
     EXPECT_TRUE(AwaitControl({"metadata", "title"}, "Song 1"));
     EXPECT_TRUE(AwaitSound());
+    EXPECT_EQ(player->Log(), "");
+}
+
+TEST_F(MediaControl, AThousandCallsASecondAreAnsweredWhileTheSoundGoesOn)
+{
+    ASSERT_NO_FATAL_FAILURE(Open());
+    const double before = Position();
+    const Moment start = Clock::now();
+    const std::string said =
+        Said({"/usr/bin/python3", "-B", LANTERN_FLOODING_CLIENT, kBusName, "8"});
+    const Moment end = Clock::now();
+    EXPECT_NEAR(Position() - before, Milliseconds(end - start) / 1000.0, 0.5);
+    std::cout << said << '\n';
+    int answers = 0;
+    int refused = 0;
+    double median = 0;
+    ASSERT_EQ(
+        std::sscanf(said.c_str(), "%d answers %d refused %lf median", &answers, &refused, &median),
+        3)
+        << said;
+    EXPECT_EQ(answers, 8000);
+    EXPECT_EQ(refused, 0);
+    EXPECT_LT(median, 5.0);
+
+    const std::vector<float> heard = ears.Heard().Between(start, end - 200ms);
+    EXPECT_GT(heard.size(), std::size_t{2} * 7 * Recording::kRate);
+    EXPECT_NEAR(Level(heard), kLoudness / std::sqrt(2.0), 0.001);
+    EXPECT_LT(Unevenness(heard, 660.0), 0.001) << "the sound stutters";
+    EXPECT_EQ(Control({"status"}), "Playing");
+    Control({"next"});
+    EXPECT_TRUE(AwaitTone(880.0));
     EXPECT_EQ(player->Log(), "");
 }
 
