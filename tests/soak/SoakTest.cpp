@@ -3,57 +3,24 @@
 // After each step the window has to answer, the picture to be that of the position, and nothing to
 // be lost. The environment tells how long (LANTERN_SOAK_MINUTES) and from which seed
 // (LANTERN_SOAK_SEED); the same seed does the same steps, as far as the machine's pace allows.
-#include "Journey.h"
-#include "PlayerDesk.h"
 #include "ScreenWindow.h"
-#include "SessionBus.h"
-#include "SoakTracks.h"
-#include "StallWatch.h"
+#include "SoakFixture.h"
 
-#include <algorithm>
+#include <array>
 #include <csignal>
-#include <cstdlib>
 #include <deque>
 #include <functional>
 #include <iostream>
-#include <random>
+#include <vector>
 
 namespace lantern::test {
 namespace {
 
-constexpr const char* kBusName = "org.mpris.MediaPlayer2.lyric_lantern";
-constexpr Clock::duration kAnswersWithin = 1s;
-constexpr double kPictureWithinSeconds = 0.25;
 constexpr std::size_t kStepsToTell = 12;
-constexpr int kStepsToWarmUp = 25;
 constexpr int kStepsUntilRestart = 40;
-constexpr std::ptrdiff_t kMoreDescriptors = 16;
-constexpr std::ptrdiff_t kMoreThreads = 6;
-constexpr long kMoreKibibytes = 48 * 1024;
+constexpr int kHour = 3600; // seconds
 
-double FromEnvironment(const char* name, double otherwise)
-{
-    const char* const value = std::getenv(name);
-    return value ? std::atof(value) : otherwise;
-}
-
-// What a process holds.
-struct Holdings {
-    std::ptrdiff_t descriptors = 0;
-    std::ptrdiff_t threads = 0;
-    long kibibytes = 0;
-
-    static Holdings Of(const Process& process)
-    {
-        const auto entries = [&](const char* folder) {
-            const auto path = "/proc/" + std::to_string(process.Id()) + "/" + folder;
-            return std::distance(std::filesystem::directory_iterator(path), {});
-        };
-        return {entries("fd"), entries("task"), process.ResidentKibibytes()};
-    }
-};
-
-class Soak : public Journey {
+class Soak : public SoakFixture {
 protected:
     using Act = std::function<void()>;
     struct Deed {
@@ -61,88 +28,6 @@ protected:
         int weight;
         Act act;
     };
-
-    Soak() { m_random.seed(m_seed); }
-
-    int Any(int below) { return std::uniform_int_distribution(0, below - 1)(m_random); }
-    void Rest(int atMostMs)
-    {
-        std::this_thread::sleep_for(std::chrono::milliseconds(Any(atMostMs)));
-    }
-    PlayerDesk Desk() const { return PlayerDesk(player->WindowArea(), player->IsFullScreen()); }
-    Point Middle() const
-    {
-        const QRect picture = Desk().Picture();
-        return {picture.center().x(), picture.top() + picture.height() / 3};
-    }
-
-    void Begin()
-    {
-        m_bus = std::make_unique<SessionBus>();
-        m_track = Any(m_tracks.Count());
-        ASSERT_NO_FATAL_FAILURE(
-            StartPlayer({m_tracks.Path(m_track).string()}, m_bus->Environment()));
-        m_stepsSinceStart = 0;
-        m_most = {};
-    }
-
-    // A number that the player tells over the bus; nothing if it doesn't.
-    std::optional<std::string> Property(const std::string& name) const
-    {
-        const std::filesystem::path log = folder / "answer";
-        std::filesystem::remove(log);
-        Process asker({.arguments = {"gdbus", "call", "--session", "--timeout", "2", "--dest",
-                                     kBusName, "--object-path", "/org/mpris/MediaPlayer2",
-                                     "--method", "org.freedesktop.DBus.Properties.Get",
-                                     "org.mpris.MediaPlayer2.Player", name},
-                       .environment = m_bus->Environment(),
-                       .log = log});
-        if (asker.WaitForExit(3s) != 0)
-            return std::nullopt;
-        return ReadFile(log);
-    }
-    std::optional<double> Position() const
-    {
-        const std::optional<std::string> told = Property("Position"); // (<int64 1234>,)
-        const std::size_t number = told ? told->find("int64 ") : std::string::npos;
-        if (number == std::string::npos)
-            return std::nullopt;
-        return std::atof(told->c_str() + number + 6) / 1e6;
-    }
-    bool Is(const char* status) const
-    {
-        const std::optional<std::string> told = Property("PlaybackStatus");
-        return told && told->find(status) != std::string::npos;
-    }
-
-    // By a later start, as a double click in a file manager.
-    void Open(const std::filesystem::path& path, const std::string& said = {})
-    {
-        Player later(screen, sound.Environment(), home, PlayerStart{.arguments = {path.string()}});
-        EXPECT_EQ(later.Program().WaitForExit(20s), 0);
-        EXPECT_EQ(later.Log(), said);
-    }
-    void Open(int track)
-    {
-        m_track = track;
-        Open(m_tracks.Path(m_track));
-        EXPECT_TRUE(Eventually([this] { return Shown().track == m_track; }, kPatience, 20ms))
-            << "the picture of track " << m_track << " did not come";
-    }
-    void Restart()
-    {
-        Leave();
-        EXPECT_EQ(player->Log(), "");
-        const std::string settings = ReadFile(home.SettingsFile());
-        EXPECT_GE(std::ranges::count(settings, '\n'), m_settingLines) << settings;
-        m_settingLines = std::ranges::count(settings, '\n');
-        Begin();
-    }
-
-    SoakTracks::Shown Shown()
-    {
-        return SoakTracks::Decode(eyes.At(Middle())).value_or(SoakTracks::Shown{-1, -1});
-    }
 
     void DoOneOf(const std::vector<Deed>& deeds)
     {
@@ -289,6 +174,11 @@ protected:
                  Rest(2000);
                  player->Program().Signal(SIGCONT);
              }},
+            {"the clock is set", 2,
+             [this] {
+                 MoveClock((Any(49) - 24) * kHour);
+                 Rest(1000);
+             }},
             {"the sound's file is deleted", 1,
              [this] { Damage([](const auto& path) { std::filesystem::remove(path); }); }},
             {"the sound's file is cut", 1,
@@ -321,53 +211,6 @@ protected:
         m_tracks.Write(damaged);
     }
 
-    // A stall of the machine is none of the player's.
-    void ExpectAnswer()
-    {
-        for (int tried = 0; tried < 3; ++tried) {
-            const Moment asked = Clock::now();
-            if (player->AnswerTime(kAnswersWithin))
-                return;
-            if (!m_stalls.StalledBetween(asked, Clock::now()))
-                break;
-        }
-        ADD_FAILURE() << "the window does not answer";
-    }
-
-    void ExpectThePicture()
-    {
-        std::string seen;
-        const auto isRight = [&] {
-            const std::optional<double> before = Position();
-            const SoakTracks::Shown shown = Shown();
-            const std::optional<double> after = Position();
-            if (!before || !after)
-                return false;
-            std::ostringstream account;
-            account << "track " << shown.track << ", second " << shown.second << "; position "
-                    << *before << " to " << *after << " of track " << m_track;
-            seen = account.str();
-            return shown.track == m_track && shown.second + 1 > *before - kPictureWithinSeconds &&
-                   shown.second < *after + kPictureWithinSeconds;
-        };
-        EXPECT_TRUE(Eventually(isRight, 10s, 50ms)) << seen;
-    }
-
-    void ExpectNothingLost()
-    {
-        EXPECT_EQ(player->Log(), "");
-        const Holdings now = Holdings::Of(player->Program());
-        if (m_stepsSinceStart <= kStepsToWarmUp) {
-            m_most = {std::max(now.descriptors, m_most.descriptors),
-                      std::max(now.threads, m_most.threads),
-                      std::max(now.kibibytes, m_most.kibibytes)};
-            return;
-        }
-        EXPECT_LE(now.descriptors, m_most.descriptors + kMoreDescriptors);
-        EXPECT_LE(now.threads, m_most.threads + kMoreThreads);
-        EXPECT_LE(now.kibibytes, m_most.kibibytes + kMoreKibibytes);
-    }
-
     void Step(int number)
     {
         ++m_stepsSinceStart;
@@ -389,16 +232,7 @@ protected:
         ExpectNothingLost();
     }
 
-    const unsigned m_seed = static_cast<unsigned>(FromEnvironment("LANTERN_SOAK_SEED", 1.0));
-    std::mt19937 m_random;
-    SoakTracks m_tracks{folder.Path()};
-    StallWatch m_stalls;
-    std::unique_ptr<SessionBus> m_bus;
     std::deque<std::string> m_done;
-    int m_track = 0;
-    int m_stepsSinceStart = 0;
-    std::ptrdiff_t m_settingLines = 0;
-    Holdings m_most;
 };
 
 TEST_F(Soak, AnEvening)
