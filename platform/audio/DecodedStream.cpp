@@ -19,14 +19,20 @@ constexpr std::int64_t kMusepackDelayFrames = 481;
 constexpr int kOpeningPackets = 500;
 // No packet stands for more than this, whatever duration it claims.
 constexpr std::int64_t kLongestPacketFrames = 65536;
+// What a decoder with a memory is led in with: the packets before the place that is sought.
+constexpr int kLeadInMs = 500;
 // More frames beyond a claimed end than it can be wrong by, at any rate.
 constexpr std::int64_t kMostWithheldFrames = 450000;
 
+bool IsLossless(const AVCodecContext& codec)
+{
+    return (codec.codec_descriptor->props & AV_CODEC_PROP_LOSSLESS) != 0;
+}
+
 bool IsShallow(const AVCodecContext& codec, const AVFrame& frame)
 {
-    const AVCodecDescriptor* const descriptor = codec.codec_descriptor;
-    const bool lossless = (descriptor->props & AV_CODEC_PROP_LOSSLESS) != 0;
-    return !lossless || av_get_bytes_per_sample(static_cast<AVSampleFormat>(frame.format)) <= 2;
+    return !IsLossless(codec) ||
+           av_get_bytes_per_sample(static_cast<AVSampleFormat>(frame.format)) <= 2;
 }
 
 SampleKind KindToKeep(const ContainerKind& container, const AVCodecContext& codec,
@@ -47,6 +53,16 @@ std::int64_t LostFrames(const AVCodecContext& codec)
     if (codec.sample_rate <= 16000)
         return 512;
     return codec.sample_rate <= (version1 ? 32000 : 22050) ? 1024 : 2048;
+}
+
+// So that each stamp stands for one frame. The packets of sound that is coded in blocks, in a
+// container for one that is not, are stamped as they come.
+bool StampsAreExact(const ContainerKind& container, const AVCodecContext& codec, AVRational unit,
+                    int rate)
+{
+    const bool perSample =
+        container.seeks != SeekRule::Tail || av_get_exact_bits_per_sample(codec.codec_id) >= 8;
+    return perSample && unit.den % (std::int64_t{rate} * unit.num) == 0;
 }
 
 std::int64_t DelayFrames(const AVCodecContext& codec)
@@ -75,6 +91,15 @@ std::unique_ptr<DecodedStream> DecodedStream::Open(const ByteSource& bytes, cons
     return stream;
 }
 
+std::unique_ptr<DecodedStream> DecodedStream::OpenAt(const ByteSource& bytes,
+                                                     const WorkLimit& limit, std::int64_t frame)
+{
+    auto stream = Open(bytes, limit);
+    if (!stream || (frame > 0 && !stream->SeekTo(frame)))
+        return nullptr;
+    return stream;
+}
+
 bool DecodedStream::OpenCodec()
 {
     const AVStream& stream = m_container->Stream();
@@ -96,10 +121,54 @@ bool DecodedStream::DecodeFirstFrame()
     return !m_block.empty();
 }
 
+bool DecodedStream::SeekTo(std::int64_t frame)
+{
+    const SeekRule rule = m_container->Kind().seeks;
+    const std::int64_t decoded = frame - m_leadFrames;
+    const std::int64_t leadIn = std::int64_t{kLeadInMs} * m_sampleRate / 1000;
+    if (!m_exactPlaces || rule == SeekRule::Never || decoded < 2 * leadIn)
+        return false;
+    const std::int64_t stamp =
+        m_firstStamp + av_rescale_q(IsLossless(*m_codec) ? decoded : decoded - leadIn,
+                                    AVRational{1, m_sampleRate}, m_container->Stream().time_base);
+
+    const bool found = rule == SeekRule::Reading ? ReadToStamp(stamp) : m_container->SeekTo(stamp);
+    if (!found)
+        return false;
+    m_block.clear();
+    m_withheld.clear();
+    m_emittedFrames = frame;
+    m_blockReturned = false;
+    m_closingSilence = 0;
+    m_packetsEnded = m_finished = false;
+    m_soughtDecoded = decoded;
+    avcodec_flush_buffers(m_codec.get());
+    if (rule == SeekRule::Reading)
+        DecodePacket(m_packet.get());
+    else
+        m_stamps.Leap();
+    while (m_block.empty() && !m_finished && !m_missed)
+        Advance();
+    return !m_block.empty() && !m_missed;
+}
+
+// The packet that begins at the stamp or after it is then the present one.
+bool DecodedStream::ReadToStamp(std::int64_t stamp)
+{
+    while (m_container->ReadPacket(*m_packet)) {
+        if (m_packet->pts == AV_NOPTS_VALUE)
+            return false;
+        if (m_packet->pts >= stamp)
+            return true;
+        m_stamps.Note(*m_packet);
+    }
+    return false;
+}
+
 std::span<const std::byte> DecodedStream::NextBlock()
 {
     // The first block has been decoded by Open.
-    if (m_emittedFrames > 0)
+    if (std::exchange(m_blockReturned, true))
         m_block.clear();
     while (m_block.empty() && !m_finished)
         Advance();
@@ -140,12 +209,13 @@ void DecodedStream::DecodePacket(const AVPacket* packet)
         return;
     m_stamps.Note(*packet);
     // What can't be decoded is silence, so that all that follows keeps its place.
-    if (failed && m_block.size() == before) {
+    if (failed && m_block.size() == before && !m_soughtDecoded) {
         const AVRational timeBase = m_container->Stream().time_base;
         if (m_converter)
             AppendSilence(av_rescale_q(packet->duration, timeBase, AVRational{1, m_sampleRate}));
         else
             m_undecodedTicks += std::min<std::int64_t>(packet->duration, INT32_MAX);
+        DropDelay();
     }
 }
 
@@ -156,6 +226,8 @@ bool DecodedStream::TakeFrame()
     const bool first = !m_converter;
     if (first && !BeginSound())
         return false;
+    if (m_soughtDecoded && !Arrive())
+        return false;
     if (!m_converter->Convert(*m_frame, m_block)) {
         if (first) {
             m_converter.reset();
@@ -165,6 +237,17 @@ bool DecodedStream::TakeFrame()
     }
     DropDelay();
     return true;
+}
+
+// The first frame behind a leap: its stamp tells how many are to be dropped until the one sought.
+bool DecodedStream::Arrive()
+{
+    const std::int64_t arrived = av_rescale_q(
+        m_frame->pts - m_firstStamp, m_container->Stream().time_base, AVRational{1, m_sampleRate});
+    m_missed = m_frame->pts == AV_NOPTS_VALUE || arrived > *m_soughtDecoded;
+    m_delayFrames = *m_soughtDecoded - arrived;
+    m_soughtDecoded.reset();
+    return !m_missed;
 }
 
 bool DecodedStream::BeginSound()
@@ -182,6 +265,10 @@ bool DecodedStream::BeginSound()
     m_delayFrames = DelayFrames(*m_codec) + m_container->SilentFrames();
     AppendSilence(LostFrames(*m_codec));
     AppendSilence(av_rescale_q(m_undecodedTicks, stream.time_base, AVRational{1, m_sampleRate}));
+    m_leadFrames = FramesIn(m_block) - m_delayFrames;
+    m_firstStamp = m_frame->pts;
+    m_exactPlaces = m_firstStamp != AV_NOPTS_VALUE && rate == m_sampleRate &&
+                    StampsAreExact(m_container->Kind(), *m_codec, stream.time_base, rate);
     return true;
 }
 

@@ -22,6 +22,11 @@ public:
     // Null if nothing decodes to at least one frame. Both references must outlive it.
     static std::unique_ptr<DecodedStream> Open(const ByteSource& bytes, const WorkLimit& limit);
 
+    // The same, from this frame of the sound on; null where that can't be told to the frame. What
+    // is decoded with a loss may differ by a trace from a decode from the start.
+    static std::unique_ptr<DecodedStream> OpenAt(const ByteSource& bytes, const WorkLimit& limit,
+                                                 std::int64_t frame);
+
     int SampleRate() const { return m_sampleRate; }
     SampleKind Kind() const { return m_sampleKind; }
 
@@ -36,6 +41,9 @@ private:
 
     bool OpenCodec();
     bool DecodeFirstFrame();
+    bool SeekTo(std::int64_t frame);
+    bool ReadToStamp(std::int64_t stamp);
+    bool Arrive();
     void Advance();
     void DecodePacket(const AVPacket* packet);
     bool TakeFrame();
@@ -58,13 +66,19 @@ private:
     SampleKind m_sampleKind = SampleKind::Int16;
     int m_sampleRate = 0;
 
-    std::vector<std::byte> m_block;    // what NextBlock returns
+    std::vector<std::byte> m_block; // what NextBlock returns
+    bool m_blockReturned = false;
     std::vector<std::byte> m_withheld; // frames beyond the claimed end, until it is refuted
     std::int64_t m_claimedFrames = 0;  // 0 without a claim, or once it is refuted
     std::int64_t m_emittedFrames = 0;  // in all blocks returned so far
     std::int64_t m_delayFrames = 0;    // still to be dropped at the start
-    std::int64_t m_closingSilence = 0; // frames still to come after the last packet
+    std::int64_t m_leadFrames = 0;     // of the sound, before the first that was decoded
+    std::int64_t m_firstStamp = AV_NOPTS_VALUE;  // of that
+    std::optional<std::int64_t> m_soughtDecoded; // a decoded frame, until one before it is there
+    bool m_missed = false;                       // what was sought lies before all that came
+    std::int64_t m_closingSilence = 0;           // frames still to come after the last packet
     std::int64_t m_undecodedTicks = 0; // of the packets that failed before the first frame
+    bool m_exactPlaces = false;        // stamps tell each frame from the next
     bool m_packetsEnded = false;
     bool m_finished = false;
 };

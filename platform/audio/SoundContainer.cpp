@@ -14,19 +14,19 @@ namespace lantern {
 namespace {
 
 constexpr std::array kContainers = {
-    ContainerKind{"aac", LengthRule::Packets},
-    ContainerKind{"aiff", LengthRule::Packets, true},
-    ContainerKind{"ape", LengthRule::Claim},
+    ContainerKind{"aac", LengthRule::Packets, SeekRule::Reading},
+    ContainerKind{"aiff", LengthRule::Packets, SeekRule::Tail},
+    ContainerKind{"ape", LengthRule::Claim, SeekRule::Index},
     ContainerKind{"asf", LengthRule::Claim},
-    ContainerKind{"au", LengthRule::Packets, true},
-    ContainerKind{"flac", LengthRule::Packets},
+    ContainerKind{"au", LengthRule::Packets, SeekRule::Tail},
+    ContainerKind{"flac", LengthRule::Packets, SeekRule::Index},
     ContainerKind{"libopenmpt", LengthRule::TrustedClaim},
-    ContainerKind{"mov,mp4,m4a,3gp,3g2,mj2", LengthRule::Claim},
-    ContainerKind{"mp3", LengthRule::Packets},
+    ContainerKind{"mov,mp4,m4a,3gp,3g2,mj2", LengthRule::Claim, SeekRule::Index},
+    ContainerKind{"mp3", LengthRule::Packets, SeekRule::Reading},
     ContainerKind{"mpc", LengthRule::Claim},
     ContainerKind{"mpc8", LengthRule::Claim},
-    ContainerKind{"ogg", LengthRule::Claim},
-    ContainerKind{"wav", LengthRule::Packets, true},
+    ContainerKind{"ogg", LengthRule::Claim, SeekRule::Index},
+    ContainerKind{"wav", LengthRule::Packets, SeekRule::Tail},
 };
 
 // Every decoder that the containers above need. What is not in the list, video and pictures above

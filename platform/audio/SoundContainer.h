@@ -19,10 +19,18 @@ enum class LengthRule {
     TrustedClaim, // the header: the container renders its packets, and runs over its end
 };
 
+// How a place in the middle is found, to the very packet.
+enum class SeekRule {
+    Never,   // it can't be
+    Reading, // the packets before it are read, which takes a moment in an hour of sound
+    Index,   // the library finds it, at once
+    Tail     // likewise, and a look at the tail tells the length
+};
+
 struct ContainerKind {
     std::string_view name; // of FFmpeg's demuxer
     LengthRule rule = LengthRule::Packets;
-    bool seekable = false; // to the very packet, so that a look at the tail will do
+    SeekRule seeks = SeekRule::Never;
 };
 
 // The bytes of a sound taken apart into the packets of its audio stream. Nothing but the given

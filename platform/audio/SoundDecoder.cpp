@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "SoundDecoder.h"
 
+#include "AdvanceDecoder.h"
 #include "ByteSource.h"
 #include "DecodedStream.h"
 #include "PcmStore.h"
@@ -64,6 +65,7 @@ private:
     WorkLimit m_limit;
     std::unique_ptr<DecodedStream> m_stream; // the thread's, once that runs
     std::unique_ptr<PcmStore> m_store;
+    std::unique_ptr<AdvanceDecoder> m_advance;
     int m_sampleRate = 0;
     std::int64_t m_expectedFrames = 0;
     std::atomic<bool> m_ended = false;
@@ -80,6 +82,7 @@ bool BackgroundDecoder::Start(milliseconds timeToMeasure)
     const SampleKind kind = m_stream->Kind();
     m_sampleRate = m_stream->SampleRate();
     m_store = std::make_unique<PcmStore>(kind, m_sampleRate);
+    m_advance = std::make_unique<AdvanceDecoder>(*m_bytes, m_limit, kind, m_sampleRate);
     m_thread = std::thread([this] { DecodeToEnd(); });
 
     // The length is wanted as soon as a sound is open, long before it is decoded.
@@ -91,10 +94,13 @@ bool BackgroundDecoder::Start(milliseconds timeToMeasure)
 
 void BackgroundDecoder::DecodeToEnd()
 {
-    for (auto block = m_stream->NextBlock(); !block.empty(); block = m_stream->NextBlock())
+    for (auto block = m_stream->NextBlock(); !block.empty(); block = m_stream->NextBlock()) {
         if (!m_store->Append(block))
             break;
+        m_advance->Work(m_store->PublishedFrames());
+    }
     m_ended.store(true, std::memory_order_release);
+    m_advance->Finish();
 }
 
 SoundDecoder::Chunk BackgroundDecoder::Read(std::int64_t firstFrame, std::span<float> stereo)
@@ -102,12 +108,20 @@ SoundDecoder::Chunk BackgroundDecoder::Read(std::int64_t firstFrame, std::span<f
     const std::int64_t first = std::max<std::int64_t>(0, firstFrame);
     const auto wanted =
         static_cast<int>(std::min<std::size_t>(stereo.size() / 2, std::numeric_limits<int>::max()));
+    m_advance->Follow(first);
     // Asked in this order, the end can't come between: once decoded, the count is final.
     const bool ended = DecodedToEnd();
     const std::int64_t decoded = m_store->PublishedFrames();
     Chunk chunk;
     chunk.frames = m_store->Read(first, stereo);
     chunk.atEnd = ended && first + chunk.frames >= decoded;
+    if (chunk.frames < wanted && !ended) {
+        const std::int64_t next = first + chunk.frames;
+        const auto rest = stereo.subspan(static_cast<std::size_t>(chunk.frames) * 2);
+        const AdvanceDecoder::Part part = m_advance->Read(next, rest);
+        chunk.frames += part.frames;
+        chunk.atEnd = part.atEnd;
+    }
     chunk.notYet = chunk.frames < wanted && !chunk.atEnd;
     return chunk;
 }

@@ -145,7 +145,7 @@ SoundLength MeasureSound(const ByteSource& bytes, int sampleRate, const WorkLimi
     const std::int64_t claimed = container->ClaimedFrames(sampleRate);
     if (container->Kind().rule == LengthRule::TrustedClaim && claimed > 0)
         return {.frames = claimed, .exact = true};
-    if (container->Kind().seekable && claimed > 0) {
+    if (container->Kind().seeks == SeekRule::Tail && claimed > 0) {
         if (TailBearsOut(*container, claimed, sampleRate))
             return {.frames = claimed, .exact = true};
         if (!container->SeekTo(0))

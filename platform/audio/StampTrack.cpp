@@ -25,9 +25,11 @@ void StampTrack::Note(const AVPacket& packet)
         const AVRational second = {1, 1};
         const std::int64_t tolerance = av_rescale_q(1, second, m_timeBase);
         const std::int64_t expected = SaturatedSum(m_last, m_length);
-        m_broken = m_broken || packet.pts < m_last ||
-                   (m_length > 0 && packet.pts > SaturatedSum(expected, tolerance));
+        const bool follows = packet.pts >= m_last &&
+                             (m_length <= 0 || packet.pts <= SaturatedSum(expected, tolerance));
+        m_broken = m_broken || !(follows || m_leaps);
     }
+    m_leaps = false;
     // Monkey's Audio gives no durations; but all its packets have one length.
     const std::int64_t step =
         m_any ? std::max<std::int64_t>(SaturatedSum(packet.pts, -m_last), 0) : 0;

@@ -14,6 +14,8 @@ public:
     explicit StampTrack(AVRational timeBase) : m_timeBase(timeBase) {}
 
     void Note(const AVPacket& packet);
+    // Packets are left out here: the next one need not follow upon the last.
+    void Leap() { m_leaps = true; }
 
     // The stamps follow upon each other, and the last packet ends a second before the claimed
     // length or later. Frames are counted at the rate, from the sound's start.
@@ -28,6 +30,7 @@ private:
 
     AVRational m_timeBase;
     bool m_any = false;
+    bool m_leaps = false;
     bool m_broken = false;
     std::int64_t m_first = 0;
     std::int64_t m_last = 0;
