@@ -59,6 +59,8 @@ public:
     virtual void Close() = 0;
 
     virtual State GetState() = 0;
+    // Whether the sound server, which has a device, owes an answer before the stream can sound.
+    virtual bool IsAnswerDue() = 0;
     // Frames of the current stream that have been heard by now, between two frames too; 0 before
     // the first. It may step back by a little, but stays within what the source gave.
     virtual double HeardFrames() = 0;

@@ -123,6 +123,12 @@ void PulseOutput::Close()
     m_state = State::Waiting;
 }
 
+bool PulseOutput::IsAnswerDue()
+{
+    const PulseConnection::Lock lock(m_connection);
+    return m_stream && (m_emptying || pa_stream_get_state(m_stream) == PA_STREAM_CREATING);
+}
+
 double PulseOutput::HeardFrames()
 {
     const std::scoped_lock guard(m_heardMutex);

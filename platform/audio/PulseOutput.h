@@ -29,6 +29,7 @@ public:
     void Pause() override;
     void Close() override;
     State GetState() override { return m_state; }
+    bool IsAnswerDue() override;
     double HeardFrames() override;
 
 private:

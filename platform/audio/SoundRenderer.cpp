@@ -349,7 +349,9 @@ SoundRenderer::Clock::duration SoundRenderer::Watch()
     }
     if (m_begun && m_output.GetState() == AudioOutput::State::Waiting) {
         const Clock::time_point now = Clock::now();
-        if (now - *(m_silentSince = m_silentSince.value_or(now)) > kSilenceBearable) {
+        const bool isLong = now - *(m_silentSince = m_silentSince.value_or(now)) > kSilenceBearable;
+        // A server that has just been started, on a busy machine, may be slow.
+        if (isLong && !m_output.IsAnswerDue()) {
             m_silentSince.reset();
             m_report(Event::NoDevice, m_now.serial);
         }

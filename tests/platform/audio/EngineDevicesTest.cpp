@@ -331,6 +331,20 @@ TEST_F(EngineDevices, AShortFreezeLosesNothing)
     EXPECT_EQ(m_engine->GetSoundStatus(), SoundStatus::Playing);
 }
 
+// One that has just been started, on a busy machine: its device is there.
+TEST_F(EngineDevices, AServerThatIsSlowToBeginIsWaitedFor)
+{
+    Load(MakeTone(44100, 20'000, 440));
+    m_server.Freeze();
+    m_engine->StartSound();
+    Pass(3s);
+    EXPECT_EQ(m_engine->GetSoundStatus(), SoundStatus::Playing);
+    EXPECT_EQ(m_engine->GetSoundPosition(), 0);
+    m_server.Thaw();
+    EXPECT_TRUE(PassUntil([&] { return m_engine->GetSoundPosition() > 300; }, 3s));
+    EXPECT_EQ(m_engine->GetSoundStatus(), SoundStatus::Playing);
+}
+
 TEST_F(EngineDevices, WithoutAServerThereIsNoDeviceAndNoStart)
 {
     m_server.Kill();

@@ -120,6 +120,7 @@ public:
         const std::scoped_lock lock(m_mutex);
         return m_state;
     }
+    bool IsAnswerDue() override { return false; }
     double HeardFrames() override
     {
         const std::scoped_lock lock(m_mutex);
