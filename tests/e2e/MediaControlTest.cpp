@@ -3,6 +3,7 @@
 // programs that mean no good.
 #include "Journey.h"
 #include "SessionBus.h"
+#include "StallWatch.h"
 
 #include <cmath>
 #include <csignal>
@@ -33,6 +34,28 @@ double Unevenness(std::span<const float> stereo, double frequency)
     }
     return most;
 }
+
+constexpr double kMostMs = 5.0;
+constexpr double kMostOffSeconds = 0.5;
+constexpr double kMostUneven = 0.001;
+constexpr double kMostOffLevel = 0.001;
+// Far less than the sound that waits in the server, but the client and the bus stall, too.
+constexpr Clock::duration kSpoilingStall = 30ms;
+
+// What came of a flood of calls.
+struct FloodedSound {
+    double medianMs = 0;    // of the answers
+    double positionOff = 0; // by seconds
+    double levelOff = 0;    // of a full scale of 1
+    double unevenness = 0;  // likewise
+    bool isSpoiled = false; // by a machine that stalled meanwhile
+
+    bool IsGood() const
+    {
+        return medianMs < kMostMs && positionOff < kMostOffSeconds && levelOff < kMostOffLevel &&
+               unevenness < kMostUneven;
+    }
+};
 
 constexpr QRgb kFirst = 0xFF3366CC;
 constexpr QRgb kSecond = 0xFFCC3300;
@@ -98,8 +121,36 @@ protected:
         return Eventually([&] { return Control(question) == answer; }, kPatience, 20ms);
     }
 
+    FloodedSound Flood();
+
     SessionBus bus;
 };
+
+// Eight seconds of a thousand calls.
+FloodedSound MediaControl::Flood()
+{
+    const double before = Position();
+    const Moment start = Clock::now();
+    const std::string said =
+        Said({"/usr/bin/python3", "-B", LANTERN_FLOODING_CLIENT, kBusName, "8"});
+    const Moment end = Clock::now();
+    std::cout << said << '\n';
+    FloodedSound sounded;
+    sounded.positionOff = std::abs(Position() - before - Milliseconds(end - start) / 1000.0);
+    int answers = 0;
+    int refused = 0;
+    EXPECT_EQ(std::sscanf(said.c_str(), "%d answers %d refused %lf median", &answers, &refused,
+                          &sounded.medianMs),
+              3)
+        << said;
+    EXPECT_EQ(answers, 8000);
+    EXPECT_EQ(refused, 0);
+    const std::vector<float> heard = ears.Heard().Between(start, end - 200ms);
+    EXPECT_GT(heard.size(), std::size_t{2} * 7 * Recording::kRate);
+    sounded.levelOff = std::abs(Level(heard) - kLoudness / std::sqrt(2.0));
+    sounded.unevenness = Unevenness(heard, 660.0);
+    return sounded;
+}
 
 TEST_F(MediaControl, PlaysPausesAndMovesTheTrack)
 {
@@ -280,32 +331,24 @@ TEST_F(MediaControl, ProgramsThatMeanNoGoodDoNotBringItDown)
 TEST_F(MediaControl, AThousandCallsASecondAreAnsweredWhileTheSoundGoesOn)
 {
     ASSERT_NO_FATAL_FAILURE(Open());
-    const double before = Position();
-    const Moment start = Clock::now();
-    const std::string said =
-        Said({"/usr/bin/python3", "-B", LANTERN_FLOODING_CLIENT, kBusName, "8"});
-    const Moment end = Clock::now();
-    EXPECT_NEAR(Position() - before, Milliseconds(end - start) / 1000.0, 0.5);
-    std::cout << said << '\n';
-    int answers = 0;
-    int refused = 0;
-    double median = 0;
-    ASSERT_EQ(
-        std::sscanf(said.c_str(), "%d answers %d refused %lf median", &answers, &refused, &median),
-        3)
-        << said;
-    EXPECT_EQ(answers, 8000);
-    EXPECT_EQ(refused, 0);
-    EXPECT_LT(median, 5.0);
-
-    const std::vector<float> heard = ears.Heard().Between(start, end - 200ms);
-    EXPECT_GT(heard.size(), std::size_t{2} * 7 * Recording::kRate);
-    EXPECT_NEAR(Level(heard), kLoudness / std::sqrt(2.0), 0.001);
-    EXPECT_LT(Unevenness(heard, 660.0), 0.001) << "the sound stutters";
+    FloodedSound sounded;
+    for (int attempt = 0; attempt < 3; ++attempt) {
+        const StallWatch stalls;
+        ASSERT_NO_FATAL_FAILURE(sounded = Flood());
+        sounded.isSpoiled = !sounded.IsGood() && stalls.LongestStall() > kSpoilingStall;
+        if (!sounded.isSpoiled)
+            break;
+    }
     EXPECT_EQ(Control({"status"}), "Playing");
     Control({"next"});
     EXPECT_TRUE(AwaitTone(880.0));
     EXPECT_EQ(player->Log(), "");
+    if (sounded.isSpoiled)
+        GTEST_SKIP() << "the machine stalled: whether the sound stutters was not measured";
+    EXPECT_LT(sounded.medianMs, kMostMs);
+    EXPECT_LT(sounded.positionOff, kMostOffSeconds);
+    EXPECT_LT(sounded.levelOff, kMostOffLevel);
+    EXPECT_LT(sounded.unevenness, kMostUneven) << "the sound stutters";
 }
 
 } // namespace
