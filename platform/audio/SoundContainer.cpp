@@ -43,6 +43,10 @@ constexpr int kIoBufferSize = 65536;
 // sound fits.
 constexpr std::size_t kLargestAllocation = std::size_t{256} << 20;
 
+// Where so much follows a packet and holds no other, the sound is over. The library would keep all
+// of it in memory, in search of a packet's end.
+constexpr std::int64_t kMostBetweenPackets = std::int64_t{16} << 20;
+
 const ContainerKind* FindKind(std::string_view name)
 {
     const auto* const found = std::ranges::find(kContainers, name, &ContainerKind::name);
@@ -135,6 +139,8 @@ bool SoundContainer::ReadPacket(AVPacket& packet)
 {
     for (;;) {
         av_packet_unref(&packet);
+        if (m_bytesToRead > 0) // else it is over, though the library may make packets of the rest
+            m_bytesToRead = kMostBetweenPackets;
         if (m_limit.Reached() || av_read_frame(m_format.get(), &packet) < 0)
             return false;
         if (packet.stream_index == m_stream->index)
@@ -144,6 +150,7 @@ bool SoundContainer::ReadPacket(AVPacket& packet)
 
 bool SoundContainer::SeekTo(std::int64_t stamp)
 {
+    m_bytesToRead = kAnyNumber;
     return av_seek_frame(m_format.get(), m_stream->index, stamp, AVSEEK_FLAG_BACKWARD) >= 0;
 }
 
@@ -184,9 +191,12 @@ int SoundContainer::ReadBytes(void* opaque, std::uint8_t* out, int size)
     auto& self = *static_cast<SoundContainer*>(opaque);
     if (self.m_limit.Reached())
         return AVERROR_EXIT;
+    if (self.m_bytesToRead <= 0)
+        return AVERROR_EOF;
     const std::size_t got =
         self.m_bytes.ReadAt(self.m_position, std::span(out, static_cast<std::size_t>(size)));
     self.m_position += static_cast<std::int64_t>(got);
+    self.m_bytesToRead -= static_cast<std::int64_t>(got);
     return got != 0 ? static_cast<int>(got) : AVERROR_EOF;
 }
 

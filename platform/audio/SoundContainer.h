@@ -7,6 +7,7 @@
 #include "WorkLimit.h"
 
 #include <cstdint>
+#include <limits>
 #include <memory>
 #include <string_view>
 
@@ -70,6 +71,8 @@ public:
     bool LimitReached() const { return m_limit.Reached(); }
 
 private:
+    static constexpr std::int64_t kAnyNumber = std::numeric_limits<std::int64_t>::max();
+
     SoundContainer(const ByteSource& bytes, const WorkLimit& limit) : m_bytes(bytes), m_limit(limit)
     {
     }
@@ -86,6 +89,7 @@ private:
     const ByteSource& m_bytes;
     const WorkLimit& m_limit;
     std::int64_t m_position = 0;
+    std::int64_t m_bytesToRead = kAnyNumber; // that the library may still read for what it is at
     // The format context uses the byte context until its own end.
     AvPointer<AVIOContext> m_io;
     AvPointer<AVFormatContext> m_format;

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "DecodedSound.h"
+#include "DecodedStream.h"
 #include "TestSounds.h"
+#include "WatchedBytes.h"
 
 #include <QDir>
 #include <QFile>
@@ -237,6 +239,29 @@ TEST_F(BadInput, AFileThatShrinksWhileItIsReadEndsEarly)
     WaitForEnd(*decoder);
     EXPECT_GT(decoder->FrameCount(), 0);
     EXPECT_LE(decoder->FrameCount(), 44100 * 120);
+}
+
+TEST_F(BadInput, AnEndlessTailOfNothingIsNotTakenIntoMemory)
+{
+    const std::pair<QString, QString> kinds[] = {
+        {QStringLiteral("a.flac"), QStringLiteral("flac -s -f in.wav -o")},
+        {QStringLiteral("a.mp3"), QStringLiteral("lame --quiet in.wav")}};
+    for (const auto& [name, command] : kinds) {
+        Bytes bytes =
+            ReadFile(m_folder.Encode(MakeTicks(44100, 2, 44100 * 10), Words(command), name));
+        const std::size_t size = bytes.size();
+        bytes.resize(size + (std::size_t{60} << 20));
+        const WatchedBytes watched(std::move(bytes));
+        const WorkLimit limit;
+        const auto stream = DecodedStream::Open(watched, limit);
+        ASSERT_TRUE(stream);
+        std::size_t decoded = 0;
+        for (auto block = stream->NextBlock(); !block.empty(); block = stream->NextBlock())
+            decoded += block.size();
+        const auto frames = static_cast<double>(decoded / StereoFrameSize(stream->Kind()));
+        EXPECT_NEAR(frames, 44100 * 10, 2000) << name.toStdString();
+        EXPECT_LT(watched.BytesRead(), size + (std::size_t{20} << 20)) << name.toStdString();
+    }
 }
 
 TEST_F(BadInput, DaysOfSoundAreMeasuredAtOnceAndCutOffAtTheLimit)
