@@ -15,18 +15,26 @@ constexpr std::string_view kNoMachineDevices = "load_module(\"metadata\")\n"
                                                "load_script(\"intended-roles.lua\")\n"
                                                "load_script(\"suspend-node.lua\")\n";
 
-// A desktop's usual rate is 48000. The ears listen at 44100, and of a sound that was resampled on
-// its way they could not tell which frame is which.
-constexpr std::string_view kRateOfTheEars = "context.properties = {\n"
-                                            "  default.clock.rate = 44100\n"
-                                            "  default.clock.allowed-rates = [ 44100 ]\n"
-                                            "}\n";
+std::string GraphAt(int rate)
+{
+    const std::string number = std::to_string(rate);
+    return "context.properties = {\n  default.clock.rate = " + number +
+           "\n  default.clock.allowed-rates = [ " + number + " ]\n}\n";
+}
+
+std::vector<PulseSink> SinksAt(int rate, std::vector<PulseSink> sinks)
+{
+    for (PulseSink& sink : sinks)
+        sink.rate = rate;
+    return sinks;
+}
 
 } // namespace
 
-PipeWireServer::PipeWireServer(const std::vector<Sink>& sinks) : SoundServer(sinks)
+PipeWireServer::PipeWireServer(const std::vector<Sink>& sinks, int rate)
+    : SoundServer(rate == kRateOfTheEars ? sinks : SinksAt(rate, sinks))
 {
-    WriteConfiguration();
+    WriteConfiguration(rate);
     Start();
 }
 
@@ -49,7 +57,7 @@ void PipeWireServer::KillWhole()
         process->WaitForExit(5s);
 }
 
-void PipeWireServer::WriteConfiguration()
+void PipeWireServer::WriteConfiguration(int rate)
 {
     const auto write = [this](const std::string& path, std::string_view text) {
         const std::filesystem::path file = Folder() / "home/.config" / path;
@@ -58,7 +66,7 @@ void PipeWireServer::WriteConfiguration()
     };
     write("wireplumber/main.lua.d/90-enable-all.lua", kNoMachineDevices);
     write("wireplumber/bluetooth.lua.d/90-enable-all.lua", "");
-    write("pipewire/pipewire.conf.d/rate.conf", kRateOfTheEars);
+    write("pipewire/pipewire.conf.d/rate.conf", GraphAt(rate));
 }
 
 std::unique_ptr<Process> PipeWireServer::Run(const std::string& program)

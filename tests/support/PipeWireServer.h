@@ -12,7 +12,12 @@ namespace lantern::test {
 // its own. KillWhole ends all three, and Restart then starts all of them.
 class PipeWireServer final : public SoundServer {
 public:
-    explicit PipeWireServer(const std::vector<Sink>& sinks = {{"studio", "Studio Speakers"}});
+    // A desktop's usual rate is 48000. The ears listen at 44100, and of a sound that was resampled
+    // on its way they could not tell which frame is which.
+    static constexpr int kRateOfTheEars = 44100;
+
+    explicit PipeWireServer(const std::vector<Sink>& sinks = {{"studio", "Studio Speakers"}},
+                            int rate = kRateOfTheEars);
 
     void KillWhole() override;
     void KeepASinkAlways() override {} // it does from its start
@@ -25,7 +30,7 @@ private:
     std::filesystem::path Socket() const override { return Folder() / "run/pulse/native"; }
     std::unique_ptr<Process> Launch() override;
     std::unique_ptr<Process> Run(const std::string& program);
-    void WriteConfiguration();
+    void WriteConfiguration(int rate);
     void StartGraph();
 
     SessionBus m_bus;

@@ -135,9 +135,12 @@ std::string SoundServer::Control(const std::vector<std::string>& arguments) cons
 
 std::shared_ptr<SoundServer> LendSoundServer(const std::vector<PulseSink>& sinks)
 {
-    const char* const wanted = std::getenv("LANTERN_SOUND_SERVER");
-    if (wanted != nullptr && std::string_view(wanted) == "pipewire")
+    const char* const variable = std::getenv("LANTERN_SOUND_SERVER");
+    const std::string_view wanted = variable != nullptr ? variable : "";
+    if (wanted == "pipewire")
         return Lend<PipeWireServer>(sinks);
+    if (wanted == "pipewire-48000")
+        return Lend<PipeWireServer>(sinks, 48000);
     return Lend<PulseServer>(sinks);
 }
 

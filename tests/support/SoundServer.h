@@ -82,7 +82,8 @@ private:
 };
 
 // One for a test: the PulseAudio that stands for servers of that protocol, or a PipeWire if the
-// environment variable LANTERN_SOUND_SERVER is "pipewire".
+// environment variable LANTERN_SOUND_SERVER is "pipewire", or one that runs at 48 kHz, as those of
+// desktops do, if it is "pipewire-48000".
 std::shared_ptr<SoundServer> LendSoundServer(const std::vector<PulseSink>& sinks = {
                                                  {"studio", "Studio Speakers"}});
 
