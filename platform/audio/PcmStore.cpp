@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cerrno>
 #include <cstring>
 #include <sys/mman.h>
 
@@ -68,6 +69,8 @@ bool PcmStore::Append(std::span<const std::byte> frames)
         std::memcpy(m_memory + m_size, taken.data(), inMemory);
     m_size += inMemory;
     const bool stored = inMemory == taken.size() || AppendToFile(taken.subspan(inMemory));
+    if (!stored || !fits)
+        m_trouble.store(stored ? EFBIG : ENOSPC, std::memory_order_relaxed);
     m_published.store(static_cast<std::int64_t>(m_size / StereoFrameSize(m_kind)),
                       std::memory_order_release);
     return fits && stored;

@@ -35,6 +35,10 @@ public:
     // sound is as long as a sound may get, or there is no room left on the disk.
     bool Append(std::span<const std::byte> frames);
 
+    // The system's code for what did not let all of it in: EFBIG or ENOSPC; 0 as long as it all
+    // did.
+    int Trouble() const { return m_trouble.load(std::memory_order_relaxed); }
+
     std::int64_t PublishedFrames() const { return m_published.load(std::memory_order_acquire); }
     // The reader's. Copies frames that have been published, as stereo floats; returns how many.
     // Never locks or allocates, and waits for the disk at most, far into a long track.
@@ -55,6 +59,7 @@ private:
     std::size_t m_size = 0;        // the writer's count of bytes
     int m_file = kNoFile;          // made before the first frame in it is published
     std::atomic<std::int64_t> m_published = 0;
+    std::atomic<int> m_trouble = 0;
 };
 
 } // namespace lantern

@@ -26,6 +26,20 @@ constexpr milliseconds kTimeToOpen(500);
 constexpr milliseconds kTimeToMeasureFile(120);
 constexpr milliseconds kTimeToMeasureMemory(400);
 
+// A module of some kilobytes may claim to play for days.
+PcmLimits LimitsFor(const DecodedStream& stream)
+{
+    PcmLimits limits;
+    if (stream.Container().Kind().rule == LengthRule::TrustedClaim)
+        limits.largestSize = std::size_t{1} << 30;
+    return limits;
+}
+
+std::int64_t LongestSound(const DecodedStream& stream)
+{
+    return PcmStore::LongestSound(stream.Kind(), stream.SampleRate(), LimitsFor(stream));
+}
+
 class BackgroundDecoder final : public SoundDecoder {
 public:
     explicit BackgroundDecoder(std::unique_ptr<ByteSource> bytes) : m_bytes(std::move(bytes)) {}
@@ -46,6 +60,8 @@ public:
     }
 
     bool DecodedToEnd() const override { return m_ended.load(std::memory_order_acquire); }
+
+    int CutBy() const override { return m_store->Trouble(); }
 
     Chunk Read(std::int64_t firstFrame, std::span<float> stereo) override;
 
@@ -81,14 +97,14 @@ bool BackgroundDecoder::Start(milliseconds timeToMeasure)
         return false;
     const SampleKind kind = m_stream->Kind();
     m_sampleRate = m_stream->SampleRate();
-    m_store = std::make_unique<PcmStore>(kind, m_sampleRate);
+    m_store = std::make_unique<PcmStore>(kind, m_sampleRate, LimitsFor(*m_stream));
+    const std::int64_t longest = LongestSound(*m_stream);
     m_advance = std::make_unique<AdvanceDecoder>(*m_bytes, m_limit, kind, m_sampleRate);
     m_thread = std::thread([this] { DecodeToEnd(); });
 
     // The length is wanted as soon as a sound is open, long before it is decoded.
     const WorkLimit measuring(timeToMeasure);
-    m_expectedFrames = std::min(MeasureSound(*m_bytes, m_sampleRate, measuring).frames,
-                                PcmStore::LongestSound(kind, m_sampleRate));
+    m_expectedFrames = std::min(MeasureSound(*m_bytes, m_sampleRate, measuring).frames, longest);
     return true;
 }
 
@@ -161,8 +177,8 @@ std::int32_t SoundDecoder::DurationMs(const ByteSource& bytes)
     if (!stream)
         return 0;
     const int rate = stream->SampleRate();
-    const std::int64_t frames = std::min(MeasureSound(bytes, rate, limit).frames,
-                                         PcmStore::LongestSound(stream->Kind(), rate));
+    const std::int64_t frames =
+        std::min(MeasureSound(bytes, rate, limit).frames, LongestSound(*stream));
     return static_cast<std::int32_t>((frames * 1000 + rate / 2) / rate);
 }
 

@@ -16,7 +16,7 @@ class ByteSource;
 // thread of its own while it is already being read. What is read far ahead of that is decoded
 // first, from there on, where a place can be found to the frame: in all kinds but wma, mpc, modules
 // and ADPCM. A sound is cut off at 8 GB of PCM (twelve hours
-// at CD quality), at a day, or when the disk for its temporary file is full.
+// at CD quality; modules at 1 GB), at a day, or when the disk for its temporary file is full.
 //
 // It is opened on the user-interface thread. Read may then be called from one other thread, the
 // const functions and Release from any. Destruction, on any thread, stops the decoding thread and
@@ -55,6 +55,10 @@ public:
     // estimate until then in the cases named above.
     virtual std::int64_t FrameCount() const = 0;
     virtual bool DecodedToEnd() const = 0;
+
+    // The system's code for what ended the decoding before the sound did: ENOSPC, the disk is full;
+    // EFBIG, it is longer than any sound is kept. 0 if nothing did.
+    virtual int CutBy() const { return 0; }
 
     // Copies interleaved stereo frames from the frame given on (0 for a negative one). Never waits,
     // locks or allocates; a frame far ahead of what is decoded gives notYet. Only beyond 64 MB of

@@ -32,6 +32,7 @@ public:
     std::int32_t LoadFile(const QString& path) override;
     std::int32_t LoadMemory(std::span<const std::uint8_t> image) override;
     std::int32_t GetLoadedDuration() override;
+    int GetSoundTrouble() override { return m_sound ? m_sound->CutBy() : 0; }
     void CloseSound() override;
 
     void SeekSound(std::int32_t positionMs) override;

@@ -4,6 +4,7 @@
 #include "AccessibleRole.h"
 #include "Application.h"
 #include "Complaint.h"
+#include "LastErrorText.h"
 #include "MakeZipHandler.h"
 #include "PlayerSettings.h"
 #include "Version.h"
@@ -15,6 +16,7 @@
 #include <QCoreApplication>
 
 #include <cmath>
+#include <utility>
 
 namespace lantern {
 namespace {
@@ -211,6 +213,9 @@ void f101::SetWheelType(WheelMode mode)
 void f101::UpdatePlayer()
 {
     m_clock.UpdatePlayer();
+    const int trouble = m_engine->GetSoundTrouble();
+    if (std::exchange(m_soundTrouble, trouble) != trouble && trouble != 0)
+        ShowStatus(ErrorText(trouble));
 }
 
 void f101::paintEvent(QPaintEvent* event)

@@ -146,6 +146,7 @@ private:
     PacketInterpreter m_interpreter;
 
     std::unique_ptr<AudioEngine> m_engine;
+    int m_soundTrouble = 0; // as last told
     AudioControl m_audio;
     ControlRefresh m_refresh;
     PlaybackClock m_clock;

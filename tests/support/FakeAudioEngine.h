@@ -50,6 +50,7 @@ public:
     SoundStatus Status = SoundStatus::Empty;
     std::int32_t PositionMs = 0;
     std::int32_t DurationMs = 0; // of every sound that loads
+    int SoundTrouble = 0;
     float Volume = 100;
     float Balance = 0;
     int Pitch = 0;
@@ -86,6 +87,8 @@ public:
         if (SoundDone)
             SoundDone();
     }
+
+    int GetSoundTrouble() override { return SoundTrouble; }
 
     int GetDeviceCount() override
     {

@@ -44,6 +44,9 @@ public:
     virtual std::int32_t LoadFile(const QString& path) = 0;
     virtual std::int32_t LoadMemory(std::span<const std::uint8_t> image) = 0;
     virtual std::int32_t GetLoadedDuration() = 0; // milliseconds
+    // The system's code for what keeps the loaded sound from playing to its end, such as a full disk
+    // where it is unpacked; 0 for nothing. What is there plays.
+    virtual int GetSoundTrouble() { return 0; }
     virtual void CloseSound() = 0;
 
     // Positions are milliseconds within the loaded sound. A seek is exact to the sample at

@@ -116,7 +116,9 @@ TEST(PcmStore, WhatFitsExactlyIsTakenAndTheNextFrameIsNot)
 {
     PcmStore store(SampleKind::Int16, 44100, kSmall);
     EXPECT_TRUE(store.Append(Counting(0, (1 << 20) / 4)));
+    EXPECT_EQ(store.Trouble(), 0);
     EXPECT_FALSE(store.Append(Counting(0, 1)));
+    EXPECT_EQ(store.Trouble(), EFBIG);
     EXPECT_EQ(store.PublishedFrames(), (1 << 20) / 4);
 }
 
@@ -148,7 +150,9 @@ TEST(PcmStore, WithoutRoomOnTheDiskTheSoundEndsWithTheMemory)
                     .largestSize = 1 << 20,
                     .bytesToLeaveFree = std::numeric_limits<std::uint64_t>::max()});
     ASSERT_TRUE(store.Append(Counting(0, 1000)));
+    EXPECT_EQ(store.Trouble(), 0);
     EXPECT_FALSE(store.Append(Counting(1000, 1000)));
+    EXPECT_EQ(store.Trouble(), ENOSPC);
     EXPECT_EQ(store.PublishedFrames(), 1024);
     ExpectCounting(store, 0, 1024);
     EXPECT_FALSE(store.Append(Counting(1024, 1)));
@@ -184,6 +188,7 @@ TEST(PcmStore, AFileThatCannotGrowEndsTheSoundAfterItsLastWholeFrame)
     const FileSizeLimit limit(4 * 500 + 3);
     ASSERT_TRUE(store.Append(Counting(1024, 400)));
     EXPECT_FALSE(store.Append(Counting(1424, 400)));
+    EXPECT_EQ(store.Trouble(), ENOSPC);
     EXPECT_EQ(store.PublishedFrames(), 1524);
     ExpectCounting(store, 0, 1524);
     // Nor can silence make it grow.

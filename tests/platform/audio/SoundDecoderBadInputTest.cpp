@@ -241,6 +241,26 @@ TEST_F(BadInput, AFileThatShrinksWhileItIsReadEndsEarly)
     EXPECT_LE(decoder->FrameCount(), 44100 * 120);
 }
 
+// It plays no note, but its 128 positions take two and a half minutes each.
+TEST_F(BadInput, AModuleOfManyHoursIsKeptForOneAndAHalf)
+{
+    Bytes mod = ModImage();
+    const std::size_t positions = 20 + 31 * 30;
+    const std::size_t pattern = mod.size() - 64 * 4 * 4;
+    mod[positions] = 128;
+    mod[pattern + 2] = 0x0F; // ticks a row
+    mod[pattern + 3] = 31;
+    mod[pattern + 6] = 0x0F; // the tempo, in beats a minute
+    mod[pattern + 7] = 32;
+    const auto decoder = SoundDecoder::OpenMemory(mod);
+    ASSERT_TRUE(decoder);
+    const double seconds = static_cast<double>(decoder->FrameCount()) / decoder->SampleRate();
+    EXPECT_GT(seconds, 4000.0);
+    EXPECT_LT(seconds, 6000.0);
+    const QString path = m_folder.Write(QStringLiteral("a.mod"), mod);
+    EXPECT_NEAR(SoundDecoder::FileDurationMs(path), seconds * 1000.0, 1.0);
+}
+
 TEST_F(BadInput, AnEndlessTailOfNothingIsNotTakenIntoMemory)
 {
     const std::pair<QString, QString> kinds[] = {

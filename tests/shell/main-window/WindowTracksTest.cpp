@@ -65,6 +65,27 @@ TEST_F(WindowTracksTest, ANewTrackIsSeenFromItsFirstPacketWhereverTheLastOneWas)
     EXPECT_EQ(Middle(), 0xFFFF0000U);
 }
 
+TEST_F(WindowTracksTest, WhatKeepsASoundFromPlayingToItsEndIsToldOnce)
+{
+    Load(MakeBlueTrack());
+    window.UpdatePlayer();
+    EXPECT_EQ(Status(), QString());
+    engine.SoundTrouble = ENOSPC;
+    window.UpdatePlayer();
+    EXPECT_EQ(Status(), QString::fromLocal8Bit(strerror(ENOSPC)));
+    Press('V');
+    const QString other = Status();
+    window.UpdatePlayer();
+    EXPECT_EQ(Status(), other) << "once";
+    engine.SoundTrouble = 0;
+    window.OpenMedia(MakeBlueTrack());
+    window.UpdatePlayer();
+    EXPECT_EQ(Status(), QString());
+    engine.SoundTrouble = ENOSPC;
+    window.UpdatePlayer();
+    EXPECT_EQ(Status(), QString::fromLocal8Bit(strerror(ENOSPC))) << "and of the next one";
+}
+
 TEST_F(WindowTracksTest, AnOpenedTrackTakesTheMessageAway)
 {
     Load();
