@@ -129,6 +129,32 @@ TEST_F(EngineByHand, ThePositionIsThatOfTheFrameHeard)
     EXPECT_EQ(m_engine.GetSoundPosition(), 601) << "5604 - 800 frames";
 }
 
+// As a wireless headset's does, while it plays.
+TEST_F(EngineByHand, ALatencyThatStepsSetsThePositionNeverBackAndTellsNoEndTooSoon)
+{
+    Load();
+    m_engine.StartSound();
+    Play(4000);
+    EXPECT_EQ(m_engine.GetSoundPosition(), 500);
+    m_output.SetUnheard(1600);
+    EXPECT_EQ(m_engine.GetSoundPosition(), 500);
+    Play(800);
+    EXPECT_EQ(m_engine.GetSoundPosition(), 500) << "heard for the second time";
+    Play(1600);
+    EXPECT_EQ(m_engine.GetSoundPosition(), 600);
+    m_output.SetUnheard(0);
+    EXPECT_EQ(m_engine.GetSoundPosition(), 800);
+    m_output.SetUnheard(1600);
+    Play(16'000 - 6400 + 1000); // and some silence behind it
+    std::this_thread::sleep_for(100ms);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(m_engine.GetSoundStatus(), SoundStatus::Playing);
+    EXPECT_EQ(m_engine.GetSoundPosition(), 1925);
+    Play(600);
+    EXPECT_TRUE(Becomes(SoundStatus::Stopped));
+    EXPECT_EQ(m_engine.GetSoundPosition(), 2000);
+}
+
 TEST_F(EngineByHand, APausedSoundStandsWhereItWasHeardLast)
 {
     Load();
