@@ -13,10 +13,9 @@ constexpr int kBelow = 25 + 5 + 48;
 
 } // namespace
 
-WaylandJourney::WaylandJourney(int scaleOfOutput)
-    : Journey(kScreenSize, WindowManager::Absent), scale(scaleOfOutput),
-      compositor(std::make_unique<WaylandServer>(screen, scaleOfOutput)),
-      m_log(folder / "player.log")
+WaylandJourney::WaylandJourney(const std::vector<int>& scales)
+    : Journey(kScreenSize, WindowManager::Absent), scale(scales.front()),
+      compositor(std::make_unique<WaylandServer>(screen, scales)), m_log(folder / "player.log")
 {
 }
 

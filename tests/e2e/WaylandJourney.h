@@ -11,7 +11,8 @@ namespace lantern::test {
 // where they are is seen, and what the program says to the compositor is in its log.
 class WaylandJourney : public Journey {
 protected:
-    explicit WaylandJourney(int scale = 1);
+    // With outputs of these scales beside each other.
+    explicit WaylandJourney(const std::vector<int>& scales = {1});
     void TearDown() override;
 
     // Starts the player, with nothing or with a file, and waits for nothing.
@@ -42,7 +43,7 @@ protected:
     bool AwaitNoFrame(const QSize& units);
     static constexpr QSize kOptions = {412, 220};
 
-    const int scale;
+    int scale; // of the output that the player is on, which is the first at the start
     std::unique_ptr<WaylandServer> compositor;
     std::unique_ptr<Process> program;
 

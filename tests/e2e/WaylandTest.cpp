@@ -275,7 +275,7 @@ TEST_F(WaylandOptions, StandBeforeAFullScreenAndGiveTheKeyboardBack)
 // Two pixels of the screen to the unit.
 class WaylandAtTwo : public WaylandJourney {
 protected:
-    WaylandAtTwo() : WaylandJourney(2) {}
+    WaylandAtTwo() : WaylandJourney({2}) {}
 };
 
 TEST_F(WaylandAtTwo, EachWindowAndMenuIsInItsPlaceAtTwiceTheSize)
@@ -309,6 +309,92 @@ TEST_F(WaylandAtTwo, EachWindowAndMenuIsInItsPlaceAtTwiceTheSize)
     const int most = 2 * (screen.Width() - 2 * 2 * 20) / 3;
     EXPECT_TRUE(Eventually([&] { return std::abs(PictureArea().height() - most) <= 2; }))
         << PictureArea().height();
+}
+
+// A screen of the usual kind on the left, and one of twice the density on the right.
+class WaylandAtOneAndTwo : public WaylandJourney {
+protected:
+    WaylandAtOneAndTwo() : WaylandJourney({1, 2}) {}
+
+    // The compositor loses the pointer where that leaves an output with a button held. So the
+    // window is pulled across the edge by the end that comes last, and then the other part of it.
+    void DragToTheRight()
+    {
+        const QRect area = WindowArea();
+        const int y = area.y() + 12; // its body, above the picture
+        hand.Drag({area.x() + 8, y}, {kHalf - 8, y});
+        hand.Drag({kHalf + 100, 2 * y}, {kHalf + 160, 2 * y});
+        scale = 2;
+        ASSERT_TRUE(AwaitPictureSize(kSmall));
+        EXPECT_TRUE(right.contains(WindowArea())) << WindowArea().x();
+    }
+    void DragToTheLeft()
+    {
+        const QRect area = WindowArea();
+        const int y = area.y() / 2 + 12;
+        hand.Drag({area.right() - 40, 2 * y}, {kHalf + 8, 2 * y});
+        hand.Drag({kHalf - 50, y}, {kHalf - 350, y});
+        scale = 1;
+        ASSERT_TRUE(AwaitPictureSize(kSmall));
+        EXPECT_TRUE(left.contains(WindowArea())) << WindowArea().x();
+    }
+    // Whether it is drawn in the pixels of the output, and not in larger ones.
+    bool IsSharp()
+    {
+        const QImage now = eyes.Area(WindowArea());
+        for (int y = 0; y + 1 < now.height(); y += 2) {
+            for (int x = 0; x + 1 < now.width(); x += 2) {
+                const QRgb first = now.pixel(x, y);
+                if (first != now.pixel(x + 1, y) || first != now.pixel(x, y + 1))
+                    return true;
+            }
+        }
+        return false;
+    }
+    void ExpectFullScreen(const QRect& output)
+    {
+        const QRect before = WindowArea();
+        hand.MoveTo(PicturePoint());
+        hand.Key("f");
+        EXPECT_TRUE(AwaitColour({output.left() + 2, 2}, kBorder));
+        EXPECT_TRUE(AwaitColour({output.right() - 2, output.bottom() - 2}, kBorder));
+        const int most = 2 * (output.width() - 2 * scale * 20) / 3;
+        EXPECT_TRUE(Eventually([&] { return std::abs(PictureArea().height() - most) <= 2; }))
+            << PictureArea().height();
+        EXPECT_TRUE(output.contains(PictureArea()));
+        const int beside = (output.center().x() + kHalf) % (2 * kHalf);
+        EXPECT_EQ(eyes.At({beside, 2}), QRgb{WaylandServer::kBackground});
+        hand.Key("f");
+        // The compositor may first show it in the middle of the screen that it still fills.
+        ASSERT_TRUE(Eventually([&] { return WindowArea() == before; }, kPatience, 50ms));
+    }
+
+    static constexpr QSize kSmall = {288, 192};
+    static constexpr int kHalf = 800;
+    const QRect left{0, 0, kHalf, screen.Height()};
+    const QRect right{kHalf, 0, kHalf, screen.Height()};
+};
+
+TEST_F(WaylandAtOneAndTwo, ItIsInItsSizeOnEachAndFillsTheOneThatItIsOn)
+{
+    OpenTone();
+    hand.Key("1");
+    ASSERT_TRUE(AwaitPictureSize(kSmall));
+    ASSERT_TRUE(left.contains(WindowArea()));
+    ASSERT_NO_FATAL_FAILURE(ExpectFullScreen(left));
+    ASSERT_NO_FATAL_FAILURE(DragToTheRight());
+    EXPECT_TRUE(Eventually([this] { return IsSharp(); }));
+    KeepPicture(eyes.Screen(), "wayland-right");
+    const Point at = {PictureArea().x() + 100, PictureArea().y() + 100}; // a whole unit
+    hand.Click(at, 3);
+    EXPECT_TRUE(AwaitMenu(at));
+    KeepPicture(eyes.Screen(), "wayland-right-menu");
+    hand.Key("Escape");
+    EXPECT_TRUE(AwaitNoMenu(at));
+    ASSERT_NO_FATAL_FAILURE(ExpectFullScreen(right));
+    ASSERT_NO_FATAL_FAILURE(DragToTheLeft());
+    KeepPicture(eyes.Screen(), "wayland-left");
+    ExpectFullScreen(left);
 }
 
 } // namespace

@@ -6,13 +6,13 @@
 
 namespace lantern::test {
 
-// A Wayland compositor (weston), ready when the constructor returns. Its only output covers an X
-// screen without a window manager: what a hand does there and what eyes see there is what its user
-// does and sees. It has no panel and no animations.
+// A Wayland compositor (weston), ready when the constructor returns. Its outputs, which stand side
+// by side and have the same width, cover an X screen without a window manager: what a hand does
+// there and what eyes see there is what its user does and sees. It has no panel and no animations.
 class WaylandServer {
 public:
-    // The scale is that of the output: pixels of the screen to the unit.
-    explicit WaylandServer(const XServer& screen, int scale = 1);
+    // The scales are those of the outputs, from left to right: pixels of the screen to the unit.
+    explicit WaylandServer(const XServer& screen, const std::vector<int>& scales = {1});
 
     EnvironmentChanges Environment() const;
     std::string Log() const;
@@ -20,9 +20,11 @@ public:
     static constexpr unsigned kBackground = 0xFF808080;
 
 private:
-    static bool AlignPointer(const XServer& screen, Eyes& eyes);
+    bool PlaceOutput(const XServer& screen, int number) const;
+    bool AlignPointer(const XServer& screen, Eyes& eyes) const;
 
     ScratchFolder m_folder;
+    int m_outputWidth; // in pixels
     std::unique_ptr<Process> m_compositor;
 };
 

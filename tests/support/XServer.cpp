@@ -6,7 +6,6 @@
 #include <array>
 #include <fcntl.h>
 #include <poll.h>
-#include <span>
 #include <stdexcept>
 #include <unistd.h>
 
@@ -98,22 +97,28 @@ std::string XConnection::TextProperty(unsigned long window, const char* name) co
     return text;
 }
 
-std::size_t XConnection::VisibleWindows() const
+std::vector<unsigned long> XConnection::TopWindows() const
 {
     ::Window root = 0;
     ::Window parent = 0;
     ::Window* children = nullptr;
     unsigned int count = 0;
     if (XQueryTree(m_display, Root(), &root, &parent, &children, &count) == 0)
-        return 0;
+        return {};
+    const std::vector<unsigned long> windows(children, children + count);
+    XFree(children);
+    return windows;
+}
+
+std::size_t XConnection::VisibleWindows() const
+{
     std::size_t visible = 0;
-    for (const ::Window child : std::span(children, count)) {
+    for (const ::Window window : TopWindows()) {
         XWindowAttributes attributes = {};
-        if (XGetWindowAttributes(m_display, child, &attributes) != 0 &&
+        if (XGetWindowAttributes(m_display, window, &attributes) != 0 &&
             attributes.map_state == IsViewable)
             ++visible;
     }
-    XFree(children);
     return visible;
 }
 

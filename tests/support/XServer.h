@@ -24,7 +24,8 @@ public:
     // The 32-bit items of a window's property; empty if there is none.
     std::vector<unsigned long> Property(unsigned long window, const char* name) const;
     std::string TextProperty(unsigned long window, const char* name) const;
-    // Of those right on the screen, frames of a window manager among them.
+    // Those right on the screen, frames of a window manager among them; how many can be seen.
+    std::vector<unsigned long> TopWindows() const;
     std::size_t VisibleWindows() const;
 
 private:
