@@ -8,7 +8,7 @@
 namespace lantern {
 namespace {
 
-constexpr QRgb kOrange = qRgb(255, 171, 8);
+constexpr QRgb kLit = qRgb(255, 171, 8);
 
 template <typename Fits>
 int CountPixels(const QImage& image, Fits fits)
@@ -29,7 +29,7 @@ void ExpectLitOnOpaqueBlack(const PictureReference& picture, QSize size)
         EXPECT_EQ(image.size(), size * ratio);
         const int pixels = image.width() * image.height();
         EXPECT_EQ(CountPixels(image, [](QRgb p) { return qAlpha(p) == 255; }), pixels);
-        EXPECT_GT(CountPixels(image, [](QRgb p) { return p == kOrange; }), pixels / 12);
+        EXPECT_GT(CountPixels(image, [](QRgb p) { return p == kLit; }), pixels / 12);
         EXPECT_GT(CountPixels(image, [](QRgb p) { return qGray(p) < 64; }), pixels / 3);
     }
 }

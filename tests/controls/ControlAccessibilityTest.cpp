@@ -17,7 +17,7 @@
 namespace lantern {
 namespace {
 
-QString Spoken(const char* caption, const char* toolTip = "")
+QString NameSpoken(const char* caption, const char* toolTip = "")
 {
     return SpokenName(QString::fromUtf8(caption), QString::fromUtf8(toolTip));
 }
@@ -41,17 +41,17 @@ public:
 
 TEST(ControlAccessibility, ACaptionIsReadWithoutItsAccessKey)
 {
-    EXPECT_EQ(Spoken("&Audio Device", "tip"), QStringLiteral("Audio Device"));
-    EXPECT_EQ(Spoken("Sing && Play"), QStringLiteral("Sing & Play"));
-    EXPECT_EQ(Spoken("Odd&"), QStringLiteral("Odd"));
-    EXPECT_EQ(Spoken(" Options "), QStringLiteral("Options"));
+    EXPECT_EQ(NameSpoken("&Audio Device", "tip"), QStringLiteral("Audio Device"));
+    EXPECT_EQ(NameSpoken("Sing && Play"), QStringLiteral("Sing & Play"));
+    EXPECT_EQ(NameSpoken("Odd&"), QStringLiteral("Odd"));
+    EXPECT_EQ(NameSpoken(" Options "), QStringLiteral("Options"));
 }
 
 TEST(ControlAccessibility, ABlankCaptionLeavesItToTheToolTip)
 {
-    EXPECT_EQ(Spoken("", "Play/Pause (P)"), QStringLiteral("Play/Pause (P)"));
-    EXPECT_EQ(Spoken("  ", "Stop"), QStringLiteral("Stop"));
-    EXPECT_EQ(Spoken("", ""), QString());
+    EXPECT_EQ(NameSpoken("", "Play/Pause (P)"), QStringLiteral("Play/Pause (P)"));
+    EXPECT_EQ(NameSpoken("  ", "Stop"), QStringLiteral("Stop"));
+    EXPECT_EQ(NameSpoken("", ""), QString());
 }
 
 TEST(ControlAccessibility, AControlThatDescribesItselfIsKnownByThat)

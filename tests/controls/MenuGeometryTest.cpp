@@ -77,12 +77,12 @@ TEST(MenuGeometry, AMenuThatWouldEndOffTheScreenMovesUpAndLeft)
     EXPECT_EQ(KeptOnScreen({2500, 10, 200, 300}, second), QRect(2360, 10, 200, 300));
 }
 
-constexpr std::int32_t kWidth = 113 * 15;
-constexpr std::int32_t kHeight = 48 * 15; // three items
+constexpr std::int32_t kMenuWidth = 113 * 15;
+constexpr std::int32_t kMenuHeight = 48 * 15; // three items
 
 std::optional<std::int16_t> HotAt(double x, double y, std::int16_t hotItem)
 {
-    return HotItemAt(Geometry(false, false), x * 15, y * 15, kWidth, kHeight, hotItem);
+    return HotItemAt(Geometry(false, false), x * 15, y * 15, kMenuWidth, kMenuHeight, hotItem);
 }
 
 TEST(HotItem, RowsCountFromOneAndBeginHalfAnItemBeforeTheNearest)
@@ -100,8 +100,8 @@ TEST(HotItem, RowsCountFromOneAndBeginHalfAnItemBeforeTheNearest)
 TEST(HotItem, ATieGoesToTheEvenRow)
 {
     // 4 * 15 + y = 1.5 and 2.5 items of 195 twips.
-    EXPECT_EQ(HotItemAt(Geometry(false, false), 300, 292.5 - 60, kWidth, kHeight, -1), 2);
-    EXPECT_EQ(HotItemAt(Geometry(false, false), 300, 487.5 - 60, kWidth, kHeight, -1), 2);
+    EXPECT_EQ(HotItemAt(Geometry(false, false), 300, 292.5 - 60, kMenuWidth, kMenuHeight, -1), 2);
+    EXPECT_EQ(HotItemAt(Geometry(false, false), 300, 487.5 - 60, kMenuWidth, kMenuHeight, -1), 2);
 }
 
 TEST(HotItem, NothingIsRedrawnWithinARow)
@@ -132,17 +132,17 @@ TEST(HotItem, BelowTheLastOfAllItemsTheRowWrapsAroundInSixteenBits)
 {
     const MenuGeometry geometry = Geometry(false, false);
     const std::int32_t height = geometry.Height(32767);
-    EXPECT_EQ(HotItemAt(geometry, 300, height - 200, kWidth, height, -1), 32767);
-    EXPECT_EQ(HotItemAt(geometry, 300, height, kWidth, height, -1), -32768);
+    EXPECT_EQ(HotItemAt(geometry, 300, height - 200, kMenuWidth, height, -1), 32767);
+    EXPECT_EQ(HotItemAt(geometry, 300, height, kMenuWidth, height, -1), -32768);
 }
 
 TEST(HotItem, WherePixelsAreNotSquareTheTwipsAcrossDecide)
 {
     const MenuGeometry geometry{{45, 15}, kItemHeight, false, false};
     // Down, 60 + 120 twips are row 1; across, 180 + 120 are row 2.
-    EXPECT_EQ(HotItemAt(geometry, 300, 120, kWidth, kHeight, -1), 2);
-    EXPECT_EQ(HotItemAt(geometry, 300, 120, kWidth, kHeight, 1), std::nullopt);
-    EXPECT_EQ(HotItemAt(geometry, 300, 120, kWidth, kHeight, 2), 2); // again each time
+    EXPECT_EQ(HotItemAt(geometry, 300, 120, kMenuWidth, kMenuHeight, -1), 2);
+    EXPECT_EQ(HotItemAt(geometry, 300, 120, kMenuWidth, kMenuHeight, 1), std::nullopt);
+    EXPECT_EQ(HotItemAt(geometry, 300, 120, kMenuWidth, kMenuHeight, 2), 2); // again each time
 }
 
 TEST(MenuState, OnlyAnEnabledItemIsAChoice)

@@ -27,9 +27,9 @@ constexpr QRgb kShadow = 0xFF808080;
 constexpr QRgb kDarkShadow = 0xFF404040;
 constexpr QRgb kFrameColour = 0xFF000000;
 constexpr QRgb kTitleBar = 0xFF0A246A;
-constexpr QRgb kGround = 0xFF010203; // no colour that a frame has by itself
-constexpr int kWidth = 120;
-constexpr int kHeight = 50;
+constexpr QRgb kFrameGround = 0xFF010203; // no colour that a frame has by itself
+constexpr int kFrameWidth = 120;
+constexpr int kFrameHeight = 50;
 
 using Texts = std::vector<std::string>;
 
@@ -38,7 +38,7 @@ protected:
     ctlFrameTest() : frame(std::make_unique<ctlFrame>(&window)), hand(*frame)
     {
         window.resize(300, 200);
-        frame->setGeometry(20, 30, kWidth, kHeight);
+        frame->setGeometry(20, 30, kFrameWidth, kFrameHeight);
         frame->SetBackColor(DirectColour(1, 2, 3));
         window.grab();
         frame->Paint = [this] { Note("Paint"); };
@@ -75,17 +75,17 @@ protected:
     // The two lines of an edge with its top at a height, as left and top, then right and bottom.
     void ExpectEdge(int top, std::pair<QRgb, QRgb> outer, std::pair<QRgb, QRgb> inner)
     {
-        const int middle = kWidth / 2;
+        const int middle = kFrameWidth / 2;
         EXPECT_EQ(At(middle, top), outer.first);
-        EXPECT_EQ(At(0, kHeight / 2), outer.first);
-        EXPECT_EQ(At(kWidth - 1, kHeight / 2), outer.second);
-        EXPECT_EQ(At(middle, kHeight - 1), outer.second);
+        EXPECT_EQ(At(0, kFrameHeight / 2), outer.first);
+        EXPECT_EQ(At(kFrameWidth - 1, kFrameHeight / 2), outer.second);
+        EXPECT_EQ(At(middle, kFrameHeight - 1), outer.second);
         EXPECT_EQ(At(middle, top + 1), inner.first);
-        EXPECT_EQ(At(1, kHeight / 2), inner.first);
-        EXPECT_EQ(At(kWidth - 2, kHeight / 2), inner.second);
-        EXPECT_EQ(At(middle, kHeight - 2), inner.second);
-        EXPECT_EQ(At(middle, top + 2), kGround);
-        EXPECT_EQ(At(2, kHeight / 2), kGround);
+        EXPECT_EQ(At(1, kFrameHeight / 2), inner.first);
+        EXPECT_EQ(At(kFrameWidth - 2, kFrameHeight / 2), inner.second);
+        EXPECT_EQ(At(middle, kFrameHeight - 2), inner.second);
+        EXPECT_EQ(At(middle, top + 2), kFrameGround);
+        EXPECT_EQ(At(2, kFrameHeight / 2), kFrameGround);
     }
 
     QWidget window;
@@ -134,13 +134,13 @@ TEST_F(ctlFrameTest, TheSameValueAgainIsReportedAndDrawnToo)
 
 TEST_F(ctlFrameTest, TheEdgesAreThoseOfTheTable)
 {
-    constexpr std::pair kNone(kGround, kGround);
+    constexpr std::pair kNone(kFrameGround, kFrameGround);
     constexpr std::pair kRaisedInner(kHighlight, kShadow);
     constexpr std::pair kSunkenOuter(kShadow, kHighlight);
     constexpr std::pair kRaisedOuter(kLight, kDarkShadow);
     constexpr std::pair kSunkenInner(kDarkShadow, kLight);
     SetLook(0, "");
-    EXPECT_EQ(CountOthers({0, 0, kWidth, kHeight}, kGround), 0);
+    EXPECT_EQ(CountOthers({0, 0, kFrameWidth, kFrameHeight}, kFrameGround), 0);
     SetLook(1, "");
     ExpectEdge(0, kRaisedInner, kNone);
     SetLook(2, "");
@@ -160,33 +160,33 @@ TEST_F(ctlFrameTest, TheEdgesAreThoseOfTheTable)
 TEST_F(ctlFrameTest, TheCaptionInterruptsTheEdgeBehindIt)
 {
     SetLook(1, "");
-    EXPECT_EQ(CountOthers({0, 0, kWidth, 1}, kHighlight), 1); // its end is the right side's
+    EXPECT_EQ(CountOthers({0, 0, kFrameWidth, 1}, kHighlight), 1); // its end is the right side's
     SetLook(1, ".");
     const int top = LineHeight() / 2;
     const int textWidth = QFontMetrics(frame->FrameFont()).horizontalAdvance(QStringLiteral(" . "));
     EXPECT_EQ(At(4, top), kHighlight);
     for (int x = 5; x < 5 + textWidth; ++x)
-        EXPECT_EQ(At(x, top), kGround) << x; // the dot stands below
+        EXPECT_EQ(At(x, top), kFrameGround) << x; // the dot stands below
     EXPECT_EQ(At(5 + textWidth, top), kHighlight);
-    EXPECT_GT(CountOthers({5, top + 1, 5 + textWidth, LineHeight()}, kGround), 0);
-    EXPECT_EQ(CountOthers({0, 0, kWidth, top}, kGround), 0);
+    EXPECT_GT(CountOthers({5, top + 1, 5 + textWidth, LineHeight()}, kFrameGround), 0);
+    EXPECT_EQ(CountOthers({0, 0, kFrameWidth, top}, kFrameGround), 0);
     EXPECT_EQ(At(0, top), kHighlight);
 }
 
 TEST_F(ctlFrameTest, WithoutCaptionTheEdgeIsAtTheVeryTopAndNothingIsPrinted)
 {
     SetLook(2, "");
-    EXPECT_EQ(CountOthers({0, 0, kWidth - 1, 1}, kShadow), 0);
-    EXPECT_EQ(CountOthers({1, 1, kWidth - 1, kHeight - 1}, kGround), 0);
+    EXPECT_EQ(CountOthers({0, 0, kFrameWidth - 1, 1}, kShadow), 0);
+    EXPECT_EQ(CountOthers({1, 1, kFrameWidth - 1, kFrameHeight - 1}, kFrameGround), 0);
 }
 
 TEST_F(ctlFrameTest, ACaptionOfOneBlankPrintsNothingBelowWhereItWouldStand)
 {
     SetLook(2, " ");
     const int top = LineHeight() / 2;
-    EXPECT_EQ(CountOthers({0, 0, kWidth, top}, kGround), 0);
-    EXPECT_EQ(CountOthers({0, top, kWidth - 1, top + 1}, kShadow), 0); // nothing interrupts it
-    EXPECT_EQ(CountOthers({1, top + 1, kWidth - 1, kHeight - 1}, kGround), 0);
+    EXPECT_EQ(CountOthers({0, 0, kFrameWidth, top}, kFrameGround), 0);
+    EXPECT_EQ(CountOthers({0, top, kFrameWidth - 1, top + 1}, kShadow), 0); // nothing interrupts it
+    EXPECT_EQ(CountOthers({1, top + 1, kFrameWidth - 1, kFrameHeight - 1}, kFrameGround), 0);
 }
 
 TEST_F(ctlFrameTest, ADividerIsALineAcrossTheTopWithTheCaptionOnIt)
@@ -195,11 +195,11 @@ TEST_F(ctlFrameTest, ADividerIsALineAcrossTheTopWithTheCaptionOnIt)
     frame->SetFrameDivider(true);
     const int top = LineHeight() / 2;
     EXPECT_EQ(At(0, top), kLight);
-    EXPECT_EQ(At(kWidth - 1, top), kLight);
+    EXPECT_EQ(At(kFrameWidth - 1, top), kLight);
     EXPECT_EQ(At(0, top + 1), kHighlight);
-    EXPECT_EQ(At(kWidth - 1, top + 1), kHighlight);
-    EXPECT_EQ(At(8, top), kGround);
-    EXPECT_EQ(CountOthers({0, LineHeight(), kWidth, kHeight}, kGround), 0);
+    EXPECT_EQ(At(kFrameWidth - 1, top + 1), kHighlight);
+    EXPECT_EQ(At(8, top), kFrameGround);
+    EXPECT_EQ(CountOthers({0, LineHeight(), kFrameWidth, kFrameHeight}, kFrameGround), 0);
 }
 
 TEST_F(ctlFrameTest, WithoutEdgeTheCaptionBeginsAtTheLeft)
@@ -208,12 +208,12 @@ TEST_F(ctlFrameTest, WithoutEdgeTheCaptionBeginsAtTheLeft)
     SetLook(0, "H");
     const QFontMetrics metrics(frame->FrameFont());
     const int blank = metrics.horizontalAdvance(QLatin1Char(' '));
-    EXPECT_EQ(CountOthers({0, 0, blank, kHeight}, kGround), 0);
+    EXPECT_EQ(CountOthers({0, 0, blank, kFrameHeight}, kFrameGround), 0);
     EXPECT_GT(CountOthers(
                   {blank, 0, blank + metrics.horizontalAdvance(QLatin1Char('H')) + 1, LineHeight()},
-                  kGround),
+                  kFrameGround),
               5);
-    EXPECT_EQ(CountOthers({40, 0, kWidth, kHeight}, kGround), 0);
+    EXPECT_EQ(CountOthers({40, 0, kFrameWidth, kFrameHeight}, kFrameGround), 0);
 }
 
 TEST_F(ctlFrameTest, AnAmpersandIsPrintedAsItIs)
@@ -229,14 +229,14 @@ TEST_F(ctlFrameTest, ATitleBarIsFilledAcrossWithItsTextOnIt)
     SetLook(7, "Tools");
     const int bottom = LineHeight() + 4;
     EXPECT_EQ(At(1, 1), kTitleBar);
-    EXPECT_EQ(At(kWidth - 2, bottom - 1), kTitleBar);
-    EXPECT_EQ(At(kWidth / 2, bottom), kGround);
-    EXPECT_EQ(CountOthers({0, 0, kWidth - 1, 1}, kHighlight), 0);
-    EXPECT_EQ(CountOthers({0, kHeight - 1, kWidth, kHeight}, kShadow), 0);
-    EXPECT_EQ(CountOthers({kWidth - 1, 0, kWidth, kHeight}, kShadow), 0);
+    EXPECT_EQ(At(kFrameWidth - 2, bottom - 1), kTitleBar);
+    EXPECT_EQ(At(kFrameWidth / 2, bottom), kFrameGround);
+    EXPECT_EQ(CountOthers({0, 0, kFrameWidth - 1, 1}, kHighlight), 0);
+    EXPECT_EQ(CountOthers({0, kFrameHeight - 1, kFrameWidth, kFrameHeight}, kShadow), 0);
+    EXPECT_EQ(CountOthers({kFrameWidth - 1, 0, kFrameWidth, kFrameHeight}, kShadow), 0);
     EXPECT_GT(CountOthers({4, 2, 40, bottom - 2}, kTitleBar), 20);
     EXPECT_EQ(CountOthers({1, 1, 4, bottom}, kTitleBar), 0);
-    EXPECT_EQ(CountOthers({60, 1, kWidth - 1, bottom}, kTitleBar), 0);
+    EXPECT_EQ(CountOthers({60, 1, kFrameWidth - 1, bottom}, kTitleBar), 0);
 }
 
 TEST_F(ctlFrameTest, ColoursMayReferToTheSystems)
@@ -259,11 +259,12 @@ TEST_F(ctlFrameTest, IsDrawnAtEachRepaintAndResize)
     Told();
     frame->repaint();
     EXPECT_EQ(Told(), Texts{"Paint"});
-    frame->resize(kWidth + 10, kHeight);
+    frame->resize(kFrameWidth + 10, kFrameHeight);
     EXPECT_EQ(Told(), Texts{"Paint"});
     QApplication::processEvents();
     EXPECT_EQ(Told(), Texts{}); // what is drawn already is only shown
-    EXPECT_EQ(frame->SurfaceImage().width(), qRound((kWidth + 10) * frame->devicePixelRatioF()));
+    EXPECT_EQ(frame->SurfaceImage().width(),
+              qRound((kFrameWidth + 10) * frame->devicePixelRatioF()));
 }
 
 TEST_F(ctlFrameTest, WhatTheHostAddsInPaintIsShown)
@@ -274,7 +275,7 @@ TEST_F(ctlFrameTest, WhatTheHostAddsInPaintIsShown)
     const QImage shown = frame->grab().toImage();
     const double ratio = shown.devicePixelRatio();
     EXPECT_EQ(shown.pixel(static_cast<int>(15 * ratio), static_cast<int>(15 * ratio)), kDarkShadow);
-    EXPECT_EQ(At(20, 20), kGround);
+    EXPECT_EQ(At(20, 20), kFrameGround);
 }
 
 TEST_F(ctlFrameTest, AHostThatSetsAPropertyInPaintHasItDrawnOnce)
@@ -286,7 +287,7 @@ TEST_F(ctlFrameTest, AHostThatSetsAPropertyInPaintHasItDrawnOnce)
     };
     SetLook(2, "Words");
     EXPECT_EQ(painted, 2); // one for each property of the look
-    EXPECT_EQ(At(kWidth / 2, 0), kShadow);
+    EXPECT_EQ(At(kFrameWidth / 2, 0), kShadow);
 }
 
 TEST_F(ctlFrameTest, AHostThatSetsAPropertyInPaintIsNotAskedForEver)

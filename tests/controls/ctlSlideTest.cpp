@@ -13,13 +13,13 @@
 namespace lantern {
 namespace {
 
-constexpr QRgb kGround = 0xFF010203; // no colour that a slider has by itself
+constexpr QRgb kSlideGround = 0xFF010203; // no colour that a slider has by itself
 constexpr QRgb kFill = 0xFFFF0000;
 constexpr QRgb kTrack = 0xFF0000FF;
 constexpr QRgb kKnob = 0xFFFFFFFF;
-constexpr QRgb kCentre = 0xFF00FF00;
-constexpr int kWidth = 204;
-constexpr int kHeight = 13;
+constexpr QRgb kCentreMark = 0xFF00FF00;
+constexpr int kSlideWidth = 204;
+constexpr int kSlideHeight = 13;
 
 class ctlSlideTest : public ::testing::Test {
 protected:
@@ -27,7 +27,7 @@ protected:
         : slide(std::make_unique<ctlSlide>(nullptr, Ambient{{}, DirectColour(1, 2, 3), {}, {}})),
           hand(*slide)
     {
-        slide->resize(kWidth, kHeight);
+        slide->resize(kSlideWidth, kSlideHeight);
         slide->grab();
         slide->Change = [this] { Note("Change " + std::to_string(slide->Value())); };
         slide->Scroll = [this] { Note("Scroll " + std::to_string(slide->Value())); };
@@ -42,12 +42,12 @@ protected:
     void ExpectPicture(int knobLeft, bool hasKnob = true, bool hasCentre = false)
     {
         slide->grab();
-        for (int y = 0; y < kHeight; ++y) {
-            for (int x = 0; x < kWidth; ++x) {
+        for (int y = 0; y < kSlideHeight; ++y) {
+            for (int x = 0; x < kSlideWidth; ++x) {
                 const bool onTrack = y >= 4 && y < 8; // 13 / 2 - 2 up to 13 / 2 + 2
-                QRgb expected = onTrack ? kTrack : kGround;
+                QRgb expected = onTrack ? kTrack : kSlideGround;
                 if (hasCentre && !onTrack && (x == 101 || x == 102))
-                    expected = kCentre;
+                    expected = kCentreMark;
                 if (hasKnob && onTrack && x < knobLeft)
                     expected = kFill;
                 if (hasKnob && x >= knobLeft && x < knobLeft + 4)
@@ -88,7 +88,7 @@ TEST_F(ctlSlideTest, AtMinTheFillIsEmptyAndTheKnobStandsAtTheFirstPixels)
 TEST_F(ctlSlideTest, AtMaxTheKnobStandsAtTheLastPixels)
 {
     slide->SetValue(100);
-    ExpectPicture(kWidth - 4);
+    ExpectPicture(kSlideWidth - 4);
 }
 
 TEST_F(ctlSlideTest, AValueThatLeavesTheKnobWhereItIsDrawsNothing)
@@ -160,13 +160,13 @@ TEST_F(ctlSlideTest, ANewSizeIsDrawnAtOnce)
     slide->SetValue(100);
     slide->resize(104, 20);
     slide->grab();
-    EXPECT_EQ(At(99, 0), kGround);
+    EXPECT_EQ(At(99, 0), kSlideGround);
     EXPECT_EQ(At(100, 0), kKnob);
     EXPECT_EQ(At(103, 19), kKnob);
-    EXPECT_EQ(At(0, 7), kGround);
+    EXPECT_EQ(At(0, 7), kSlideGround);
     EXPECT_EQ(At(0, 8), kFill);
     EXPECT_EQ(At(0, 11), kFill);
-    EXPECT_EQ(At(0, 12), kGround);
+    EXPECT_EQ(At(0, 12), kSlideGround);
 }
 
 TEST_F(ctlSlideTest, ANewValueIsReportedDrawnAndRaised)
@@ -244,7 +244,7 @@ TEST_F(ctlSlideTest, SetValuesStoresWhatItIsToldInSilence)
 TEST_F(ctlSlideTest, AValueFarOutsideIsDrawnAsItFalls)
 {
     slide->SetValues(0, 1, std::numeric_limits<std::int32_t>::max());
-    ExpectPicture(kWidth);
+    ExpectPicture(kSlideWidth);
     slide->SetValues(0, 1, std::numeric_limits<std::int32_t>::min());
     ExpectPicture(-4);
 }

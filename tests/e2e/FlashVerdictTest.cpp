@@ -6,16 +6,16 @@
 namespace lantern::test {
 namespace {
 
-constexpr int kSeconds = 20;
+constexpr int kFlashes = 20;
 
 class JudgingFlashes : public ::testing::Test {
 protected:
     JudgingFlashes()
     {
-        for (int i = 0; i < kSeconds; ++i)
+        for (int i = 0; i < kFlashes; ++i)
             comparison.errors.push_back({start + i * 1s, 5.0});
     }
-    FlashVerdict Result() const { return Judge(comparison, {{start, start + kSeconds * 1s}}); }
+    FlashVerdict Result() const { return Judge(comparison, {{start, start + kFlashes * 1s}}); }
 
     const Moment start = Clock::now();
     Comparison comparison;

@@ -13,7 +13,6 @@ namespace {
 using namespace std::chrono_literals;
 using Clock = std::chrono::steady_clock;
 
-constexpr int kRate = 44100;
 constexpr std::int64_t kFrames = std::int64_t{kRate} * 160;
 constexpr auto kSoundFollowsWithin = 500ms;
 

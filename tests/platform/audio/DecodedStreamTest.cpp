@@ -11,15 +11,6 @@
 namespace lantern {
 namespace {
 
-constexpr int kRate = 44100;
-
-Bytes Encoded(const Pcm& pcm, const char* command, const char* name)
-{
-    const SoundFolder folder;
-    return ReadFile(
-        folder.Encode(pcm, QString::fromLatin1(command).split(u' '), QString::fromLatin1(name)));
-}
-
 // A stream on bytes of its own.
 class Decoded {
 public:

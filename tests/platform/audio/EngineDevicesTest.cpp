@@ -11,8 +11,6 @@
 namespace lantern::test {
 namespace {
 
-constexpr double kSomething = 0.05;
-
 class EngineDevices : public EngineRoom {
 protected:
     void PlayTone()

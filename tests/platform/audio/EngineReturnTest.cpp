@@ -7,8 +7,6 @@
 namespace lantern::test {
 namespace {
 
-constexpr double kSomething = 0.05;
-
 class EngineReturn : public EngineRoom {
 protected:
     void PlayOnStage()

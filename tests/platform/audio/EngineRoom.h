@@ -15,6 +15,9 @@
 
 namespace lantern::test {
 
+// A level that only a sound has.
+inline constexpr double kSomething = 0.05;
+
 // A room with a sound server of its own, the real engine and ears. The position of the engine is
 // looked at every millisecond while time passes, and must never step back unless it was sought.
 class EngineRoom : public testing::Test {

@@ -12,8 +12,6 @@
 namespace lantern {
 namespace {
 
-constexpr int kRate = 44100;
-
 struct Sides {
     std::vector<float> left;
     std::vector<float> right;

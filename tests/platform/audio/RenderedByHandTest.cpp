@@ -20,7 +20,6 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-constexpr int kRate = 44100;
 constexpr int kKeptFrames = kRate * 30 / 1000;      // rendered before a change, and played
 constexpr int kCrossfadeFrames = kRate * 10 / 1000; // from there on
 constexpr int kFadeFrames = kRate * 5 / 1000;       // from silence and to it

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "SampleConverter.h"
 
+#include "TestSounds.h"
+
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -11,8 +13,6 @@
 
 namespace lantern {
 namespace {
-
-constexpr int kRate = 44100;
 
 struct FrameKind {
     AVSampleFormat format = AV_SAMPLE_FMT_S16;

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "DecodedSound.h"
+#include "Encodings.h"
 #include "DecodedStream.h"
 #include "TestSounds.h"
 #include "WatchedBytes.h"
@@ -29,11 +30,6 @@ Bytes Noise(std::size_t size, unsigned seed)
     for (std::uint8_t& byte : bytes)
         byte = static_cast<std::uint8_t>(random());
     return bytes;
-}
-
-QStringList Words(const QString& text)
-{
-    return text.split(u' ');
 }
 
 class BadInput : public ::testing::Test {

@@ -15,8 +15,6 @@ namespace {
 
 using test::MemoryDecoder;
 
-constexpr int kRate = 44100;
-
 std::vector<float> Sine(std::size_t frames, double hertz)
 {
     std::vector<float> stereo(frames * 2);

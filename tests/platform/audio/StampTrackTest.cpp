@@ -9,7 +9,7 @@ namespace lantern {
 namespace {
 
 constexpr AVRational kMilliseconds = {1, 1000};
-constexpr int kRate = 8000; // eight frames to a millisecond
+constexpr int kStampRate = 8000; // eight frames to a millisecond
 
 // The stamps of packets, in milliseconds.
 struct Track : StampTrack {
@@ -23,8 +23,8 @@ struct Track : StampTrack {
         Note(packet);
         return *this;
     }
-    bool Bears(std::int64_t claimedFrames) const { return BearsOut(claimedFrames, kRate); }
-    bool Refuses(std::int64_t claimedFrames) const { return Refutes(claimedFrames, kRate); }
+    bool Bears(std::int64_t claimedFrames) const { return BearsOut(claimedFrames, kStampRate); }
+    bool Refuses(std::int64_t claimedFrames) const { return Refutes(claimedFrames, kStampRate); }
 };
 
 TEST(StampTrack, WithoutStampsNoClaimIsBorneOutOrRefuted)

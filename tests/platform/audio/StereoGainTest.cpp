@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "StereoGain.h"
 
+#include "TestSounds.h"
+
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -10,8 +12,6 @@
 
 namespace lantern {
 namespace {
-
-constexpr int kRate = 44100;
 
 std::vector<float> Sine(std::size_t frames)
 {

@@ -265,4 +265,11 @@ Bytes ReadFile(const QString& path)
     return {bytes.begin(), bytes.end()};
 }
 
+Bytes Encoded(const Pcm& pcm, const char* command, const char* name)
+{
+    const SoundFolder folder;
+    return ReadFile(
+        folder.Encode(pcm, QString::fromLatin1(command).split(u' '), QString::fromLatin1(name)));
+}
+
 } // namespace lantern

@@ -14,8 +14,10 @@ namespace lantern {
 
 using Bytes = std::vector<std::uint8_t>;
 
+inline constexpr int kRate = 44100; // frames per second, where any will do
+
 struct Pcm {
-    int sampleRate = 44100;
+    int sampleRate = kRate;
     int channels = 2;
     std::vector<std::int16_t> samples; // interleaved
 
@@ -60,5 +62,7 @@ private:
 };
 
 Bytes ReadFile(const QString& path);
+// What an encoder makes of it. The command has no quotes.
+Bytes Encoded(const Pcm& pcm, const char* command, const char* name);
 
 } // namespace lantern

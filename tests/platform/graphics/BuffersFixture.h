@@ -5,7 +5,14 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
+#include <cstdint>
+
 namespace lantern {
+
+// A tile of which no two rows are alike.
+inline constexpr std::array<std::uint8_t, 12> kTileRows = {0x3F, 0x00, 0x20, 0x01, 0x2A, 0x15,
+                                                           0x38, 0x07, 0x1E, 0x21, 0x33, 0x0C};
 
 class Buffers : public testing::Test {
 protected:

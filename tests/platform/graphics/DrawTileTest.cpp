@@ -15,16 +15,13 @@ using testing::Each;
 
 class Tiles : public Buffers {};
 
-constexpr std::array<std::uint8_t, 12> kRows = {0x3F, 0x00, 0x20, 0x01, 0x2A, 0x15,
-                                                0x38, 0x07, 0x1E, 0x21, 0x33, 0x0C};
-
 TEST_F(Tiles, ATileDrawsBitFiveLeftmostAndRowsTopToBottom)
 {
     Open(300, 216);
-    buffers.DrawTile(6, 12, kRows, 3, 12, false);
+    buffers.DrawTile(6, 12, kTileRows, 3, 12, false);
     for (int row = 0; row < 12; ++row) {
         for (int pixel = 0; pixel < 6; ++pixel) {
-            const bool set = (kRows[static_cast<std::size_t>(row)] >> (5 - pixel) & 1) != 0;
+            const bool set = (kTileRows[static_cast<std::size_t>(row)] >> (5 - pixel) & 1) != 0;
             ASSERT_EQ(buffers.FGgetpixel(6 + pixel, 12 + row), set ? 12 : 3);
         }
     }
@@ -90,15 +87,15 @@ TEST_F(Tiles, TilesEqualPixelByPixelDrawing)
 TEST_F(Tiles, ATileAtTheEndOfTheIntegersIsDropped)
 {
     const int handle = Open(6, 12);
-    buffers.DrawTile(INT_MAX, INT_MAX, kRows, 1, 1, false);
-    buffers.DrawTile(INT_MIN, INT_MIN, kRows, 1, 1, false);
+    buffers.DrawTile(INT_MAX, INT_MAX, kTileRows, 1, 1, false);
+    buffers.DrawTile(INT_MIN, INT_MIN, kTileRows, 1, 1, false);
     EXPECT_THAT(buffers.Pixels(handle), Each(0));
 }
 
 TEST_F(Tiles, ABufferSmallerThanATileTakesThePartThatFits)
 {
     const int handle = Open(2, 1);
-    buffers.DrawTile(0, 0, kRows, 1, 2, false);
+    buffers.DrawTile(0, 0, kTileRows, 1, 2, false);
     EXPECT_THAT(buffers.Pixels(handle), Each(2));
 }
 
@@ -107,7 +104,7 @@ TEST_F(Tiles, FillAfterATileInTheLastCornerFillsAll)
     const int handle = Open(12, 12);
     buffers.FGsetcolor(8);
     buffers.FGfillpage();
-    buffers.DrawTile(6, 0, kRows, 1, 1, true);
+    buffers.DrawTile(6, 0, kTileRows, 1, 1, true);
     buffers.FGfillpage();
     EXPECT_THAT(buffers.Pixels(handle), Each(8));
 }

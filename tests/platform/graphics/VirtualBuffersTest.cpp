@@ -14,9 +14,6 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::SizeIs;
 
-constexpr std::array<std::uint8_t, 12> kRows = {0x3F, 0x00, 0x20, 0x01, 0x2A, 0x15,
-                                                0x38, 0x07, 0x1E, 0x21, 0x33, 0x0C};
-
 class Clipboard : public ClipSink {
 public:
     void SetImage(const ClipImage& image) override
@@ -116,7 +113,7 @@ TEST_F(Buffers, CallsWithoutAnActiveBufferDoNothing)
     buffers.FGfillpage();
     buffers.FGputpixel(0, 0);
     buffers.FGrect(0, 5, 0, 5);
-    buffers.DrawTile(0, 0, kRows, 1, 2, false);
+    buffers.DrawTile(0, 0, kTileRows, 1, 2, false);
     buffers.FGvbscale(0, 5, 0, 5, 0, 5, 0, 5);
     buffers.FGvb2clip(0, 5, 0, 5, clipboard);
     buffers.FGvbclose();

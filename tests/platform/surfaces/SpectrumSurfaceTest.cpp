@@ -17,8 +17,8 @@
 namespace lantern {
 namespace {
 
-constexpr ColourValue kOrange = 568319;
-constexpr ColourValue kTan = 3303039;
+constexpr ColourValue kFirstColour = 568319;
+constexpr ColourValue kSecondColour = 3303039;
 
 // A field as in the options window, in a panel beside which another panel may come to the front.
 class SpectrumSurfaceTest : public ::testing::Test {
@@ -30,8 +30,8 @@ protected:
         other.setGeometry(window.rect());
         other.lower();
         surface.setGeometry(79, 167, 275, 36);
-        surface.SetFirstColour(kOrange);
-        surface.SetSecondColour(kTan);
+        surface.SetFirstColour(kFirstColour);
+        surface.SetSecondColour(kSecondColour);
         engine.Loaded = true;
         engine.Analyser.Strengths.assign(200, 0.5F);
     }

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ZeroedText.h"
 
+#include "Zeros.h"
+
 #include <gtest/gtest.h>
 
 #include <limits>
@@ -8,12 +10,6 @@
 
 namespace lantern {
 namespace {
-
-// Zero characters written as "0".
-QString Zeros(const char* text)
-{
-    return QString::fromLatin1(text).replace(u'0', QChar(u'\0'));
-}
 
 TEST(LeftOfNull, EndsAtTheFirstZeroCharacter)
 {
@@ -76,7 +72,7 @@ struct PlainBuffer {
     }
 };
 
-QString RandomText(std::mt19937& random)
+QString RandomZeroedText(std::mt19937& random)
 {
     QString text;
     for (auto length = random() % 9; length > 0; --length)
@@ -104,7 +100,7 @@ TEST(ZeroedText, ReadsAsABufferThatIsAllInMemory)
         ZeroedText buffer(length);
         PlainBuffer plain = {QString(length, QChar(u'\0'))};
         for (int i = 0; i < 4; ++i) {
-            const QString written = RandomText(random);
+            const QString written = RandomZeroedText(random);
             buffer.Write(written);
             plain.Write(written);
             ASSERT_NO_FATAL_FAILURE(ExpectSame(buffer, plain)) << round;

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "clsOpenSaveDialog.h"
 
+#include "Zeros.h"
+
 #include <gtest/gtest.h>
 
 #include <limits>
@@ -12,12 +14,6 @@ namespace {
 
 constexpr std::int32_t kHighest = std::numeric_limits<std::int32_t>::max();
 constexpr std::int32_t kLowest = std::numeric_limits<std::int32_t>::min();
-
-// Zero characters written as "0".
-QString Zeros(const char* text)
-{
-    return QString::fromLatin1(text).replace(u'0', QChar(u'\0'));
-}
 
 QString Letters(qsizetype count)
 {

@@ -317,7 +317,7 @@ TEST_F(f101Test, ADraggedSizeKeepsTheProportions)
 }
 
 // Notes which part of a widget is painted.
-class PaintWatch : public QObject {
+class PaintedPart : public QObject {
 public:
     QRegion Painted;
 
@@ -334,7 +334,7 @@ TEST_F(f101Test, AWindowThatComesToTheFrontIsPaintedWhole)
 {
     Load(MakeBlueTrack());
     const auto paintedOf = [this](const char* part) {
-        PaintWatch watch;
+        PaintedPart watch;
         PartNamed(part).installEventFilter(&watch);
         QEvent activation(QEvent::WindowActivate);
         QCoreApplication::sendEvent(&window, &activation);
@@ -352,7 +352,7 @@ TEST_F(f101Test, AFullScreenThatComesToTheFrontIsPaintedWhole)
     Load(MakeBlueTrack());
     Press('F');
     Settle();
-    PaintWatch watch;
+    PaintedPart watch;
     window.installEventFilter(&watch);
     QEvent activation(QEvent::WindowActivate);
     QCoreApplication::sendEvent(&window, &activation);
