@@ -50,6 +50,8 @@ function(lantern_test name)
         message(FATAL_ERROR "lantern_test(${name}): what is \"${arg_UNPARSED_ARGUMENTS}\"?")
     endif()
     add_executable(${name} ${arg_SOURCES})
+    set_target_properties(${name} PROPERTIES
+        UNITY_BUILD ${LANTERN_UNITY_TESTS} UNITY_BUILD_BATCH_SIZE 5)
     target_link_libraries(${name} PRIVATE ${arg_LINK})
     if(arg_WIDGETS)
         if(NOT arg_MAIN)
