@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// What the player looks like on a screen, at one and at two pixels to the unit.
+// What the player looks like on a screen, at one and at two pixels to the unit, and between.
 #include "GoldenImage.h"
 #include "Journey.h"
 #include "PlayerDesk.h"
@@ -40,7 +40,7 @@ void WriteColourfulPackets(const std::filesystem::path& path, QRgb picture, QRgb
     packets.Write(path);
 }
 
-class PlayerLooks : public Journey, public ::testing::WithParamInterface<int> {
+class PlayerLooks : public Journey, public ::testing::WithParamInterface<double> {
 protected:
     using Sight = std::function<QImage()>; // null as long as there is nothing to see
 
@@ -53,8 +53,8 @@ protected:
         WriteColourfulPackets(track, kPicture, kBorder);
         SoundSheet(kSeconds).WriteWav(folder / "song.wav");
         ParkPointer();
-        ASSERT_NO_FATAL_FAILURE(
-            StartPlayer({track.string()}, {{"QT_SCALE_FACTOR", std::to_string(GetParam())}}));
+        ASSERT_NO_FATAL_FAILURE(StartPlayer(
+            {track.string()}, {{"QT_SCALE_FACTOR", QString::number(GetParam()).toStdString()}}));
         ASSERT_TRUE(AwaitPicture(kPicture));
         hand.Key("p");
         hand.Key("Page_Up");
@@ -63,6 +63,7 @@ protected:
 
     void ParkPointer() { hand.MoveTo({2, 2}); }
 
+    static int Pixels(int units) { return qRound(units * GetParam()); }
     // What is given in units of the window, on the screen.
     QRect OnScreen(const QRect& units) const
     {
@@ -148,7 +149,7 @@ TEST_P(PlayerLooks, PulledToItsSmallest)
     hand.Press();
     hand.MoveTo({corner.x() - 1, corner.y() - 1});
     for (int step = 1; step <= 10; ++step)
-        hand.MoveTo({corner.x() - 60 * GetParam() * step, corner.y() - 45 * GetParam() * step});
+        hand.MoveTo({corner.x() - Pixels(60 * step), corner.y() - Pixels(45 * step)});
     hand.Release();
     ParkPointer();
     EXPECT_TRUE(Show("size1", Window()));
@@ -207,7 +208,7 @@ TEST_P(PlayerLooks, WithItsMenu)
     const QPoint corner = at.topLeft() - QPoint(5, 5) * GetParam();
     hand.Click({at.x(), at.y()}, 3);
     ASSERT_TRUE(AwaitColour({corner.x(), corner.y()}, kMenuFrame));
-    hand.MoveTo({at.x() + 30 * GetParam(), at.y() + 20 * GetParam()}); // the second row
+    hand.MoveTo({at.x() + Pixels(30), at.y() + Pixels(20)}); // the second row
     EXPECT_TRUE(Show(
         "menu",
         [&] {
@@ -224,6 +225,23 @@ TEST_P(PlayerLooks, WithItsMenu)
 }
 
 INSTANTIATE_TEST_SUITE_P(AtEachRatio, PlayerLooks, ::testing::Values(1, 2));
+
+// Where an edge of a unit may lie within a pixel.
+class PlayerLooksBetween : public PlayerLooks {};
+
+TEST_P(PlayerLooksBetween, AtASizeAndInFullScreen)
+{
+    ASSERT_NO_FATAL_FAILURE(OpenAndPause());
+    for (const int size : {1, 3, 2}) {
+        hand.Key(std::to_string(size));
+        EXPECT_TRUE(Show("size" + std::to_string(size), Window()));
+    }
+    hand.Key("f");
+    hand.MoveTo({screen.Width() / 2, screen.Height() - 2});
+    EXPECT_TRUE(Show("full-bar", Window()));
+}
+
+INSTANTIATE_TEST_SUITE_P(AtEachRatio, PlayerLooksBetween, ::testing::Values(1.25, 1.5));
 
 } // namespace
 } // namespace lantern::test
