@@ -291,7 +291,9 @@ void DecodedStream::KeepWithinClaim()
 {
     if (m_claimedFrames == 0)
         return;
-    const std::int64_t within = std::min(m_claimedFrames - m_emittedFrames, FramesIn(m_block));
+    // A leap may have led behind the claimed end.
+    const std::int64_t left = std::max<std::int64_t>(m_claimedFrames - m_emittedFrames, 0);
+    const std::int64_t within = std::min(left, FramesIn(m_block));
     const auto cut = m_block.begin() + static_cast<std::ptrdiff_t>(SizeOf(within));
     m_withheld.insert(m_withheld.end(), cut, m_block.end());
     m_block.erase(cut, m_block.end());

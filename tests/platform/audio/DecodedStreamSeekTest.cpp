@@ -6,6 +6,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <array>
 #include <cmath>
 #include <cstring>
 
@@ -96,6 +98,41 @@ TEST(SoughtSoundOfNoKind, IsNoneBehindTheEndAndNearTheStart)
     EXPECT_FALSE(DecodedStream::OpenAt(*bytes, limit, std::int64_t{1} << 62));
     EXPECT_FALSE(DecodedStream::OpenAt(*bytes, limit, 17)) << "which the start reaches sooner";
     EXPECT_TRUE(DecodedStream::OpenAt(*bytes, limit, 44100 * 3 - 1));
+}
+
+// The sound from the frame on is there, or none is.
+void ExpectTrueOrNone(const ByteSource& bytes, std::int64_t frame, bool isThere)
+{
+    const WorkLimit limit;
+    const auto straight = DecodedStream::Open(bytes, limit);
+    ASSERT_TRUE(straight);
+    const auto all = Rest(*straight);
+    const auto first = static_cast<std::size_t>(frame) * StereoFrameSize(straight->Kind());
+    ASSERT_LT(first, all.size());
+    const auto sought = DecodedStream::OpenAt(bytes, limit, frame);
+    EXPECT_EQ(sought != nullptr, isThere) << frame;
+    if (sought) {
+        const auto rest = Rest(*sought);
+        EXPECT_TRUE(std::ranges::equal(rest, std::span(all).subspan(first))) << frame;
+    }
+}
+
+TEST(SoughtSoundOfNoKind, IsThereBehindAnEndThatTheHeaderStatesTooEarly)
+{
+    const SoundFolder folder;
+    constexpr int kRate = 44100;
+    Bytes image =
+        ReadFile(folder.Encode(MakeTicks(kRate, 2, kRate * 30), Ffmpeg(QStringLiteral("-c:a alac")),
+                               QStringLiteral("a.mp4")));
+    constexpr std::array<std::uint8_t, 4> kName = {'m', 'd', 'h', 'd'};
+    const auto header = std::ranges::search(image, kName);
+    ASSERT_FALSE(header.empty());
+    constexpr std::array<std::uint8_t, 4> kFiveSeconds = {0, 0x03, 0x5D, 0x54};
+    std::ranges::copy(kFiveSeconds, header.begin() + 20);
+
+    const auto bytes = OpenMemoryBytes(image);
+    for (const int second : {3, 5, 6, 7, 20, 29})
+        ExpectTrueOrNone(*bytes, std::int64_t{kRate} * second + 321, true);
 }
 
 INSTANTIATE_TEST_SUITE_P(Types, SoughtSound, testing::ValuesIn(AllEncodings()),
