@@ -9,6 +9,9 @@ extern "C" {
 
 #include <algorithm>
 #include <array>
+#include <cstddef>
+#include <span>
+#include <vector>
 
 namespace lantern {
 namespace {
@@ -56,6 +59,32 @@ const ContainerKind* FindKind(std::string_view name)
 std::int64_t Positive(std::int64_t frames)
 {
     return std::max<std::int64_t>(frames, 0);
+}
+
+// Pages of Ogg bear the number of their stream.
+constexpr std::string_view kPageMark("OggS\0", 5);
+constexpr std::size_t kStreamNumberAt = 14;
+constexpr std::size_t kStreamNumberSize = 4;
+constexpr std::size_t kLongestPage = 65307;
+
+std::string_view TextOf(std::span<const std::uint8_t> bytes)
+{
+    return {reinterpret_cast<const char*>(bytes.data()), bytes.size()};
+}
+
+// Whether the file ends in the stream that it begins with. In a chain of streams each counts time
+// from its own start, so that a time is found in any of them.
+bool IsOneOggStream(const ByteSource& bytes)
+{
+    std::array<std::uint8_t, kStreamNumberAt + kStreamNumberSize> first = {};
+    bytes.ReadAt(0, first);
+    std::vector<std::uint8_t> tail(2 * kLongestPage); // something else may follow the last page
+    const auto size = static_cast<std::int64_t>(tail.size());
+    tail.resize(bytes.ReadAt(std::max<std::int64_t>(0, bytes.Size() - size), tail));
+    const std::size_t last = TextOf(tail).rfind(kPageMark);
+    const std::string_view number = TextOf(first).substr(kStreamNumberAt);
+    return last != std::string_view::npos &&
+           TextOf(tail).substr(last).substr(0, first.size()).ends_with(number);
 }
 
 } // namespace
@@ -150,6 +179,8 @@ bool SoundContainer::ReadPacket(AVPacket& packet)
 
 bool SoundContainer::SeekTo(std::int64_t stamp)
 {
+    if (m_kind->name == "ogg" && !IsOneOggStream(m_bytes))
+        return false;
     m_bytesToRead = kAnyNumber;
     return av_seek_frame(m_format.get(), m_stream->index, stamp, AVSEEK_FLAG_BACKWARD) >= 0;
 }

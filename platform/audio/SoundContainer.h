@@ -50,7 +50,8 @@ public:
 
     // The next packet of the audio stream; false at the end, on a failure and once halted.
     bool ReadPacket(AVPacket& packet);
-    // Goes on at the last packet that begins by the time, in the stream's units.
+    // Goes on at the last packet that begins by the time, in the stream's units. False where that
+    // can't be told, too, as in a chain of Ogg streams.
     bool SeekTo(std::int64_t stamp);
 
     // Frames at the rate, counted from the sound's start, as the header states it; 0 if it

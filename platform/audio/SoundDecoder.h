@@ -14,9 +14,9 @@ class ByteSource;
 
 // A sound opened for playing: PCM at its own rate, as stereo floats, decoded from the start by a
 // thread of its own while it is already being read. What is read far ahead of that is decoded
-// first, from there on, where a place can be found to the frame: in all kinds but wma, mpc, modules
-// and ADPCM. A sound is cut off at 8 GB of PCM (twelve hours
-// at CD quality; modules at 1 GB), at a day, or when the disk for its temporary file is full.
+// first, from there on, where a place can be found to the frame: in all kinds but wma, mpc,
+// modules, ADPCM and chains of Ogg streams. A sound is cut off at 8 GB of PCM (twelve hours at CD
+// quality; modules at 1 GB), at a day, or when the disk for its temporary file is full.
 //
 // It is opened on the user-interface thread. Read may then be called from one other thread, the
 // const functions and Release from any. Destruction, on any thread, stops the decoding thread and

@@ -135,6 +135,24 @@ TEST(SoughtSoundOfNoKind, IsThereBehindAnEndThatTheHeaderStatesTooEarly)
         ExpectTrueOrNone(*bytes, std::int64_t{kRate} * second + 321, true);
 }
 
+// Each of them counts time from its own start.
+TEST(SoughtSoundOfNoKind, IsNoneInAChainOfStreams)
+{
+    const SoundFolder folder;
+    constexpr int kRate = 44100;
+    const auto encode = [&](const char* options, int seconds) {
+        return ReadFile(folder.Encode(MakeTicks(kRate, 2, std::int64_t{kRate} * seconds),
+                                      Words(QString::fromLatin1(options)),
+                                      QStringLiteral("a.ogg")));
+    };
+    Bytes chain = encode("oggenc -Q -s 1 in.wav -o", 20);
+    const Bytes second = encode("oggenc -Q -s 2 in.wav -o", 10);
+    chain.insert(chain.end(), second.begin(), second.end());
+    const auto bytes = OpenMemoryBytes(chain);
+    for (const int place : {3, 9, 12, 19, 23, 28})
+        ExpectTrueOrNone(*bytes, std::int64_t{kRate} * place, false);
+}
+
 INSTANTIATE_TEST_SUITE_P(Types, SoughtSound, testing::ValuesIn(AllEncodings()),
                          [](const auto& test) { return test.param.name; });
 
