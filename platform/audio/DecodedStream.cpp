@@ -242,11 +242,15 @@ bool DecodedStream::TakeFrame()
 // The first frame behind a leap: its stamp tells how many are to be dropped until the one sought.
 bool DecodedStream::Arrive()
 {
-    const std::int64_t arrived = av_rescale_q(
-        m_frame->pts - m_firstStamp, m_container->Stream().time_base, AVRational{1, m_sampleRate});
-    m_missed = m_frame->pts == AV_NOPTS_VALUE || arrived > *m_soughtDecoded;
-    m_delayFrames = *m_soughtDecoded - arrived;
-    m_soughtDecoded.reset();
+    const std::int64_t sought = *std::exchange(m_soughtDecoded, std::nullopt);
+    std::int64_t ticks = 0;
+    m_missed = m_frame->pts == AV_NOPTS_VALUE ||
+               __builtin_sub_overflow(m_frame->pts, m_firstStamp, &ticks);
+    const std::int64_t arrived =
+        av_rescale_q(ticks, m_container->Stream().time_base, AVRational{1, m_sampleRate});
+    m_missed = m_missed || arrived > sought;
+    if (!m_missed)
+        m_delayFrames = sought - arrived;
     return !m_missed;
 }
 

@@ -135,6 +135,22 @@ TEST(SoughtSoundOfNoKind, IsThereBehindAnEndThatTheHeaderStatesTooEarly)
         ExpectTrueOrNone(*bytes, std::int64_t{kRate} * second + 321, true);
 }
 
+// Where nothing decodes for a while, all that comes lies behind the place.
+TEST(SoughtSoundOfNoKind, IsNoneWhereTheFileIsDamaged)
+{
+    const SoundFolder folder;
+    constexpr int kRate = 44100;
+    Bytes image =
+        ReadFile(folder.Encode(MakeTicks(kRate, 2, kRate * 30), Ffmpeg(QStringLiteral("-c:a aac")),
+                               QStringLiteral("a.mp4")));
+    const auto size = static_cast<std::ptrdiff_t>(image.size());
+    std::fill(image.begin() + size / 3, image.begin() + size * 2 / 3, std::uint8_t{0});
+    const auto bytes = OpenMemoryBytes(image);
+    const WorkLimit limit;
+    for (const int tenths : {130, 141, 152, 163, 170})
+        EXPECT_FALSE(DecodedStream::OpenAt(*bytes, limit, std::int64_t{kRate} * tenths / 10));
+}
+
 // Each of them counts time from its own start.
 TEST(SoughtSoundOfNoKind, IsNoneInAChainOfStreams)
 {
