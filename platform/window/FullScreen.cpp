@@ -111,11 +111,13 @@ void FullScreen::FollowGeometry()
         KeepGeometry();
 }
 
-// While the window system has yet to answer, the geometry may be that of the last full screen.
+// While the window system has yet to answer, the geometry may be that of the last full screen, and
+// while the window is minimised, that of the next.
 void FullScreen::KeepGeometry()
 {
-    constexpr Qt::WindowStates kLarge = Qt::WindowFullScreen | Qt::WindowMaximized;
-    if (!m_settleTimer.isActive() && (m_window.windowState() & kLarge) == 0)
+    constexpr Qt::WindowStates kNotNormal =
+        Qt::WindowFullScreen | Qt::WindowMaximized | Qt::WindowMinimized;
+    if (!m_settleTimer.isActive() && (m_window.windowState() & kNotNormal) == 0)
         m_normalGeometry = Geometry();
 }
 

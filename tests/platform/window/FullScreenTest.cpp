@@ -162,6 +162,20 @@ TEST_F(FullScreenTest, ASizeThatComesBeforeTheStateIsNotTakenForTheNormalOne)
     EXPECT_EQ(window.geometry(), normal);
 }
 
+// A window manager sizes it at once, and the state is told when it is shown again.
+TEST_F(FullScreenTest, AMinimisedWindowThatWasMadeFullKeepsTheNormalGeometry)
+{
+    const QRect normal = ShowAt({30, 40, 500, 400});
+    window.windowHandle()->setGeometry(window.screen()->geometry());
+    window.setWindowState(Qt::WindowMinimized); // this platform sizes no minimised window
+    Wait(400);
+    ManagerSets(Qt::WindowFullScreen);
+    ASSERT_TRUE(fullScreen.IsOn());
+    fullScreen.Leave();
+    Wait(400);
+    EXPECT_EQ(window.geometry(), normal);
+}
+
 TEST_F(FullScreenTest, AStateThatEndsBeforeItsSizeKeepsTheNormalGeometry)
 {
     const QRect normal = ShowAt({30, 40, 500, 400});
