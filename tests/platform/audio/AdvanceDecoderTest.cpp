@@ -13,7 +13,7 @@ namespace {
 using namespace std::chrono_literals;
 using Clock = std::chrono::steady_clock;
 
-constexpr std::int64_t kFrames = std::int64_t{kRate} * 160;
+constexpr std::int64_t kLeapFrames = std::int64_t{kRate} * 160;
 constexpr auto kSoundFollowsWithin = 500ms;
 
 struct Kind {
@@ -30,7 +30,7 @@ protected:
         const Kind& kind = GetParam();
         if (!s_images.contains(kind.name)) {
             const SoundFolder folder;
-            s_images[kind.name] = ReadFile(folder.Encode(MakeTicks(kRate, 2, kFrames),
+            s_images[kind.name] = ReadFile(folder.Encode(MakeTicks(kRate, 2, kLeapFrames),
                                                          Words(QString::fromLatin1(kind.command)),
                                                          QString::fromLatin1(kind.file)));
             s_sounds[kind.name] = ReadAll(*SoundDecoder::OpenMemory(s_images[kind.name]));
@@ -73,21 +73,21 @@ protected:
 
 TEST_P(FarAhead, TheSoundIsThereWithinHalfASecond)
 {
-    EXPECT_EQ(ReadSoon(kFrames * 3 / 4, kRate / 10), kRate / 10);
+    EXPECT_EQ(ReadSoon(kLeapFrames * 3 / 4, kRate / 10), kRate / 10);
     EXPECT_FALSE(m_decoder->DecodedToEnd());
-    EXPECT_EQ(ReadSoon(kFrames / 2, kRate / 10), kRate / 10) << "back";
+    EXPECT_EQ(ReadSoon(kLeapFrames / 2, kRate / 10), kRate / 10) << "back";
     EXPECT_EQ(ReadSoon(100, kRate / 10), kRate / 10) << "at the start";
-    EXPECT_EQ(ReadSoon(kFrames * 7 / 8, kRate / 10), kRate / 10) << "and on";
+    EXPECT_EQ(ReadSoon(kLeapFrames * 7 / 8, kRate / 10), kRate / 10) << "and on";
     EXPECT_FALSE(m_decoder->DecodedToEnd());
 }
 
 TEST_P(FarAhead, ItGoesOnFrameForFrameUntilTheStartHasCaughtUpAndToTheEnd)
 {
     constexpr int kPiece = 8820;
-    std::int64_t frame = kFrames / 2 + 123;
+    std::int64_t frame = kLeapFrames / 2 + 123;
     bool wasAhead = false;
-    for (; frame < kFrames; frame += kPiece) {
-        const int frames = static_cast<int>(std::min<std::int64_t>(kPiece, kFrames - frame));
+    for (; frame < kLeapFrames; frame += kPiece) {
+        const int frames = static_cast<int>(std::min<std::int64_t>(kPiece, kLeapFrames - frame));
         ASSERT_EQ(ReadSoon(frame, frames), frames) << frame;
         wasAhead = wasAhead || !m_decoder->DecodedToEnd();
         std::this_thread::sleep_for(5ms);
@@ -100,20 +100,20 @@ TEST_P(FarAhead, ItGoesOnFrameForFrameUntilTheStartHasCaughtUpAndToTheEnd)
 
 TEST_P(FarAhead, TheEndIsToldBeforeTheStartHasCaughtUp)
 {
-    EXPECT_EQ(ReadSoon(kFrames - 1000, 2000), 1000);
+    EXPECT_EQ(ReadSoon(kLeapFrames - 1000, 2000), 1000);
     EXPECT_TRUE(m_chunk.atEnd);
     EXPECT_FALSE(m_chunk.notYet);
     EXPECT_FALSE(m_decoder->DecodedToEnd());
-    EXPECT_EQ(ReadSoon(kFrames + 1000, 2000), 0);
+    EXPECT_EQ(ReadSoon(kLeapFrames + 1000, 2000), 0);
 }
 
 TEST_P(FarAhead, ReleasedAheadItDecodesNoFurtherAndTellsNoWrongEnd)
 {
-    EXPECT_EQ(ReadSoon(kFrames * 3 / 4, 1000), 1000);
+    EXPECT_EQ(ReadSoon(kLeapFrames * 3 / 4, 1000), 1000);
     m_decoder->Release();
     WaitForEnd(*m_decoder);
-    EXPECT_LT(m_decoder->FrameCount(), kFrames / 2);
-    EXPECT_EQ(ReadSoon(kFrames * 7 / 8, 1000), 0);
+    EXPECT_LT(m_decoder->FrameCount(), kLeapFrames / 2);
+    EXPECT_EQ(ReadSoon(kLeapFrames * 7 / 8, 1000), 0);
     EXPECT_TRUE(m_chunk.atEnd) << "what has been decoded so far is all there is";
 }
 
@@ -130,7 +130,7 @@ TEST(NeverAhead, AKindThatCanNotBeSoughtComesTrueInTheEnd)
 {
     const SoundFolder folder;
     const QString path =
-        folder.Encode(MakeTicks(kRate, 2, kFrames / 8),
+        folder.Encode(MakeTicks(kRate, 2, kLeapFrames / 8),
                       Words(QStringLiteral("ffmpeg -y -v error -i in.wav -c:a wmav2 -b:a 128k")),
                       QStringLiteral("a.wma"));
     const std::vector<float> sound = ReadAll(*SoundDecoder::OpenFile(path));
@@ -139,7 +139,7 @@ TEST(NeverAhead, AKindThatCanNotBeSoughtComesTrueInTheEnd)
     const auto decoder = SoundDecoder::Open(std::move(bytes), 0ms);
     ASSERT_TRUE(decoder);
     std::vector<float> read(2000);
-    const std::int64_t first = kFrames / 8 - 2000;
+    const std::int64_t first = kLeapFrames / 8 - 2000;
     const auto asked = Clock::now();
     while (decoder->Read(first, read).frames < 1000 && Clock::now() - asked < 10s)
         std::this_thread::sleep_for(1ms);

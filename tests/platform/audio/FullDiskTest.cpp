@@ -12,7 +12,7 @@ namespace lantern {
 namespace {
 
 constexpr std::int64_t kFramesInMemory = (std::int64_t{64} << 20) / 4;
-constexpr std::int64_t kFrames = kFramesInMemory + 44100 * 60;
+constexpr std::int64_t kCutFrames = kFramesInMemory + 44100 * 60;
 
 // For this thread and those that it starts, all folders for temporary files lie on a small disk.
 bool LiveOnASmallDisk()
@@ -28,7 +28,7 @@ bool LiveOnASmallDisk()
 
 TEST(FullDisk, WhatHasBeenDecodedPlaysAndTheCauseIsTold)
 {
-    const Bytes image = WavImage(MakeTicks(44100, 2, kFrames));
+    const Bytes image = WavImage(MakeTicks(44100, 2, kCutFrames));
     bool mayMount = false;
     std::thread([&] {
         mayMount = LiveOnASmallDisk();
@@ -36,7 +36,7 @@ TEST(FullDisk, WhatHasBeenDecodedPlaysAndTheCauseIsTold)
             return;
         const auto decoder = SoundDecoder::OpenMemory(image);
         ASSERT_TRUE(decoder);
-        EXPECT_EQ(decoder->FrameCount(), kFrames);
+        EXPECT_EQ(decoder->FrameCount(), kCutFrames);
         WaitForEnd(*decoder);
         EXPECT_EQ(decoder->CutBy(), ENOSPC);
         EXPECT_EQ(decoder->FrameCount(), kFramesInMemory);

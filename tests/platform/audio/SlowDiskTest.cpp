@@ -9,7 +9,7 @@ namespace {
 using std::chrono::milliseconds;
 using std::chrono::steady_clock;
 
-constexpr std::int64_t kFrames = std::int64_t{44100} * 100;
+constexpr std::int64_t kSoundFrames = std::int64_t{44100} * 100;
 
 // A hundred seconds of an mp3 that doesn't tell its length: 25 reads.
 class SlowDisk : public testing::Test {
@@ -18,8 +18,8 @@ protected:
     {
         const SoundFolder folder;
         const QStringList command = QStringLiteral("lame --quiet -t -b 128 in.wav").split(u' ');
-        const Bytes once = ReadFile(
-            folder.Encode(MakeTicks(44100, 2, kFrames / 10), command, QStringLiteral("a.mp3")));
+        const Bytes once = ReadFile(folder.Encode(MakeTicks(44100, 2, kSoundFrames / 10), command,
+                                                  QStringLiteral("a.mp3")));
         for (int i = 0; i < 10; ++i)
             s_mp3.insert(s_mp3.end(), once.begin(), once.end());
     }
@@ -54,7 +54,7 @@ TEST_F(SlowDisk, OnceOpenASoundIsDecodedToItsEndHoweverLongThatTakes)
     EXPECT_GT(decoder->FrameCount(), 0);
     WaitForEnd(*decoder);
     EXPECT_GT(MillisecondsSoFar(), 600);
-    EXPECT_NEAR(static_cast<double>(decoder->FrameCount()), kFrames, 0.02 * kFrames);
+    EXPECT_NEAR(static_cast<double>(decoder->FrameCount()), kSoundFrames, 0.02 * kSoundFrames);
 }
 
 TEST_F(SlowDisk, ALengthIsToldWithinASecond)
