@@ -3,8 +3,6 @@
 
 #include <gmock/gmock.h>
 
-#include <limits>
-
 namespace lantern {
 namespace {
 
@@ -13,8 +11,6 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::Not;
 using testing::Pair;
-
-constexpr std::int32_t kLastMs = std::numeric_limits<std::int32_t>::max();
 
 using PlaybackClockTest = PlaybackFixture;
 

@@ -10,9 +10,12 @@
 
 #include <algorithm>
 #include <functional>
+#include <limits>
 #include <utility>
 
 namespace lantern {
+
+inline constexpr std::int32_t kLastMs = std::numeric_limits<std::int32_t>::max();
 
 class RecordingHost : public PlaybackHost {
 public:

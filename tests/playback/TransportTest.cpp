@@ -14,8 +14,6 @@ using testing::IsEmpty;
 using testing::Not;
 using testing::Pair;
 
-constexpr std::int32_t kLastMs = std::numeric_limits<std::int32_t>::max();
-
 using TransportTest = PlaybackFixture;
 
 TEST_F(TransportTest, PlayPauseWithoutATrackOpensTheLastOne)
