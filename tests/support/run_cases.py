@@ -8,7 +8,8 @@ process goes on with the cases behind it. A failed case gets a second try, alone
 up to three more while the machine stalls, for then the failure says little about the program. Each
 waits a while for the machine to be calm. All programs of tests that are given the same FILE share
 the machine; further tries have it alone. Where the cases measure moments, one that failed each try
-on a machine that stood still for much of it was not measured: it counts as skipped.
+on a machine that stood still for as long as the sound lasts that waits was not measured: it counts
+as skipped.
 Nothing of that is hidden: a failure is printed where it happens, and every further try is told.
 The variable LANTERN_CASES holds a filter of GoogleTest, too: only cases that fit both are run.
 """
@@ -27,12 +28,13 @@ import time
 
 MOST_SECOND_TRIES = 12  # more failures than this have a cause other than chance
 TRIES = ("second", "third", "fourth", "fifth")  # those behind the second: after a stall
-LONGEST_ALONE = 300.0  # seconds: then the machine goes on to those who wait for it
+LONGEST_ALONE = 600.0  # seconds: then the machine goes on to those who wait for it
 LONGEST_RETRIED = 60.0  # seconds: a case that takes longer has its own answer to a stall
 STALL_SECONDS = 0.02  # of the fifty milliseconds between a player and the ear
-MUCH_STALLED = 0.1  # of a try's time: moments can't be measured then
+GAP_SECONDS = 0.05  # a stall that leaves no sound for the ear: moments can't be measured then
+MUCH_STALLED = 0.02  # of a program's time: most cases that measure moments may be spoiled
 CALM_SECONDS = 0.5  # without a stall
-LONGEST_WAIT = 30.0  # seconds, for the machine to be calm
+LONGEST_WAIT = 10.0  # seconds, for the machine to be calm
 SLEEP_SECONDS = 0.001
 MOST_WATCHED = 8  # watching more would itself load the machine
 MOST_ENDS = 5  # after so many crashes and hangs the program is given up
@@ -81,6 +83,7 @@ class StallWatch:
 
     def __enter__(self):
         self.still = {}  # seconds, of each processor that stalled
+        self.longest = 0.0  # of its stalls, in seconds
         self.since = time.monotonic()
         self.over = threading.Event()
         self.threads = [threading.Thread(target=self.watch, args=(processor,))
@@ -112,6 +115,7 @@ class StallWatch:
             length = time.monotonic() - before
             if length > STALL_SECONDS:
                 self.still[processor] = self.still.get(processor, 0.0) + length
+                self.longest = max(self.longest, length)
 
 
 def await_calm():
@@ -299,17 +303,17 @@ class Suite:
         with self.machine.alone():
             until = time.monotonic() + LONGEST_ALONE
             for case in failed:
-                shares = []  # of each further try, the time in which the machine stood still
+                stalls = []  # the longest of each further try
                 for which in TRIES:
-                    if not self.try_case(case, which, shares) or time.monotonic() > until:
+                    if not self.try_case(case, which, stalls) or time.monotonic() > until:
                         break
                 else:
-                    if self.options.moments and min(shares) >= MUCH_STALLED:
+                    if self.options.moments and min(stalls) >= GAP_SECONDS:
                         say(f"    not measured: {case}, as the machine stood still for "
-                            f"{min(shares):.0%} to {max(shares):.0%} of each further try")
+                            f"{min(stalls) * 1000:.0f} ms or more in each further try")
                         self.outcome[case] = "skipped"
 
-    def try_case(self, case, which, shares):
+    def try_case(self, case, which, stalls):
         """Once more. True if the machine spoiled this try."""
         await_calm()
         told = []
@@ -318,7 +322,7 @@ class Suite:
             run = Run(self.options.program, case, self.options.limit,
                       lambda *arguments: told.extend(arguments[3]))
             seconds = time.monotonic() - start
-        shares.append(watch.share)
+        stalls.append(watch.longest)
         outcome = run.outcome.get(case)
         if outcome in ("passed", "skipped") and run.trouble is None:
             say(f"    {which} try of {case}: {outcome}", *(told if outcome == "skipped" else ()))
