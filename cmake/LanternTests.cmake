@@ -116,8 +116,13 @@ function(lantern_add_cases program suffix filter case_seconds is_alone labels)
     list(APPEND options --machine ${LANTERN_TEST_MACHINE}/machine)
     add_test(NAME ${test}
         COMMAND ${PYTHON3} ${LANTERN_TEST_SUPPORT}/run_cases.py ${options} $<TARGET_FILE:${program}>)
+    # Under sanitizers, where nothing is measured, it may well be slow.
+    set(is_serial ${is_alone})
+    if(LANTERN_SANITIZE)
+        set(is_serial FALSE)
+    endif()
     # Each case has a limit of its own. That of ctest is for a runner that hangs itself.
     set_tests_properties(${test} PROPERTIES TIMEOUT 1800 ENVIRONMENT "QT_QPA_PLATFORM=offscreen"
-        RUN_SERIAL "${is_alone}" LABELS "${labels}")
+        RUN_SERIAL "${is_serial}" LABELS "${labels}")
     set(test ${test} PARENT_SCOPE)
 endfunction()
