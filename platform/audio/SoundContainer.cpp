@@ -28,7 +28,7 @@ constexpr std::array kContainers = {
     ContainerKind{"mp3", LengthRule::Packets, SeekRule::Reading},
     ContainerKind{"mpc", LengthRule::Claim},
     ContainerKind{"mpc8", LengthRule::Claim},
-    ContainerKind{"ogg", LengthRule::Claim, SeekRule::Index},
+    ContainerKind{"ogg", LengthRule::Claim, SeekRule::Stream},
     ContainerKind{"wav", LengthRule::Packets, SeekRule::Tail},
 };
 
@@ -179,7 +179,7 @@ bool SoundContainer::ReadPacket(AVPacket& packet)
 
 bool SoundContainer::SeekTo(std::int64_t stamp)
 {
-    if (m_kind->name == "ogg" && !IsOneOggStream(m_bytes))
+    if (m_kind->seeks == SeekRule::Stream && !IsOneOggStream(m_bytes))
         return false;
     m_bytesToRead = kAnyNumber;
     return av_seek_frame(m_format.get(), m_stream->index, stamp, AVSEEK_FLAG_BACKWARD) >= 0;

@@ -25,7 +25,8 @@ enum class SeekRule {
     Never,   // it can't be
     Reading, // the packets before it are read, which takes a moment in an hour of sound
     Index,   // the library finds it, at once
-    Tail     // likewise, and a look at the tail tells the length
+    Stream,  // likewise, unless the file is a chain of streams
+    Tail     // as by Index, and a look at the tail tells the length
 };
 
 struct ContainerKind {
