@@ -60,9 +60,10 @@ public:
     // EFBIG, it is longer than any sound is kept. 0 if nothing did.
     virtual int CutBy() const { return 0; }
 
-    // Copies interleaved stereo frames from the frame given on (0 for a negative one). Never waits,
-    // locks or allocates; a frame far ahead of what is decoded gives notYet. Only beyond 64 MB of
-    // PCM, six minutes at CD quality, it reads from the disk, mostly from the system's cache.
+    // Copies interleaved stereo frames from the frame given on (0 for a negative one). Never waits
+    // for another thread or allocates; a frame far ahead of what is decoded gives notYet. Only
+    // beyond 64 MB of PCM, six minutes at CD quality, it reads from the disk, mostly from the
+    // system's cache.
     virtual Chunk Read(std::int64_t firstFrame, std::span<float> stereo) = 0;
 
     // Decodes no further, without waiting for it: what has been decoded so far is all there is. The
