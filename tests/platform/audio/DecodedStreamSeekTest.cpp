@@ -117,13 +117,17 @@ void ExpectTrueOrNone(const ByteSource& bytes, std::int64_t frame, bool isThere)
     }
 }
 
-TEST(SoughtSoundOfNoKind, IsThereBehindAnEndThatTheHeaderStatesTooEarly)
+Bytes HalfAMinuteOfMp4(const QString& codec)
 {
     const SoundFolder folder;
-    constexpr int kRate = 44100;
-    Bytes image =
-        ReadFile(folder.Encode(MakeTicks(kRate, 2, kRate * 30), Ffmpeg(QStringLiteral("-c:a alac")),
-                               QStringLiteral("a.mp4")));
+    return ReadFile(folder.Encode(MakeTicks(kRate, 2, kRate * 30),
+                                  Ffmpeg(QStringLiteral("-c:a ") + codec),
+                                  QStringLiteral("a.mp4")));
+}
+
+TEST(SoughtSoundOfNoKind, IsThereBehindAnEndThatTheHeaderStatesTooEarly)
+{
+    Bytes image = HalfAMinuteOfMp4(QStringLiteral("alac"));
     constexpr std::array<std::uint8_t, 4> kName = {'m', 'd', 'h', 'd'};
     const auto header = std::ranges::search(image, kName);
     ASSERT_FALSE(header.empty());
@@ -138,11 +142,7 @@ TEST(SoughtSoundOfNoKind, IsThereBehindAnEndThatTheHeaderStatesTooEarly)
 // Where nothing decodes for a while, all that comes lies behind the place.
 TEST(SoughtSoundOfNoKind, IsNoneWhereTheFileIsDamaged)
 {
-    const SoundFolder folder;
-    constexpr int kRate = 44100;
-    Bytes image =
-        ReadFile(folder.Encode(MakeTicks(kRate, 2, kRate * 30), Ffmpeg(QStringLiteral("-c:a aac")),
-                               QStringLiteral("a.mp4")));
+    Bytes image = HalfAMinuteOfMp4(QStringLiteral("aac"));
     const auto size = static_cast<std::ptrdiff_t>(image.size());
     std::fill(image.begin() + size / 3, image.begin() + size * 2 / 3, std::uint8_t{0});
     const auto bytes = OpenMemoryBytes(image);
@@ -155,7 +155,6 @@ TEST(SoughtSoundOfNoKind, IsNoneWhereTheFileIsDamaged)
 TEST(SoughtSoundOfNoKind, IsNoneInAChainOfStreams)
 {
     const SoundFolder folder;
-    constexpr int kRate = 44100;
     const auto encode = [&](const char* options, int seconds) {
         return ReadFile(folder.Encode(MakeTicks(kRate, 2, std::int64_t{kRate} * seconds),
                                       Words(QString::fromLatin1(options)),
