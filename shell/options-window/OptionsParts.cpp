@@ -2,22 +2,13 @@
 #include "OptionsParts.h"
 
 #include "OptionsHost.h"
-#include "PlayerLook.h"
 
 #include <QMouseEvent>
 #include <QPainter>
 
-#include <algorithm>
 #include <utility>
 
 namespace lantern {
-
-const Ambient& OptionsAmbient()
-{
-    static const Ambient ambient = {
-        .font = PlayerFont(), .backColor = kBlack, .foreColor = kAccentColour, .displayName = {}};
-    return ambient;
-}
 
 PictureBox::PictureBox(QWidget* parent, PictureReference picture)
     : QWidget(parent), m_picture(std::move(picture))
@@ -27,24 +18,6 @@ PictureBox::PictureBox(QWidget* parent, PictureReference picture)
 void PictureBox::paintEvent(QPaintEvent*)
 {
     QPainter(this).drawImage(0, 0, m_picture->ImageAt(devicePixelRatioF()));
-}
-
-WhiteLabel::WhiteLabel(QWidget* parent) : QLabel(parent)
-{
-    QPalette colours;
-    colours.setColor(QPalette::Window, QColor::fromRgb(ResolveColour(kBlack)));
-    colours.setColor(QPalette::WindowText, QColor::fromRgb(ResolveColour(kWhite)));
-    setPalette(colours);
-    setAutoFillBackground(true);
-    setFont(OptionsAmbient().font);
-    setTextFormat(Qt::PlainText);
-}
-
-void WhiteLabel::FitToText()
-{
-    const int missing = std::max(0, sizeHint().width() - width());
-    const bool isRight = alignment().testFlag(Qt::AlignRight);
-    setGeometry(geometry().adjusted(isRight ? -missing : 0, 0, isRight ? 0 : missing, 0));
 }
 
 Spoken DeviceButton::Speak() const

@@ -2,19 +2,15 @@
 // What stands on the options window besides the player's own controls.
 #pragma once
 
-#include "Control.h"
 #include "Picture.h"
+#include "SkinParts.h"
 #include "ctlPicBtn.h"
 
-#include <QLabel>
 #include <QWidget>
 
 namespace lantern {
 
 class OptionsHost;
-
-// Font and colours that the controls on the window start with.
-const Ambient& OptionsAmbient();
 
 // A picture at its own size, crisp on every screen.
 class PictureBox : public QWidget {
@@ -26,15 +22,6 @@ protected:
 
 private:
     PictureReference m_picture;
-};
-
-// Plain text, white on black.
-class WhiteLabel : public QLabel {
-public:
-    explicit WhiteLabel(QWidget* parent);
-
-    // A text that is wider than its place in this font spreads away from the sliders.
-    void FitToText();
 };
 
 // Opens the menu of the devices, and switches nothing, however it looks.

@@ -8,11 +8,8 @@
 #include "ButtonDress.h"
 #include "OptionsAccessible.h"
 #include "OptionsHost.h"
-#include "ScreenMetrics.h"
+#include "SideWindow.h"
 #include "ToolTips.h"
-#include "modAPI.h"
-
-#include <QWindow>
 
 #include <algorithm>
 #include <utility>
@@ -55,7 +52,7 @@ frmOptions::frmOptions(QWidget& mainWindow, OptionsHost& player, AudioControl& a
                        SpectrumAnalyser* analyser, TwipsPerPixel twips)
     : QWidget(nullptr, Qt::Tool | Qt::FramelessWindowHint), m_mainWindow(mainWindow),
       m_player(player), m_audio(audio), m_twips(twips), m_input(player),
-      m_skinner(this, OptionsAmbient()), m_skinAbout(this, OptionsAmbient())
+      m_skinner(this, SkinAmbient()), m_skinAbout(this, SkinAmbient())
 {
     OptionsAccessible::Install();
     // The program runs on when no other window is to be seen.
@@ -64,7 +61,7 @@ frmOptions::frmOptions(QWidget& mainWindow, OptionsHost& player, AudioControl& a
     MakeControls();
     m_skinner.Initialize(this, false, true);
     m_skinAbout.Initialize(this, false, true);
-    Centre();
+    CentreOnScreen(*this, kOptionsSize, m_twips);
     SetupSpectrum(analyser);
     SetupOptions();
     for (ctlPicBtn* button : m_cmd)
@@ -75,20 +72,12 @@ frmOptions::frmOptions(QWidget& mainWindow, OptionsHost& player, AudioControl& a
     };
     BringToFront(OptionsPanel::Skinner);
     m_specPic->setFocus();
-    StandBeforePlayer();
+    StandBeforePlayer(*this, m_mainWindow);
 }
 
 ctlSkinner& frmOptions::Panel(OptionsPanel panel)
 {
     return panel == OptionsPanel::Skinner ? m_skinner : m_skinAbout;
-}
-
-void frmOptions::Centre()
-{
-    const QRect desktop = DesktopRect();
-    const TwipRect place =
-        CentredOn({desktop.width() * m_twips.x, desktop.height() * m_twips.y}, kOptionsSize);
-    move(desktop.topLeft() + PixelsOf(place, m_twips).topLeft());
 }
 
 void frmOptions::MakeControls()
@@ -146,8 +135,8 @@ ctlPicBtn* frmOptions::MakeButton(const OptionsPlace& place)
 {
     const OptionsButton& design = DesignOf(place);
     QWidget* const panel = &Panel(place.panel);
-    auto* button = place.control == OptionsControl::dev ? new DeviceButton(panel, OptionsAmbient())
-                                                        : new ctlPicBtn(panel, OptionsAmbient());
+    auto* button = place.control == OptionsControl::dev ? new DeviceButton(panel, SkinAmbient())
+                                                        : new ctlPicBtn(panel, SkinAmbient());
     button->SetCaption(place.caption.toString());
     GiveStyle(*button, {design.isCheckBox, design.mousePointer, kWhite, kAccentColour});
     if (design.face)
@@ -162,7 +151,7 @@ ctlPicBtn* frmOptions::MakeButton(const OptionsPlace& place)
 ctlSlide* frmOptions::MakeSlider(const OptionsPlace& place)
 {
     const OptionsSlider& design = kOptionsSliderTable.at(place.index);
-    auto* slider = new ctlSlide(&Panel(place.panel), OptionsAmbient());
+    auto* slider = new ctlSlide(&Panel(place.panel), SkinAmbient());
     slider->SetValues(design.min, design.max, design.value);
     slider->SetSliderColor(kAccentColour);
     slider->SetSliderBack(design.sliderBack);
@@ -209,30 +198,13 @@ void frmOptions::NameForReaders()
 void frmOptions::ShowForm(const QString& word)
 {
     BringToFront(word == kOptionsForm ? OptionsPanel::Skinner : OptionsPanel::SkinAbout);
-    const bool isShown = word != kNoForm;
-    if (isShown && !isVisible())
-        StandBeforePlayer();
-    const bool hadKeyboard = isActiveWindow();
-    setVisible(isShown);
-    // Not every window system gives the keyboard back; a player out of sight is left there.
-    if (!isShown && hadKeyboard && m_mainWindow.isVisible() && !m_mainWindow.isMinimized())
-        m_mainWindow.activateWindow();
+    ShowBeforePlayer(*this, m_mainWindow, word != kNoForm);
 }
 
 void frmOptions::BringToFront(OptionsPanel panel)
 {
     m_front = panel;
     Panel(panel).raise();
-}
-
-// Being topmost is not enough where the player fills the screen. Each of the two windows may be
-// another one than last time: a window that was closed is made anew.
-void frmOptions::StandBeforePlayer()
-{
-    // A window manager minimises it along with the player, and would do so again.
-    setWindowState(windowState() & ~Qt::WindowMinimized);
-    SetTopMost(*this, true);
-    windowHandle()->setTransientParent(m_mainWindow.windowHandle());
 }
 
 void frmOptions::Click(const OptionsButton& design, const ctlPicBtn& button)

@@ -73,9 +73,7 @@ private:
     void SetupSpectrum(SpectrumAnalyser* analyser);
     void SetupOptions();
     void NameForReaders();
-    void Centre();
     void BringToFront(OptionsPanel panel);
-    void StandBeforePlayer();
 
     void Click(const OptionsButton& design, const ctlPicBtn& button);
     void ChooseDevice(ctlPicBtn& button);
