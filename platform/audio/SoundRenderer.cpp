@@ -94,6 +94,7 @@ int SoundRenderer::Fill(std::span<float> stereo)
 {
     const int frames = m_ring.Read(stereo);
     const std::span<float> filled = stereo.first(static_cast<std::size_t>(frames) * 2);
+    m_guide.Apply(filled);
     m_gain.Apply(filled);
     m_tap.Note(filled);
     return frames;
@@ -244,6 +245,7 @@ void SoundRenderer::StartAt(std::int64_t mediaFrame)
         m_placeFrame = 0;
     }
     m_ring.Reset(FramesIn(kRingMs));
+    m_guide.Restart(m_sampleRate);
     m_gain.Restart(m_sampleRate);
     m_renderedFrames = 0;
     m_started = true;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "AudioOutput.h"
+#include "ChannelGuide.h"
 #include "SoundDecoder.h"
 #include "SoundRing.h"
 #include "SoundShaper.h"
@@ -51,6 +52,7 @@ public:
     // The sound of a former wish ends on the renderer's thread, unless the caller keeps it.
     void SetWish(Wish wish);
     void SetLevel(StereoLevel level) { m_gain.SetTarget(level); }
+    void SetVoiceGuide(VoiceGuide guide) { m_guide.SetTarget(guide); }
 
     // The frame of the sound that is heard now; none as long as nothing is heard of the place with
     // this serial.
@@ -90,6 +92,7 @@ private:
     AudioOutput& m_output;
     Report m_report;
     SoundRing m_ring;
+    ChannelGuide m_guide;
     StereoGain m_gain;
     SoundTap m_tap;
 

@@ -52,6 +52,7 @@ bool StudioEngine::EngineInit()
         };
         m_renderer = std::make_unique<SoundRenderer>(*m_output, report);
         TellLevel();
+        m_renderer->SetVoiceGuide(m_voiceGuide);
         m_renderer->Listen(m_listening);
     }
     return m_renderer != nullptr;
@@ -204,6 +205,13 @@ void StudioEngine::SetEngineTempo(float percent)
 {
     m_tempo = percent;
     TellWish();
+}
+
+void StudioEngine::SetVoiceGuide(VoiceGuide guide)
+{
+    m_voiceGuide = guide;
+    if (m_renderer)
+        m_renderer->SetVoiceGuide(guide);
 }
 
 void StudioEngine::Listen(bool on)

@@ -51,6 +51,8 @@ public:
     float GetEngineTempo() override { return m_tempo; }
     void SetEngineTempo(float percent) override;
 
+    void SetVoiceGuide(VoiceGuide guide) override;
+
     void NameSound(const QString& name) override { m_output->SetName(name); }
 
     SpectrumAnalyser* Spectrum() override { return this; }
@@ -75,6 +77,7 @@ private:
     float m_balance = 0.0F;
     int m_semitones = 0;
     float m_tempo = 0.0F;
+    VoiceGuide m_voiceGuide = VoiceGuide::Both;
 
     std::shared_ptr<SoundDecoder> m_sound; // with the renderer, see its wish
     SoundStatus m_status = SoundStatus::Empty;

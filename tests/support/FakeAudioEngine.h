@@ -55,6 +55,7 @@ public:
     float Balance = 0;
     int Pitch = 0;
     float Tempo = 0;
+    VoiceGuide Guide = VoiceGuide::Both;
 
     QStringList Devices = {QStringLiteral("Default")};
     int SelectedDevice = 0;
@@ -190,6 +191,11 @@ public:
     float GetEngineTempo() override { return Asked("GetEngineTempo", Tempo); }
     void SetEngineTempo(float percent) override { Set("SetEngineTempo ", Tempo, percent); }
 
+    void SetVoiceGuide(VoiceGuide guide) override
+    {
+        Log.push_back("SetVoiceGuide " + std::to_string(static_cast<int>(guide)));
+        Guide = guide;
+    }
     void NameSound(const QString& name) override { SoundName = name; }
 
     SpectrumAnalyser* Spectrum() override { return &Analyser; }

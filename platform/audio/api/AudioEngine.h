@@ -14,6 +14,9 @@ class SpectrumAnalyser;
 // What the player is doing, by the numbers that the rest of the program compares.
 enum class SoundStatus : std::int32_t { Empty = 0, Playing = 1, Paused = 2, Stopped = 3 };
 
+// What both ears hear of the two channels of a sound: each its own, or both the same one.
+enum class VoiceGuide : std::uint8_t { Both, Left, Right };
+
 // One player of sound: it loads one sound at a time, plays it on one output device and tells the
 // position that is being heard.
 //
@@ -44,8 +47,8 @@ public:
     virtual std::int32_t LoadFile(const QString& path) = 0;
     virtual std::int32_t LoadMemory(std::span<const std::uint8_t> image) = 0;
     virtual std::int32_t GetLoadedDuration() = 0; // milliseconds
-    // The system's code for what keeps the loaded sound from playing to its end, such as a full disk
-    // where it is unpacked; 0 for nothing. What is there plays.
+    // The system's code for what keeps the loaded sound from playing to its end, such as a full
+    // disk where it is unpacked; 0 for nothing. What is there plays.
     virtual int GetSoundTrouble() { return 0; }
     virtual void CloseSound() = 0;
 
@@ -67,6 +70,10 @@ public:
     virtual void SetEnginePitch(int semitones) = 0;
     virtual float GetEngineTempo() = 0; // -90 to +90 percent faster
     virtual void SetEngineTempo(float percent) = 0;
+
+    // Where a sound has the voice on one of its channels: which of them both ears hear. It stays
+    // from sound to sound, and a change is heard as those above are.
+    virtual void SetVoiceGuide(VoiceGuide) {}
 
     // What the sounds are called where the desktop shows who plays, from now on; empty for no name
     // of their own. An engine that nobody hears does without.
