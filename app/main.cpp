@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "Application.h"
+#include "AskForStage.h"
+#include "Complaint.h"
 #include "InstalledFiles.h"
 #include "MakeAudioEngine.h"
 #include "PathHelpers.h"
@@ -18,12 +20,13 @@ namespace lantern {
 namespace {
 
 constexpr std::string_view kUsage =
-    "Usage: lyric-lantern [TRACK | --demo]\n"
+    "Usage: lyric-lantern [TRACK | --demo | --stage]\n"
     "Plays a CD+G karaoke track: a .cdg file with its sound beside it, a sound file with its\n"
     ".cdg beside it, a .bin file, or a .zip archive of the two. A file:// address will do, too,\n"
     "and a name that begins with a dash is one behind \"--\".\n"
     "\n"
     "      --demo     play the demo song\n"
+    "      --stage    show the stage window, of the player that runs if there is one\n"
     "  -h, --help     show this text and end\n"
     "      --version  show the version and end\n";
 
@@ -46,6 +49,29 @@ std::unique_ptr<QWidget> MakeMainWindow(ProgramState& state)
     window->show();
     window->JoinDesktop();
     return window;
+}
+
+std::unique_ptr<QWidget> MakeMainWindowWithStage(ProgramState& state)
+{
+    std::unique_ptr<QWidget> window = MakeMainWindow(state);
+    if (auto* const player = dynamic_cast<f101*>(window.get()))
+        player->ShowStage();
+    return window;
+}
+
+bool AskRunningPlayer()
+{
+    if (AskForStage(kApplicationBusName, qgetenv("XDG_ACTIVATION_TOKEN")))
+        return true;
+    Complain(QStringLiteral("The running player can't be asked over the session's bus; "
+                            "press F2 in its window"));
+    return false;
+}
+
+int ShowStage(char* program)
+{
+    std::array arguments = {program, static_cast<char*>(nullptr)};
+    return RunPlayer(1, arguments.data(), MakeMainWindowWithStage, AskRunningPlayer);
 }
 
 int PlayDemo(char* program)
@@ -73,5 +99,7 @@ int main(int argc, char** argv)
     }
     if (argc == 2 && std::string_view(argv[1]) == "--demo")
         return lantern::PlayDemo(argv[0]);
+    if (argc == 2 && std::string_view(argv[1]) == "--stage")
+        return lantern::ShowStage(argv[0]);
     return lantern::RunPlayer(argc, argv, lantern::MakeMainWindow);
 }

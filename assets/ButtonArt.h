@@ -43,6 +43,7 @@ enum class ButtonFace {
     CustomBalance,
     CustomKey,
     CustomSpeed,
+    Choice,
 };
 
 enum class FaceState { Normal, Down, Over, Disabled };
@@ -115,6 +116,7 @@ inline constexpr std::array kButtonDrawings{
     ButtonDrawing{ButtonFace::CustomBalance, "custom-balance", {}, 18, 14, kCustomPlate},
     ButtonDrawing{ButtonFace::CustomKey, "custom-key", {}, 18, 14, kCustomPlate},
     ButtonDrawing{ButtonFace::CustomSpeed, "custom-speed", {}, 18, 14, kCustomPlate},
+    ButtonDrawing{ButtonFace::Choice, "choice", "choice-down", 18, 14, {2, 1, 12, 12, 5, true}},
 };
 
 // The picture of a button's face in a state, opaque on black. Made anew by each call.

@@ -24,7 +24,7 @@ _lyric_lantern() {
     if [ "$COMP_CWORD" -gt 1 ]; then
         return 0
     elif [[ $word == -* ]]; then
-        _lyric_lantern_words '--demo --help --version -h' "$word"
+        _lyric_lantern_words '--demo --stage --help --version -h' "$word"
     else
         _lyric_lantern_tracks "$word"
     fi

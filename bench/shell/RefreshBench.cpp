@@ -33,6 +33,7 @@ public:
     void DoKeyDown(KeyCode, ShiftBits) override {}
     void DoKeyUp(KeyCode, ShiftBits) override {}
     void MouseWheel(std::int32_t, std::int32_t, std::int32_t, std::int32_t) override {}
+    void ToggleStage() override {}
     void ShowPopMenu() override {}
     void ShowDeviceMenu() override {}
     void OpenWebSite() override {}

@@ -120,6 +120,15 @@ QString clsINI::GetSetting(const QString& key, const QString& fallback) const
     return found == m_settings.end() ? fallback : found->second;
 }
 
+QStringList clsINI::KeysFrom(const QString& beginning) const
+{
+    QStringList keys;
+    for (auto found = m_settings.lower_bound(beginning);
+         found != m_settings.end() && found->first.startsWith(beginning); ++found)
+        keys += found->first;
+    return keys;
+}
+
 void clsINI::SetSettingRelative(QString& key, const QString& value)
 {
     SetSetting(key, RelativePath(SettingsFilePath(), value));

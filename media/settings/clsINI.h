@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 
 #include <cstddef>
 #include <map>
@@ -38,6 +39,9 @@ public:
     void SetSetting(QString& key, const QString& value);
     void SetSetting(QString&& key, const QString& value) { SetSetting(key, value); }
     QString GetSetting(const QString& key, const QString& fallback) const;
+
+    // The keys that begin with the text, which is in lower case as they are, in ascending order.
+    QStringList KeysFrom(const QString& beginning) const;
 
     // For paths, stored relative to the folder of the settings file where they lie below it.
     void SetSettingRelative(QString& key, const QString& value);

@@ -49,7 +49,7 @@ QDBusMessage WrongType(const QDBusMessage& message, QStringView wanted)
 
 bool IsInterface(const QString& name)
 {
-    return name == kMediaRoot || name == kMediaPlayer;
+    return name == kMediaRoot || name == kMediaPlayer || name == kMediaStage;
 }
 
 QDBusMessage RequestName(const QString& name)
@@ -116,7 +116,7 @@ void MediaObject::Leave()
 QString MediaObject::introspect(const QString&) const
 {
     QString xml;
-    for (const QStringView interface : {kMediaRoot, kMediaPlayer}) {
+    for (const QStringView interface : {kMediaRoot, kMediaPlayer, kMediaStage}) {
         xml += QStringLiteral("<interface name=\"%1\">\n").arg(interface);
         for (const MediaMethod& method : MediaMethods()) {
             if (method.interface != interface)

@@ -176,6 +176,10 @@ constexpr std::array kMethods = {
                 [](MediaSession& session, const MediaIdentity&, const QVariantList& arguments) {
                     return session.OpenUri(arguments[0].toString());
                 }},
+    MediaMethod{kMediaStage, u"Show", u"s", u"ActivationToken",
+                [](MediaSession& session, const MediaIdentity&, const QVariantList& arguments) {
+                    return session.ShowStage(arguments[0].toString().toUtf8());
+                }},
 };
 
 } // namespace

@@ -15,6 +15,8 @@ namespace lantern {
 
 inline constexpr QStringView kMediaPath = u"/org/mpris/MediaPlayer2";
 inline constexpr QStringView kMediaRoot = u"org.mpris.MediaPlayer2";
+// The player's own, beside what the text has.
+inline constexpr QStringView kMediaStage = u"io.github.lyric_lantern.player.Stage";
 inline constexpr QStringView kMediaPlayer = u"org.mpris.MediaPlayer2.Player";
 
 struct MediaProperty {

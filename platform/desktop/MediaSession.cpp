@@ -69,6 +69,12 @@ std::int64_t MediaSession::ExpectedMs(const MediaState& before, Moment now) cons
     return m_toldMs + std::llround(passed.count() * before.rate);
 }
 
+MediaAnswer MediaSession::ShowStage(const QByteArray& activationToken)
+{
+    m_host.ShowStage(activationToken);
+    return MediaAnswer::Done;
+}
+
 MediaAnswer MediaSession::Raise()
 {
     m_host.Raise();

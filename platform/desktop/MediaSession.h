@@ -58,6 +58,9 @@ public:
     virtual std::int64_t PositionMs() = 0;
 
     virtual void Raise() = 0;
+    // The window with what singers and their hosts choose. A token lets it come to the front where
+    // the desktop wants one; it may be empty.
+    virtual void ShowStage(const QByteArray& activationToken) = 0;
     virtual void Quit() = 0; // not at once, but when the event loop runs again
     virtual void SetFullScreen(bool isOn) = 0;
     virtual void Play() = 0;  // only while it doesn't
@@ -101,6 +104,7 @@ public:
     std::int64_t PositionMs() { return m_host.PositionMs(); }
 
     MediaAnswer Raise();
+    MediaAnswer ShowStage(const QByteArray& activationToken);
     MediaAnswer Quit();
     MediaAnswer SetFullScreen(bool isOn);
     MediaAnswer Play();

@@ -7,6 +7,11 @@ namespace lantern {
 
 void WindowInput::KeyPress(const QKeyEvent& event)
 {
+    if (event.key() == Qt::Key_F2) {
+        if (!m_keyRepeats.IsRepeat(event))
+            m_player.ToggleStage();
+        return;
+    }
     const KeyCode key = KeyCodeOf(event);
     // The release before an unmarked repeat has already counted as one.
     if (m_keyRepeats.IsRepeat(event) && !RepeatsWhileHeld(key))
@@ -17,6 +22,8 @@ void WindowInput::KeyPress(const QKeyEvent& event)
 void WindowInput::KeyRelease(const QKeyEvent& event)
 {
     m_keyRepeats.NoteRelease(event);
+    if (event.key() == Qt::Key_F2)
+        return;
     // Some systems report releases while a key that repeats is still down.
     if (!event.isAutoRepeat())
         m_player.DoKeyUp(KeyCodeOf(event), ShiftBitsOf(event));

@@ -20,9 +20,12 @@ public:
     virtual void DoKeyUp(KeyCode keyCode, ShiftBits shift) = 0;
     virtual void MouseWheel(std::int32_t keys, std::int32_t delta, std::int32_t x,
                             std::int32_t y) = 0;
+    // Opens the stage window, or closes it.
+    virtual void ToggleStage() = 0;
 };
 
-// The keys and the wheel of one window, on their way to the player.
+// The keys and the wheel of one window, on their way to the player. F2 is no key of the player's
+// table: it is for the stage window, before the table is asked.
 class WindowInput {
 public:
     // The player is borrowed.

@@ -54,7 +54,7 @@ MediaRates RatesOfThePlayer()
 
 MediaIdentity IdentityOfThePlayer()
 {
-    MediaIdentity identity = {.busName = QStringLiteral("lyric_lantern"),
+    MediaIdentity identity = {.busName = kApplicationBusName,
                               .title = kApplicationTitle,
                               .desktopEntry = kApplicationId,
                               .mimeTypes = {},
@@ -73,8 +73,10 @@ QByteArray UrlOf(const QString& path)
 
 } // namespace
 
-DesktopSession::DesktopSession(const CommandTargets& targets, CommandHost& window)
-    : m_to(targets), m_window(window), m_bus(*this, RatesOfThePlayer(), IdentityOfThePlayer())
+DesktopSession::DesktopSession(const CommandTargets& targets, CommandHost& window,
+                               std::function<void()> showStage)
+    : m_to(targets), m_window(window), m_showStage(std::move(showStage)),
+      m_bus(*this, RatesOfThePlayer(), IdentityOfThePlayer())
 {
     // Each lookout has a result.
     QObject::connect(&m_lookout, &QFutureWatcher<Neighbours>::finished, &m_context,
@@ -154,6 +156,12 @@ std::int64_t DesktopSession::PositionMs()
 void DesktopSession::Raise()
 {
     m_window.TakeFocus({});
+}
+
+void DesktopSession::ShowStage(const QByteArray& activationToken)
+{
+    m_window.TakeFocus(activationToken);
+    m_showStage();
 }
 
 void DesktopSession::Quit()

@@ -8,6 +8,8 @@
 #include <QObject>
 #include <QString>
 
+#include <functional>
+
 namespace lantern {
 
 class CommandHost;
@@ -20,7 +22,8 @@ class CommandHost;
 class DesktopSession : private MediaSessionHost {
 public:
     // What it acts on outlives it.
-    DesktopSession(const CommandTargets& targets, CommandHost& window);
+    DesktopSession(const CommandTargets& targets, CommandHost& window,
+                   std::function<void()> showStage);
     ~DesktopSession() override;
 
     void Join();
@@ -36,6 +39,7 @@ private:
     MediaState State() override;
     std::int64_t PositionMs() override;
     void Raise() override;
+    void ShowStage(const QByteArray& activationToken) override;
     void Quit() override;
     void SetFullScreen(bool isOn) override;
     void Play() override;
@@ -68,6 +72,7 @@ private:
 
     CommandTargets m_to;
     CommandHost& m_window;
+    const std::function<void()> m_showStage;
     QString m_notedMedia; // what the three below are of
     QString m_title;
     QByteArray m_url;

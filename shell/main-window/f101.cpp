@@ -11,6 +11,7 @@
 #include "WindowActivation.h"
 #include "WindowLayout.h"
 #include "frmOptions.h"
+#include "frmStage.h"
 #include "modAPI.h"
 
 #include <QCoreApplication>
@@ -41,12 +42,12 @@ f101::f101(ProgramState& state, std::unique_ptr<AudioEngine> engine, ShowWarning
       m_picDrop(m_parts.Pic(), [this](const QString& path) { OpenMedia(path); }), m_popMenu(*this),
       m_picture(m_buffers), m_display(m_picture, m_parts, m_clipboard), m_pace(m_display, m_parts),
       m_interpreter(m_picture, m_pace), m_engine(std::move(engine)), m_audio(*m_engine, *this),
-      m_refresh(m_parts.Bar(), *m_engine, m_audio, m_track),
+      m_stage(*m_engine, state.UserDataPath), m_refresh(m_parts.Bar(), *m_engine, m_audio, m_track),
       m_clock(*m_engine, m_track, m_picture, m_interpreter, m_display, *this),
       m_loader(m_track, *m_engine, *this, {[] { return MakeZipHandler(); }, state.AppPath}),
       m_wheel(m_audio, m_track, [this](std::int32_t deltaMs) { m_clock.SkipBy(deltaMs); }),
-      m_commands(Targets()), m_desktop(Targets(), *this), m_link(state.InstanceMutex, *this),
-      m_input(*this)
+      m_commands(Targets()), m_desktop(Targets(), *this, [this] { ShowStage(); }),
+      m_link(state.InstanceMutex, *this), m_input(*this)
 {
     SetAccessibleRole(*this, QAccessible::Window);
     setAttribute(Qt::WA_OpaquePaintEvent);
@@ -73,6 +74,8 @@ void f101::ConnectParts()
     m_mouse.DoubleClick = [this] { MainPopup(CommandId::FullScreen); };
     m_popMenu.Click = [this](const QString& key) { MenuClick(key); };
     m_engine->SoundDone = [this] { m_clock.HandleSoundDone(); };
+    m_stage.Changed = [this](const StageSettings& settings) { ActOnStage(settings); };
+    m_stage.SaveFailed = ShowFileError;
     m_timer1.callOnTimeout(this, [this] { UpdatePlayer(); });
     m_paintTimer.setSingleShot(true);
     m_paintTimer.callOnTimeout(this, [this] { m_parts.PaintSoon(); });
@@ -98,6 +101,7 @@ bool f101::Load()
     setMaximumSize(kMaximumPixels);
     m_audio.WheelType = WheelMode::Volume;
     LoadPlayerSettings(*m_state.Settings, m_track, m_display.ZoomStep, m_audio);
+    m_stage.Load();
     m_refresh.SetOptions(m_options.get()); // no hand has moved its sliders to these values
     ShowStatus(QString());
     m_picture.SetupGraphics(true, &m_parts.Pic());
@@ -137,9 +141,12 @@ void f101::Unload()
     m_desktop.Leave();
     if (m_options)
         m_options->hide();
+    if (m_stageWindow)
+        m_stageWindow->hide();
     ReleaseInstance(m_state);
     m_engine->StopSound();
     SaveSettingsToStore(*m_state.Settings, m_display.NearestZoom(), *m_engine, m_audio);
+    m_stage.Save();
     m_picture.SetupGraphics(false);
 }
 
@@ -231,8 +238,8 @@ void f101::resizeEvent(QResizeEvent*)
 void f101::changeEvent(QEvent* event)
 {
     if (event->type() == QEvent::WindowStateChange) {
-        if (isMinimized() && m_options)
-            m_options->ShowForm(kNoForm.toString());
+        if (isMinimized())
+            HideSideWindows();
         m_parts.FollowWindowState();
     }
     QWidget::changeEvent(event);

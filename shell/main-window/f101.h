@@ -18,6 +18,7 @@
 #include "PictureMemory.h"
 #include "PlaybackClock.h"
 #include "PopMenu.h"
+#include "StageControl.h"
 #include "Track.h"
 #include "VirtualBuffers.h"
 #include "WheelControl.h"
@@ -35,6 +36,7 @@
 namespace lantern {
 
 class frmOptions;
+class frmStage;
 
 // Shows the user a message box with the warning icon.
 using ShowWarning = std::function<void(const QString& text)>;
@@ -72,6 +74,8 @@ public:
     void ShowPopMenu() override;
     void ShowDeviceMenu() override;
     void ToggleOptions(bool force) override;
+    void ToggleStage() override;
+    void ShowStage();
     void SetOptionsOnTop(bool onTop);
     void SetWheelType(WheelMode mode);
     void UpdatePlayer();
@@ -98,6 +102,9 @@ private:
     void RunMenu(const std::function<bool()>& show);
     ContextMenuState MenuState();
     frmOptions& Options();
+    frmStage& Stage();
+    void HideSideWindows();
+    void ActOnStage(const StageSettings& settings);
 
     // PlaybackHost
     std::int32_t SliderValue() override;
@@ -148,6 +155,7 @@ private:
     std::unique_ptr<AudioEngine> m_engine;
     int m_soundTrouble = 0; // as last told
     AudioControl m_audio;
+    StageControl m_stage;
     ControlRefresh m_refresh;
     PlaybackClock m_clock;
     MediaLoader m_loader;
@@ -158,8 +166,9 @@ private:
     CommandLink m_link;
     WindowInput m_input;
     QTimer m_timer1;
-    QTimer m_paintTimer;                   // runs while a painting is held back
-    std::unique_ptr<frmOptions> m_options; // made at the first touch
+    QTimer m_paintTimer;                     // runs while a painting is held back
+    std::unique_ptr<frmOptions> m_options;   // made at the first touch
+    std::unique_ptr<frmStage> m_stageWindow; // likewise
     bool m_isLoaded = false;
 };
 

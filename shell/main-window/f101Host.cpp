@@ -6,6 +6,7 @@
 #include "MediaTypes.h"
 #include "PlayerSettings.h"
 #include "frmOptions.h"
+#include "frmStage.h"
 #include "modAPI.h"
 
 #include <QCoreApplication>
@@ -217,13 +218,54 @@ void f101::ToggleOptions(bool force)
         options.activateWindow();
 }
 
-// A menu or a dialog that opens next is not to come up behind the options.
+frmStage& f101::Stage()
+{
+    if (!m_stageWindow) {
+        OptionsHost& player = *this;
+        const TwipsPerPixel twips = {m_state.TwipsX, m_state.TwipsY};
+        m_stageWindow = std::make_unique<frmStage>(*this, player, m_stage, twips);
+        m_stageWindow->RightButtonUp = [this] { ShowPopMenu(); };
+    }
+    return *m_stageWindow;
+}
+
+void f101::ToggleStage()
+{
+    if (!m_track.MediaLoading)
+        Stage().ShowForm(!Stage().isVisible());
+}
+
+void f101::ShowStage()
+{
+    Stage().ShowForm(true);
+}
+
+// What is chosen on the stage window, and who in the player acts on it besides the engine.
+void f101::ActOnStage(const StageSettings&)
+{
+    if (m_stageWindow)
+        m_stageWindow->ShowSettings();
+}
+
+void f101::HideSideWindows()
+{
+    if (m_options)
+        m_options->ShowForm(kNoForm.toString());
+    if (m_stageWindow)
+        m_stageWindow->ShowForm(false);
+}
+
+// A menu or a dialog that opens next is not to come up behind the options, nor behind the stage
+// window.
 void f101::SetOptionsOnTop(bool onTop)
 {
-    if (!m_options || !m_options->isVisible())
-        return;
-    SetTopMost(*m_options, onTop);
-    QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+    QWidget* const windows[] = {m_options.get(), m_stageWindow.get()};
+    for (QWidget* const window : windows) {
+        if (!window || !window->isVisible())
+            continue;
+        SetTopMost(*window, onTop);
+        QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+    }
 }
 
 } // namespace lantern

@@ -53,8 +53,9 @@ public:
 // The process: it owns all, and is the system that the start acts on.
 class PlayerProcess : public StartUpHost {
 public:
-    PlayerProcess(int& argc, char** argv, const MainWindowFactory& makeMainWindow)
-        : m_argc(argc), m_argv(argv), m_makeMainWindow(makeMainWindow),
+    PlayerProcess(int& argc, char** argv, const MainWindowFactory& makeMainWindow,
+                  const LaterStart& laterStart)
+        : m_argc(argc), m_argv(argv), m_makeMainWindow(makeMainWindow), m_laterStart(laterStart),
           m_state(RuntimeFolder(), ProgramArguments::Of(std::span<const char* const>(
                                        argv, static_cast<std::size_t>(argc))))
     {
@@ -64,7 +65,7 @@ public:
     {
         switch (StartUp(m_state, *this)) {
         case StartUpResult::HandedOver:
-            return 0;
+            return m_isHandedOver ? 0 : 1;
         case StartUpResult::ComponentMissing:
         case StartUpResult::NoMainWindow:
             return 1;
@@ -76,6 +77,11 @@ public:
 
     void ExecuteDDE(const QString& commandArgs) override
     {
+        if (m_laterStart) {
+            m_isHandedOver = m_laterStart();
+            EndStartNotice();
+            return;
+        }
         const QString nameComplaint = NameComplaint(commandArgs);
         Complain(nameComplaint);
         const QByteArray linkPath = m_state.InstanceMutex.LinkPath();
@@ -145,6 +151,8 @@ private:
     int& m_argc;
     char** m_argv;
     const MainWindowFactory& m_makeMainWindow;
+    const LaterStart& m_laterStart;
+    bool m_isHandedOver = true;
     ProgramState m_state;
     SystemZip m_zip;
     std::optional<QApplication> m_application;
@@ -154,9 +162,10 @@ private:
 
 } // namespace
 
-int RunPlayer(int argc, char** argv, const MainWindowFactory& makeMainWindow)
+int RunPlayer(int argc, char** argv, const MainWindowFactory& makeMainWindow,
+              const LaterStart& laterStart)
 {
-    return PlayerProcess(argc, argv, makeMainWindow).Run();
+    return PlayerProcess(argc, argv, makeMainWindow, laterStart).Run();
 }
 
 } // namespace lantern

@@ -17,9 +17,13 @@ namespace lantern {
 // state.Settings later, and ends the event loop.
 using MainWindowFactory = std::function<std::unique_ptr<QWidget>(ProgramState& state)>;
 
+// What a later instance does instead of handing its command line over. False if it came to nothing.
+using LaterStart = std::function<bool()>;
+
 // The whole life of the process: all that main does. A later instance returns within the time of
 // its hand-over, and all that it tells the window system is that its start is complete. The result
 // is the process's exit code.
-int RunPlayer(int argc, char** argv, const MainWindowFactory& makeMainWindow);
+int RunPlayer(int argc, char** argv, const MainWindowFactory& makeMainWindow,
+              const LaterStart& laterStart = {});
 
 } // namespace lantern

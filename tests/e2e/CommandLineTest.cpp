@@ -31,7 +31,7 @@ protected:
 
 TEST_F(CommandLine, HelpAndVersionAreToldBeforeAnythingElseHappens)
 {
-    EXPECT_THAT(Answer("--help"), StartsWith("Usage: lyric-lantern [TRACK | --demo]\n"));
+    EXPECT_THAT(Answer("--help"), StartsWith("Usage: lyric-lantern [TRACK | --demo | --stage]\n"));
     EXPECT_EQ(Answer("-h"), Answer("--help"));
     EXPECT_THAT(Answer("--version"), StartsWith("Lyric Lantern CDG Player "));
     EXPECT_TRUE(std::filesystem::is_empty(m_runtime));

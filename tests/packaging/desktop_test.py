@@ -79,9 +79,10 @@ class Validity(InstalledTest):
                 program = sections[section]["Exec"].split()[0]
                 self.assertTrue(os.access(self.bin / program, os.X_OK), program)
 
-    def test_an_action_of_the_entry_plays_the_demo_song(self):
+    def test_the_actions_of_the_entry_play_the_demo_song_and_open_the_stage_window(self):
         sections = entry(self.share / f"applications/{ID}.desktop")
-        self.assertEqual(sections["Desktop Entry"]["Actions"], "Demo;")
+        self.assertEqual(sections["Desktop Entry"]["Actions"], "Demo;Stage;")
+        self.assertEqual(sections["Desktop Action Stage"]["Exec"], "lyric-lantern --stage")
         self.assertEqual(sections["Desktop Action Demo"]["Exec"], "lyric-lantern --demo")
 
     def test_the_thumbnailer_has_what_file_managers_look_for(self):

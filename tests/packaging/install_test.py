@@ -20,6 +20,7 @@ FILES = {
     "share/lyric-lantern/help/index.html",
     "share/lyric-lantern/images/options.png",
     "share/lyric-lantern/images/player.png",
+    "share/lyric-lantern/images/stage.png",
     "share/man/man1/lantern-tool.1",
     "share/man/man1/lyric-lantern.1",
     f"share/metainfo/{ID}.metainfo.xml",

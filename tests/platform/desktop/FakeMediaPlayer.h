@@ -28,6 +28,10 @@ public:
     MediaState State() override { return Now; }
     std::int64_t PositionMs() override { return At; }
     void Raise() override { Log.emplace_back("Raise"); }
+    void ShowStage(const QByteArray& activationToken) override
+    {
+        Log.push_back("ShowStage " + activationToken.toStdString());
+    }
     void Quit() override { Log.emplace_back("Quit"); }
     void SetFullScreen(bool isOn) override
     {

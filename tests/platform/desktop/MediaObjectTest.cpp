@@ -28,6 +28,7 @@ const QString kName = QStringLiteral("org.mpris.MediaPlayer2.fake_player");
 const QString kPath = QStringLiteral("/org/mpris/MediaPlayer2");
 const QString kRoot = QStringLiteral("org.mpris.MediaPlayer2");
 const QString kPlayer = QStringLiteral("org.mpris.MediaPlayer2.Player");
+const QString kStage = QStringLiteral("io.github.lyric_lantern.player.Stage");
 const QString kProperties = QStringLiteral("org.freedesktop.DBus.Properties");
 const MediaIdentity kIdentity = {.busName = QStringLiteral("fake_player"),
                                  .title = QStringLiteral("Fake"),
@@ -152,7 +153,7 @@ TEST_F(MediaObjects, WhatItSaysOfItselfIsWhatItHas)
         const QString name = reader.attributes().value(Text("name")).toString();
         if (reader.isStartElement() && reader.name() == Text("interface"))
             interface = name;
-        else if (reader.isStartElement() && interface.startsWith(kRoot)) {
+        else if (reader.isStartElement() && (interface.startsWith(kRoot) || interface == kStage)) {
             if (reader.name() == Text("property"))
                 types[interface + u'.' + name] = reader.attributes().value(Text("type")).toString();
             else if (reader.name() == Text("method"))
@@ -172,7 +173,7 @@ TEST_F(MediaObjects, WhatItSaysOfItselfIsWhatItHas)
     EXPECT_THAT(methods, ::testing::UnorderedElementsAre(
                              Text("Raise"), Text("Quit"), Text("Next"), Text("Previous"),
                              Text("Pause"), Text("PlayPause"), Text("Stop"), Text("Play"),
-                             Text("Seek"), Text("SetPosition"), Text("OpenUri")));
+                             Text("Seek"), Text("SetPosition"), Text("OpenUri"), Text("Show")));
 }
 
 TEST_F(MediaObjects, EveryMethodReachesThePlayer)
@@ -188,6 +189,20 @@ TEST_F(MediaObjects, EveryMethodReachesThePlayer)
     EXPECT_EQ(Wish("OpenUri", {Text("file:///songs/other.cdg")}), "");
     EXPECT_THAT(player.TakeLog(),
                 ElementsAre("SetPosition 2000", "SetPosition 9000", "OpenFile /songs/other.cdg"));
+}
+
+// The one wish that is the player's own.
+TEST_F(MediaObjects, TheStageWindowCanBeAskedFor)
+{
+    const auto show = [&](const QVariantList& arguments) {
+        return Outcome(client.Call(kName, kPath, kStage, Text("Show"), arguments));
+    };
+    EXPECT_EQ(show({Text("token-1")}), "");
+    EXPECT_EQ(show({QString()}), "");
+    EXPECT_THAT(player.TakeLog(), ElementsAre("ShowStage token-1", "ShowStage "));
+    EXPECT_NE(show({}), "");
+    EXPECT_NE(show({7}), "");
+    EXPECT_THAT(player.TakeLog(), ElementsAre());
 }
 
 TEST_F(MediaObjects, WhatCanBeWrittenIsWritten)

@@ -28,6 +28,7 @@ public:
         EXPECT_EQ(y, 0);
         Calls.push_back("wheel " + std::to_string(delta));
     }
+    void ToggleStage() override { Calls.emplace_back("stage"); }
     void ShowPopMenu() override { Calls.emplace_back("menu"); }
     void ShowDeviceMenu() override
     {

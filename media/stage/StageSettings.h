@@ -1,0 +1,44 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "AudioEngine.h"
+
+#include <QString>
+#include <QStringView>
+
+#include <array>
+#include <variant>
+
+namespace lantern {
+
+class clsINI;
+
+// Every choice of the stage window. As it is made, nothing is changed: the player is what it is
+// for those who never open the window.
+struct StageSettings {
+    VoiceGuide voiceGuide = VoiceGuide::Both;
+
+    bool operator==(const StageSettings&) const = default;
+};
+
+// The section of the settings that they are kept in, and so the name of their file.
+inline constexpr QStringView kStageSection = u"stage";
+
+struct StageSettingRow {
+    QStringView key;
+    std::variant<bool StageSettings::*, VoiceGuide StageSettings::*, QString StageSettings::*>
+        field;
+};
+
+// Each field that is one value, by its key in the file.
+inline constexpr std::array kStageSettings = {
+    StageSettingRow{u"VoiceGuide", &StageSettings::voiceGuide},
+};
+
+// From the store. What is missing there, or is none of the values that a field can have, is as in
+// StageSettings. Keys that nobody knows stay in the store, for the version of the player that does.
+StageSettings ReadStageSettings(const clsINI& settings);
+// Into the store. What changes nothing leaves no key.
+void WriteStageSettings(clsINI& settings, const StageSettings& values);
+
+} // namespace lantern

@@ -1,0 +1,83 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "StageSettings.h"
+#include "Twips.h"
+
+#include <QStringView>
+
+#include <array>
+#include <cstdint>
+
+// What stands on the stage window, and where: places and sizes in twips. The groups stand below
+// each other, each as high as it is; what is in a group is placed from the group's corner, and is
+// walked through in the order of these tables. A new group, or a new control of a kind that is
+// here, is a row.
+namespace lantern {
+
+inline constexpr std::int32_t kStageWidth = 6180;
+inline constexpr std::int32_t kStageTop = 480;    // of the first group
+inline constexpr std::int32_t kStageMargin = 240; // beside the groups
+inline constexpr std::int32_t kStageBottom = 480; // below the last one: the button that hides
+inline constexpr std::int32_t kStageCorner = 120; // of that button, from the window's corner
+inline constexpr std::int32_t kStageButton = 360; // its size
+
+enum class StageGroup : std::uint8_t { VoiceGuide };
+
+struct StageGroupRow {
+    StageGroup group;
+    QStringView caption;
+    std::int32_t height; // with the space below
+};
+inline constexpr std::array kStageGroups = {
+    StageGroupRow{StageGroup::VoiceGuide, u"Voice guide", 720},
+};
+
+constexpr std::int32_t StageGroupTop(StageGroup group)
+{
+    std::int32_t top = kStageTop;
+    for (const StageGroupRow& row : kStageGroups) {
+        if (row.group == group)
+            break;
+        top += row.height;
+    }
+    return top;
+}
+
+constexpr TwipSize StageSize()
+{
+    std::int32_t height = kStageTop + kStageBottom;
+    for (const StageGroupRow& row : kStageGroups)
+        height += row.height;
+    return {kStageWidth, height};
+}
+
+// One of several, of which exactly one holds.
+struct StageChoice {
+    StageGroup group;
+    TwipRect rect;
+    QStringView caption;
+    QStringView toolTip;
+    VoiceGuide guide;
+};
+inline constexpr std::array kStageChoices = {
+    StageChoice{StageGroup::VoiceGuide,
+                {120, 330, 1500, 240},
+                u"As recorded",
+                u"Each ear hears its own channel",
+                VoiceGuide::Both},
+    StageChoice{StageGroup::VoiceGuide,
+                {1800, 330, 1725, 240},
+                u"Left to both ears",
+                u"Both ears hear the left channel",
+                VoiceGuide::Left},
+    StageChoice{StageGroup::VoiceGuide,
+                {3705, 330, 1800, 240},
+                u"Right to both ears",
+                u"Both ears hear the right channel",
+                VoiceGuide::Right},
+};
+
+inline constexpr QStringView kHideStageToolTip = u"Hide this window (ESC)";
+
+} // namespace lantern

@@ -1,0 +1,66 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "StageParts.h"
+#include "StageTable.h"
+#include "WindowInput.h"
+#include "ctlFrame.h"
+#include "ctlSkinner.h"
+
+#include <QWidget>
+
+#include <array>
+#include <cstddef>
+#include <functional>
+
+namespace lantern {
+
+class StageControl;
+
+// The small window with what singers and their hosts choose. All of it can be done by keyboard:
+// Tab walks, Space switches, Escape and F2 close; other keys are the player's. It keeps no value
+// of its own: its controls act on the stage control, and Show brings them what that holds.
+//
+// Life cycle: made hidden at the first wish to see it; it is hidden rather than closed, and goes
+// with the player.
+class frmStage : public QWidget {
+public:
+    // All are borrowed and outlive the window.
+    frmStage(QWidget& mainWindow, InputTarget& player, StageControl& stage, TwipsPerPixel twips);
+
+    // The right mouse button was released: the player shows its menu. It may run the event loop.
+    std::function<void()> RightButtonUp;
+
+    void ShowForm(bool isShown);
+    // Brings the controls to what holds now.
+    void ShowSettings();
+
+    ctlFrame& Group(StageGroup group);
+    ChoiceButton& Choice(std::size_t index) { return *m_choices.at(index); }
+    ctlPicBtn& HideButton() { return *m_hide; }
+
+protected:
+    void resizeEvent(QResizeEvent* event) override;
+    void closeEvent(QCloseEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void keyReleaseEvent(QKeyEvent* event) override;
+    void wheelEvent(QWheelEvent* event) override;
+
+private:
+    void MakeGroup(const StageGroupRow& row);
+    void MakeChoice(std::size_t index);
+    void MakeHideButton();
+
+    QWidget& m_mainWindow;
+    StageControl& m_stage;
+    TwipsPerPixel m_twips;
+    WindowInput m_input;
+
+    ctlSkinner m_skinner; // owns all that stands on it
+    FocusMark m_focusMark;
+    std::array<ctlFrame*, kStageGroups.size()> m_groups{};
+    std::array<ChoiceButton*, kStageChoices.size()> m_choices{};
+    ctlPicBtn* m_hide = nullptr;
+};
+
+} // namespace lantern

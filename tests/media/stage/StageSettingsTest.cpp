@@ -1,0 +1,97 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "StageSettings.h"
+
+#include "StageFolder.h"
+#include "clsINI.h"
+
+#include <gtest/gtest.h>
+
+#include <random>
+
+namespace lantern {
+namespace {
+
+class NoComplaint : public FileErrorHost {
+public:
+    void ShowFileError(const QString& detail, const QString&, const QString&) override
+    {
+        ADD_FAILURE() << detail.toStdString();
+    }
+};
+
+class StageSettingsTest : public ::testing::Test {
+protected:
+    StageSettings Read(const std::string& file)
+    {
+        folder.Write(file);
+        clsINI store(folder.Path(), host);
+        store.LoadSettings(kStageSection.toString());
+        return ReadStageSettings(store);
+    }
+    // What a file becomes by a change.
+    std::string Rewritten(const std::string& file, const StageSettings& values)
+    {
+        folder.Write(file);
+        clsINI store(folder.Path(), host);
+        store.LoadSettings(kStageSection.toString());
+        WriteStageSettings(store, values);
+        store.SaveSettings();
+        return folder.Written();
+    }
+
+    StageFolder folder;
+    NoComplaint host;
+};
+
+TEST_F(StageSettingsTest, WithoutAFileNothingIsChanged)
+{
+    EXPECT_EQ(Read(""), StageSettings());
+    EXPECT_EQ(StageSettings().voiceGuide, VoiceGuide::Both);
+}
+
+TEST_F(StageSettingsTest, EachVoiceGuideComesBack)
+{
+    for (const VoiceGuide guide : {VoiceGuide::Both, VoiceGuide::Left, VoiceGuide::Right}) {
+        StageSettings values;
+        values.voiceGuide = guide;
+        EXPECT_EQ(Read(Rewritten("", values)), values);
+    }
+    StageSettings right;
+    right.voiceGuide = VoiceGuide::Right;
+    EXPECT_EQ(Rewritten("voiceguide\tleft\r\n", right), "voiceguide\tright\r\n");
+    EXPECT_EQ(Rewritten("voiceguide\tleft\r\n", StageSettings()), "")
+        << "what changes nothing leaves no key";
+}
+
+TEST_F(StageSettingsTest, AChannelThatIsNoneIsBoth)
+{
+    for (const char* text : {"middle", "1", "LEFT RIGHT", "\t", "", "left\xFF", "leftright"})
+        EXPECT_EQ(Read(std::string("voiceguide\t") + text + "\r\n").voiceGuide, VoiceGuide::Both)
+            << text;
+    EXPECT_EQ(Read("VOICEGUIDE\tLeft\r\n").voiceGuide, VoiceGuide::Left) << "whatever the case";
+}
+
+TEST_F(StageSettingsTest, KeysThatNobodyKnowsStay)
+{
+    StageSettings left;
+    left.voiceGuide = VoiceGuide::Left;
+    EXPECT_EQ(Rewritten("curtain\tred\r\n", left), "curtain\tred\r\nvoiceguide\tleft\r\n");
+}
+
+TEST_F(StageSettingsTest, AnyBytesGiveSettingsThatComeBack)
+{
+    std::mt19937 chance(7);
+    const std::string pieces[] = {"voiceguide",   "\t", "left",     "right",  "\r\n",
+                                  "\n",           "\0", "\xFF\xFE", "delay.", "-150",
+                                  "999999999999", "Y",  " "};
+    for (int round = 0; round < 300; ++round) {
+        std::string file;
+        for (int i = 0; i < 40; ++i)
+            file += pieces[chance() % std::size(pieces)];
+        const StageSettings values = Read(file);
+        EXPECT_EQ(Read(Rewritten(file, values)), values) << file;
+    }
+}
+
+} // namespace
+} // namespace lantern

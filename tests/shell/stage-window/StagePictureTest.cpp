@@ -1,0 +1,34 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// What the stage window looks like, on screens of every ratio.
+#include "GoldenImage.h"
+#include "StageWindowFixture.h"
+
+namespace lantern {
+namespace {
+
+class StagePictureTest : public StageWindowFixture {
+protected:
+    ::testing::AssertionResult LooksLike(const char* name)
+    {
+        const int percent = static_cast<int>(window.devicePixelRatioF() * 100);
+        return MatchesGolden(window.grab().toImage(),
+                             QStringLiteral("stage-%1-%2").arg(QLatin1String(name)).arg(percent));
+    }
+};
+
+TEST_F(StagePictureTest, AtNeutral)
+{
+    ASSERT_NO_FATAL_FAILURE(Show());
+    EXPECT_TRUE(LooksLike("neutral"));
+}
+
+TEST_F(StagePictureTest, WithEverythingChosen)
+{
+    stage.Set(&StageSettings::voiceGuide, VoiceGuide::Left);
+    ASSERT_NO_FATAL_FAILURE(Show());
+    Type(Qt::Key_Tab);
+    EXPECT_TRUE(LooksLike("chosen"));
+}
+
+} // namespace
+} // namespace lantern

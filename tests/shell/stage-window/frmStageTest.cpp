@@ -1,0 +1,125 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "StageWindowFixture.h"
+
+#include <QApplication>
+#include <QScreen>
+
+#include <gmock/gmock.h>
+
+namespace lantern {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+using frmStageTest = StageWindowFixture;
+
+TEST_F(frmStageTest, ItComesIntoBeingHiddenAndInTheMiddleOfTheScreen)
+{
+    EXPECT_FALSE(window.isVisible());
+    const QRect screen = QGuiApplication::primaryScreen()->geometry();
+    EXPECT_LE((window.geometry().center() - screen.center()).manhattanLength(), 2);
+    EXPECT_TRUE(window.windowFlags().testFlag(Qt::FramelessWindowHint));
+}
+
+TEST_F(frmStageTest, WhatIsInAGroupLiesWithinItAndNothingOverlaps)
+{
+    ASSERT_NO_FATAL_FAILURE(Show());
+    for (const StageGroupRow& row : kStageGroups) {
+        const ctlFrame& group = window.Group(row.group);
+        EXPECT_TRUE(window.rect().adjusted(5, 20, -5, -5).contains(group.geometry()));
+        EXPECT_FALSE(group.geometry().intersects(window.HideButton().geometry()));
+        QList<const QWidget*> parts;
+        for (const QWidget* part : group.findChildren<QWidget*>(Qt::FindDirectChildrenOnly)) {
+            if (!dynamic_cast<const FocusMark*>(part))
+                parts += part;
+        }
+        for (const QWidget* part : parts) {
+            EXPECT_TRUE(group.rect().adjusted(3, 3, -3, -3).contains(part->geometry()));
+            if (const auto* const button = dynamic_cast<const ctlPicBtn*>(part)) {
+                const int text = QFontMetrics(button->Font()).horizontalAdvance(button->Caption());
+                EXPECT_LE(20 + text, button->width()) << button->Caption().toStdString();
+            }
+            for (const QWidget* other : parts)
+                EXPECT_TRUE(other == part || !part->geometry().intersects(other->geometry()));
+        }
+    }
+}
+
+// Tab reaches every control, shows where it is, and comes back to the first.
+TEST_F(frmStageTest, TheKeyboardAloneReachesAllAndActs)
+{
+    ASSERT_NO_FATAL_FAILURE(Show());
+    const auto* const mark = window.findChild<FocusMark*>();
+    ASSERT_NE(mark, nullptr);
+    std::vector<QWidget*> walk;
+    do {
+        walk.push_back(QApplication::focusWidget());
+        EXPECT_EQ(mark->widget(), walk.back());
+        EXPECT_TRUE(mark->isVisible());
+        Type(Qt::Key_Tab);
+    } while (QApplication::focusWidget() != walk.front() && walk.size() < 50);
+    EXPECT_THAT(walk, ElementsAre(&window.Choice(0), &window.Choice(1), &window.Choice(2),
+                                  &window.HideButton()));
+    Type(Qt::Key_Tab);
+    Type(Qt::Key_Space);
+    EXPECT_EQ(engine.Guide, VoiceGuide::Left);
+    EXPECT_TRUE(window.Choice(1).Value());
+    EXPECT_FALSE(window.Choice(0).Value());
+    Type(Qt::Key_Space);
+    EXPECT_EQ(engine.Guide, VoiceGuide::Left) << "one of them always holds";
+    EXPECT_TRUE(window.Choice(1).Value());
+    Type(Qt::Key_Right);
+    EXPECT_EQ(QApplication::focusWidget(), &window.Choice(2));
+    Type(Qt::Key_Space);
+    EXPECT_EQ(engine.Guide, VoiceGuide::Right);
+    EXPECT_THAT(player.TakeCalls(), IsEmpty());
+}
+
+TEST_F(frmStageTest, EscapeAndItsButtonHideItAndKeepWhatWasChosen)
+{
+    ASSERT_NO_FATAL_FAILURE(Show());
+    QTest::mouseClick(&window.Choice(2), Qt::LeftButton);
+    Type(Qt::Key_Escape);
+    EXPECT_FALSE(window.isVisible());
+    EXPECT_EQ(folder.Written(), "voiceguide\tright\r\n");
+    ASSERT_NO_FATAL_FAILURE(Show());
+    QTest::mouseClick(&window.Choice(0), Qt::LeftButton);
+    QTest::mouseClick(&window.HideButton(), Qt::LeftButton);
+    EXPECT_FALSE(window.isVisible());
+    EXPECT_EQ(folder.Written(), "");
+    ASSERT_NO_FATAL_FAILURE(Show());
+    window.close();
+    EXPECT_FALSE(window.isVisible());
+    EXPECT_THAT(player.TakeCalls(), IsEmpty());
+}
+
+TEST_F(frmStageTest, OtherKeysAndTheWheelAreThePlayers)
+{
+    ASSERT_NO_FATAL_FAILURE(Show());
+    Type(Qt::Key_P);
+    Type(Qt::Key_F2);
+    EXPECT_THAT(player.TakeCalls(), ElementsAre("down 80", "stage"));
+    QWheelEvent turn({10, 10}, window.mapToGlobal(QPointF(10, 10)), {}, {0, 120}, {}, {},
+                     Qt::NoScrollPhase, false);
+    QApplication::sendEvent(&window, &turn);
+    EXPECT_THAT(player.TakeCalls(), ElementsAre("wheel 1"));
+    int menus = 0;
+    window.RightButtonUp = [&] { ++menus; };
+    QTest::mouseClick(&window.Group(StageGroup::VoiceGuide), Qt::RightButton, {}, {3, 3});
+    QTest::mouseClick(window.Group(StageGroup::VoiceGuide).parentWidget(), Qt::RightButton, {},
+                      {100, 30});
+    EXPECT_EQ(menus, 2);
+}
+
+TEST_F(frmStageTest, ItShowsWhatWasChosenBefore)
+{
+    folder.Write("voiceguide\tleft\r\n");
+    stage.Load();
+    frmStage next(mainWindow, player, stage, TwipsPerPixel{15, 15});
+    EXPECT_TRUE(next.Choice(1).Value());
+    EXPECT_FALSE(next.Choice(0).Value());
+}
+
+} // namespace
+} // namespace lantern
