@@ -6,6 +6,7 @@
 
 #include <QStringView>
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 
@@ -77,6 +78,21 @@ inline constexpr std::array kStageChoices = {
                 u"Both ears hear the right channel",
                 VoiceGuide::Right},
 };
+
+// On or off, by a choice of that kind. A group has its switches before its choices.
+struct StageSwitch {
+    StageGroup group;
+    TwipRect rect;
+    QStringView caption;
+    QStringView toolTip;
+    bool StageSettings::*field;
+};
+inline constexpr std::array<StageSwitch, 0> kStageSwitches = {};
+
+// The tables go through the groups in their order.
+static_assert(std::ranges::is_sorted(kStageGroups, {}, &StageGroupRow::group));
+static_assert(std::ranges::is_sorted(kStageSwitches, {}, &StageSwitch::group));
+static_assert(std::ranges::is_sorted(kStageChoices, {}, &StageChoice::group));
 
 inline constexpr QStringView kHideStageToolTip = u"Hide this window (ESC)";
 

@@ -64,22 +64,41 @@ void frmStage::MakeGroup(const StageGroupRow& row)
                                          kStageWidth - 2 * kStageMargin, row.height},
                                 m_twips));
     frame->MouseUp = m_skinner.MouseUp;
-    for (std::size_t i = 0; i < kStageChoices.size(); ++i) {
-        if (kStageChoices[i].group == row.group)
-            MakeChoice(i);
+    for (const StageSwitch& design : kStageSwitches) {
+        if (design.group == row.group)
+            MakeSwitch(design);
+    }
+    for (const StageChoice& design : kStageChoices) {
+        if (design.group == row.group)
+            MakeChoice(design);
     }
 }
 
-void frmStage::MakeChoice(std::size_t index)
+void frmStage::Dress(ctlPicBtn& button, const TwipRect& rect, QStringView caption,
+                     QStringView toolTip)
 {
-    const StageChoice& design = kStageChoices[index];
+    button.SetCaption(caption.toString());
+    button.setToolTip(toolTip.toString());
+    button.setGeometry(PixelsOf(rect, m_twips));
+}
+
+void frmStage::MakeSwitch(const StageSwitch& design)
+{
+    auto* const button = new ctlPicBtn(&Group(design.group), SkinAmbient());
+    m_switches.push_back(button);
+    Dress(*button, design.rect, design.caption, design.toolTip);
+    GiveStyle(*button, {true, 0, kWhite, kAccentColour});
+    GiveFace(*button, ButtonFace::RememberDevice);
+    button->Click = [this, &design, button] { m_stage.Set(design.field, button->Value()); };
+}
+
+void frmStage::MakeChoice(const StageChoice& design)
+{
     auto* const button = new ChoiceButton(&Group(design.group), SkinAmbient());
-    m_choices[index] = button;
-    button->SetCaption(design.caption.toString());
-    button->setToolTip(design.toolTip.toString());
+    m_choices.push_back(button);
+    Dress(*button, design.rect, design.caption, design.toolTip);
     GiveStyle(*button, {true, 0, kWhite, kAccentColour});
     GiveFace(*button, ButtonFace::Choice);
-    button->setGeometry(PixelsOf(design.rect, m_twips));
     button->Click = [this, &design] {
         m_stage.Set(&StageSettings::voiceGuide, design.guide);
         ShowSettings(); // one that was down already stays so
@@ -104,8 +123,10 @@ void frmStage::MakeHideButton()
 void frmStage::ShowSettings()
 {
     const StageSettings& now = m_stage.Settings();
-    for (std::size_t i = 0; i < kStageChoices.size(); ++i)
-        m_choices[i]->SetValue(kStageChoices[i].guide == now.voiceGuide);
+    for (std::size_t i = 0; i < m_switches.size(); ++i)
+        m_switches[i]->SetValue(now.*kStageSwitches.at(i).field);
+    for (std::size_t i = 0; i < m_choices.size(); ++i)
+        m_choices[i]->SetValue(kStageChoices.at(i).guide == now.voiceGuide);
 }
 
 void frmStage::ShowForm(bool isShown)

@@ -12,6 +12,7 @@
 #include <array>
 #include <cstddef>
 #include <functional>
+#include <vector>
 
 namespace lantern {
 
@@ -36,6 +37,7 @@ public:
     void ShowSettings();
 
     ctlFrame& Group(StageGroup group);
+    ctlPicBtn& Switch(std::size_t index) { return *m_switches.at(index); }
     ChoiceButton& Choice(std::size_t index) { return *m_choices.at(index); }
     ctlPicBtn& HideButton() { return *m_hide; }
 
@@ -48,7 +50,9 @@ protected:
 
 private:
     void MakeGroup(const StageGroupRow& row);
-    void MakeChoice(std::size_t index);
+    void MakeSwitch(const StageSwitch& design);
+    void MakeChoice(const StageChoice& design);
+    void Dress(ctlPicBtn& button, const TwipRect& rect, QStringView caption, QStringView toolTip);
     void MakeHideButton();
 
     QWidget& m_mainWindow;
@@ -59,7 +63,9 @@ private:
     ctlSkinner m_skinner; // owns all that stands on it
     FocusMark m_focusMark;
     std::array<ctlFrame*, kStageGroups.size()> m_groups{};
-    std::array<ChoiceButton*, kStageChoices.size()> m_choices{};
+    // In the order of their tables.
+    std::vector<ctlPicBtn*> m_switches;
+    std::vector<ChoiceButton*> m_choices;
     ctlPicBtn* m_hide = nullptr;
 };
 
