@@ -53,6 +53,14 @@ void AreaScaler::SetGeometry(const AxisGeometry& horizontal, const AxisGeometry&
         m_rows = AxisTable(vertical);
 }
 
+DeviceRect AreaScaler::Reach(AxisRange columns, AxisRange rows) const
+{
+    // A device pixel on an edge shows both neighbours, and is redrawn when either changed.
+    const AxisRange x = DevicePixelsOf(m_columns.Geometry(), columns);
+    const AxisRange y = DevicePixelsOf(m_rows.Geometry(), rows);
+    return {x.begin, y.begin, x.end - x.begin, y.end - y.begin};
+}
+
 void AreaScaler::Draw(const IndexedPicture& picture, const ColourWords& colours,
                       const SurfaceImage& image, const DeviceRect& rect)
 {

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "AxisTable.h"
-#include "VirtualBuffers.h"
+#include "PictureScaler.h"
 
 #include <array>
 #include <cstdint>
@@ -10,14 +10,6 @@
 #include <vector>
 
 namespace lantern {
-
-using ColourWords = std::array<std::uint32_t, 256>; // 0xFFRRGGBB by index
-
-// A picture of indexes, row by row without padding.
-struct IndexedPicture {
-    std::span<const std::uint8_t> indexes;
-    int width = 0;
-};
 
 // The channels of a pixel, two to a word and 32 bits apart, so that a sum of weighted channels
 // never runs into its neighbour: 255 wholes and a half are below 2 to the power of 32.
@@ -52,18 +44,13 @@ static_assert(std::uint64_t{255} * AxisTable::kWholeWeight + AxisTable::kWholeWe
 // Scales an indexed picture to a true-colour image. Each source pixel is a flat block, and a
 // device pixel mixes the blocks that fall on it by their area: enlarged, the picture stays sharp
 // and its pixels stay even, with one mixed device pixel at most along an edge; at whole multiples
-// it has none; reduced, no line is lost. A pixel's value doesn't depend on the rectangle with
-// which it is drawn.
-class AreaScaler {
+// it has none; reduced, no line is lost.
+class AreaScaler final : public PictureScaler {
 public:
-    // Makes the tables anew for an axis whose geometry differs.
-    void SetGeometry(const AxisGeometry& horizontal, const AxisGeometry& vertical);
-    const AxisGeometry& Horizontal() const { return m_columns.Geometry(); }
-    const AxisGeometry& Vertical() const { return m_rows.Geometry(); }
-
-    // The rectangle lies within the clip range of the geometry, and that within the image.
+    void SetGeometry(const AxisGeometry& horizontal, const AxisGeometry& vertical) override;
+    DeviceRect Reach(AxisRange columns, AxisRange rows) const override;
     void Draw(const IndexedPicture& picture, const ColourWords& colours, const SurfaceImage& image,
-              const DeviceRect& rect);
+              const DeviceRect& rect) override;
 
 private:
     struct ScaledRow {

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "AreaScaler.h"
+#include "PictureScaler.h"
 
 #include <cstddef>
 #include <cstdint>

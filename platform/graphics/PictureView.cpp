@@ -43,6 +43,8 @@ std::optional<PictureView::Layout> PictureView::MakeLayout(const Request& reques
     layout.pixels = image.pixels;
     layout.stride = image.stride;
     layout.generation = image.generation;
+    if (SmoothScaler::Suits(layout.horizontal, layout.vertical))
+        layout.look = image.look;
     return layout;
 }
 
@@ -55,15 +57,16 @@ void PictureView::Show(const Request& request, const PixelBuffer& buffer,
         return;
 
     std::vector<DeviceRect> rects;
+    PictureScaler& scaler = Scaler(layout->look);
     for (const ChangedCells::Block& block : Update(*layout, buffer, colours)) {
-        const DeviceRect rect = DevicePixelsOfBlock(block);
+        const DeviceRect rect = scaler.Reach(block.columns, block.rows);
         if (rect.width > 0 && rect.height > 0)
             rects.push_back(rect);
     }
     m_revision = request.revision;
     m_colours = colours;
     for (const DeviceRect& rect : rects)
-        m_scaler.Draw({m_shown, m_layout->horizontal.sourceCount}, m_colours, image, rect);
+        scaler.Draw({m_shown, m_layout->horizontal.sourceCount}, m_colours, image, rect);
     // Last, since the surface may come back with another request, or take its image away.
     for (const DeviceRect& rect : rects)
         surface.Changed(rect);
@@ -81,7 +84,7 @@ PictureView::Update(const Layout& layout, const PixelBuffer& buffer, const Colou
     }
     // Known again only once all that it needs is there.
     m_layout.reset();
-    m_scaler.SetGeometry(layout.horizontal, layout.vertical);
+    Scaler(layout.look).SetGeometry(layout.horizontal, layout.vertical);
     m_row.resize(static_cast<std::size_t>(width));
     m_shown.resize(static_cast<std::size_t>(width) * static_cast<std::size_t>(height));
     m_layout = layout;
@@ -122,12 +125,13 @@ void PictureView::ReadAndCompare(const PixelBuffer& buffer, const ColourWords& c
     }
 }
 
-DeviceRect PictureView::DevicePixelsOfBlock(const ChangedCells::Block& block) const
+PictureScaler& PictureView::Scaler(PictureLook look)
 {
-    // A device pixel on an edge shows both neighbours, and is redrawn when either changed.
-    const AxisRange columns = DevicePixelsOf(m_layout->horizontal, block.columns);
-    const AxisRange rows = DevicePixelsOf(m_layout->vertical, block.rows);
-    return {columns.begin, rows.begin, columns.end - columns.begin, rows.end - rows.begin};
+    if (look == PictureLook::Sharp)
+        return m_sharp;
+    if (!m_smooth)
+        m_smooth = std::make_unique<SmoothScaler>();
+    return *m_smooth;
 }
 
 } // namespace lantern

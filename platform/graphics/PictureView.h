@@ -4,8 +4,10 @@
 #include "AreaScaler.h"
 #include "ChangedCells.h"
 #include "PixelBuffer.h"
+#include "SmoothScaler.h"
 
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <vector>
 
@@ -36,6 +38,7 @@ private:
         const std::uint32_t* pixels = nullptr;
         int stride = 0;
         std::uint64_t generation = 0;
+        PictureLook look = PictureLook::Sharp;
 
         bool operator==(const Layout&) const = default;
     };
@@ -45,7 +48,7 @@ private:
     void ReadAndCompare(const PixelBuffer& buffer, const ColourWords& colours);
     std::vector<ChangedCells::Block> Update(const Layout& layout, const PixelBuffer& buffer,
                                             const ColourWords& colours);
-    DeviceRect DevicePixelsOfBlock(const ChangedCells::Block& block) const;
+    PictureScaler& Scaler(PictureLook look);
     std::span<std::uint8_t> ShownRow(int y);
 
     std::optional<Layout> m_layout;
@@ -54,7 +57,8 @@ private:
     std::vector<std::uint8_t> m_row;
     ColourWords m_colours{};
     ChangedCells m_changed;
-    AreaScaler m_scaler;
+    AreaScaler m_sharp;
+    std::unique_ptr<SmoothScaler> m_smooth; // made when it is first asked for
 };
 
 } // namespace lantern

@@ -21,6 +21,11 @@ struct DeviceRect {
     int height = 0;
 };
 
+enum class PictureLook : std::uint8_t {
+    Sharp,  // each pixel is a flat block, and a device pixel on which several fall mixes them
+    Smooth, // edges run as in letters that have such pixels; at scales below 1.5 it is sharp
+};
+
 // The host's retained image that FGvbscale draws into, in device pixels.
 struct SurfaceImage {
     std::uint32_t* pixels = nullptr; // 0xFFRRGGBB, owned by the surface; null while it has none
@@ -29,6 +34,7 @@ struct SurfaceImage {
     int stride = 0;                // pixels from one row to the next
     double devicePixelRatio = 1.0; // device pixels in one unit of FGvbscale's destination
     std::uint64_t generation = 0;  // changes whenever the image's contents were lost or replaced
+    PictureLook look = PictureLook::Sharp;
 };
 
 class ScaleSurface {
@@ -87,11 +93,11 @@ public:
     void FGvbcopy(int minX, int maxX, int minY, int maxY, int newX, int newY, int source,
                   int destination);
     void FGcopypage(int source, int destination);
-    // Shows a rectangle of the active buffer, scaled to the destination, on the surface. The
-    // destination's maximum bounds are edges: 0, W fills W units of the surface. Each pixel is a
-    // flat block, and a device pixel on which several fall mixes them by area. Only what looks
-    // different since the last call is drawn, all of it if the surface's image, the source
-    // rectangle or the destination is another. An empty source or destination draws nothing.
+    // Shows a rectangle of the active buffer, scaled to the destination, on the surface, in the
+    // surface's look. The destination's maximum bounds are edges: 0, W fills W units of the
+    // surface. Only what looks different since the last call is drawn, all of it if the surface's
+    // image or look, the source rectangle or the destination is another. An empty source or
+    // destination draws nothing.
     void FGvbscale(int minX, int maxX, int minY, int maxY, int toMinX, int toMaxX, int toMinY,
                    int toMaxY);
     void FGvb2clip(int minX, int maxX, int minY, int maxY, ClipSink& sink) const;

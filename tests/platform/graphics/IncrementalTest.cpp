@@ -14,7 +14,8 @@ namespace {
 
 // Random drawing, shown after each few operations: what stands on the retained image must equal,
 // bit for bit, a picture drawn whole on a fresh one, and only told rectangles may have changed.
-class Incremental : public View, public testing::WithParamInterface<std::tuple<double, int, int>> {
+class Incremental : public View,
+                    public testing::WithParamInterface<std::tuple<PictureLook, double, int, int>> {
 protected:
     int Below(int limit) { return static_cast<int>(random() % static_cast<unsigned>(limit)); }
     void DrawSomething()
@@ -57,12 +58,13 @@ protected:
     void ShowWindow(VirtualBuffers& shown) const
     {
         shown.FGvbscale(viewLeft, viewLeft + 287, viewTop, viewTop + 191, 0,
-                        std::get<1>(GetParam()), 0, std::get<2>(GetParam()));
+                        std::get<2>(GetParam()), 0, std::get<3>(GetParam()));
     }
     // What the same picture looks like on a surface that has seen nothing yet.
     RetainedImage DrawnWhole() const
     {
         RetainedImage whole(image.width, image.height, image.ratio);
+        whole.look = image.look;
         VirtualBuffers fresh;
         fresh.FGvbinit();
         fresh.FGvbopen(fresh.FGvballoc(300, 216));
@@ -103,10 +105,11 @@ protected:
 
 TEST_P(Incremental, EqualsAFullRedrawBitForBit)
 {
-    const auto& [ratio, width, height] = GetParam();
+    const auto& [look, ratio, width, height] = GetParam();
+    image.look = look;
     image.Replace(static_cast<int>(std::lround(width * ratio)),
                   static_cast<int>(std::lround(height * ratio)), ratio);
-    for (int round = 0; round < 60; ++round) {
+    for (int round = 0; round < 40; ++round) {
         for (int operations = Below(6); operations >= 0; --operations)
             DrawSomething();
         if (Below(12) == 0) {
@@ -122,7 +125,8 @@ TEST_P(Incremental, EqualsAFullRedrawBitForBit)
 }
 
 INSTANTIATE_TEST_SUITE_P(Sizes, Incremental,
-                         testing::Combine(testing::Values(1.0, 1.25, 1.5, 2.0, 3.0),
+                         testing::Combine(testing::Values(PictureLook::Sharp, PictureLook::Smooth),
+                                          testing::Values(1.0, 1.25, 1.5, 2.0, 3.0),
                                           testing::Values(288, 433, 577, 101),
                                           testing::Values(192, 289, 67)));
 

@@ -23,7 +23,7 @@ public:
     SurfaceImage Image() override
     {
         ++imageCalls;
-        return {pixels.data(), width, height, width + kMargin, ratio, generation};
+        return {pixels.data(), width, height, width + kMargin, ratio, generation, look};
     }
     void Changed(const DeviceRect& rect) override { changes.push_back(rect); }
 
@@ -46,6 +46,7 @@ public:
     int height = 0;
     double ratio = 1.0;
     std::uint64_t generation = 0;
+    PictureLook look = PictureLook::Sharp;
     std::vector<std::uint32_t> pixels;
     std::vector<DeviceRect> changes;
     int imageCalls = 0;
