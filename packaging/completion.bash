@@ -34,7 +34,7 @@ _lantern_tool() {
     local word=${COMP_WORDS[COMP_CWORD]} before=${COMP_WORDS[COMP_CWORD - 1]} options=
     COMPREPLY=()
     case ${COMP_WORDS[1]} in
-    frame) options='--packet --at --out --raw' ;;
+    frame) options='--packet --at --out --raw --size --smooth' ;;
     thumbnail) options='--size --out' ;;
     esac
     if [ "$COMP_CWORD" -eq 1 ]; then

@@ -20,14 +20,34 @@ const QCommandLineOption kPacket(QStringLiteral("packet"), {}, QStringLiteral("N
 const QCommandLineOption kAt(QStringLiteral("at"), {}, QStringLiteral("SECONDS"));
 const QCommandLineOption kOut(QStringLiteral("out"), {}, QStringLiteral("FILE"));
 const QCommandLineOption kRaw(QStringLiteral("raw"));
-const QCommandLineOption kSize(QStringLiteral("size"), {}, QStringLiteral("N"));
-const QList<QCommandLineOption> kCommandOptions = {kPacket, kAt, kOut, kRaw, kSize};
+const QCommandLineOption kSize(QStringLiteral("size"), {}, QStringLiteral("SIZE"));
+const QCommandLineOption kSmooth(QStringLiteral("smooth"));
+const QList<QCommandLineOption> kCommandOptions = {kPacket, kAt, kOut, kRaw, kSize, kSmooth};
 
 Arguments Failure(const QString& error)
 {
     Arguments arguments;
     arguments.error = error;
     return arguments;
+}
+
+Arguments BadSize(const QString& text)
+{
+    return Failure(QStringLiteral("Bad value for --size: '%1'").arg(text));
+}
+
+// Of the form 1920x1280.
+std::optional<QSize> SizeFrom(const QString& text)
+{
+    const QStringList sides = text.split(u'x');
+    if (sides.size() != 2)
+        return std::nullopt;
+    bool isWidth = false;
+    bool isHeight = false;
+    const QSize size(sides[0].toInt(&isWidth), sides[1].toInt(&isHeight));
+    const bool isPossible = isWidth && isHeight && size.width() >= 1 && size.height() >= 1 &&
+                            size.width() <= kLargestFrame && size.height() <= kLargestFrame;
+    return isPossible ? std::optional(size) : std::nullopt;
 }
 
 std::optional<PacketIndex> PacketFromNumber(const QString& text)
@@ -80,6 +100,18 @@ Arguments ParseFrame(const QCommandLineParser& parser)
 
     frame.out = parser.value(kOut);
     frame.raw = parser.isSet(kRaw);
+    if (parser.isSet(kSize)) {
+        const std::optional<QSize> size = SizeFrom(parser.value(kSize));
+        if (!size)
+            return BadSize(parser.value(kSize));
+        frame.size = *size;
+    }
+    if (parser.isSet(kSmooth))
+        frame.look = PictureLook::Smooth;
+    if (parser.isSet(kSmooth) && !parser.isSet(kSize))
+        return Failure(QStringLiteral("--smooth needs --size"));
+    if (frame.raw && parser.isSet(kSize))
+        return Failure(QStringLiteral("--raw has a size of its own"));
     if (frame.out.isEmpty())
         return Failure(QStringLiteral("frame needs --out FILE"));
     if (frame.packets.size() > 1 && !frame.out.contains(QStringLiteral("%d")))
@@ -97,7 +129,7 @@ Arguments ParseThumbnail(const QCommandLineParser& parser)
         const QString text = parser.value(kSize);
         thumbnail.size = PacketFromNumber(text).value_or(0);
         if (thumbnail.size < 1 || thumbnail.size > kLargest)
-            return Failure(QStringLiteral("Bad value for --size: '%1'").arg(text));
+            return BadSize(text);
     }
     thumbnail.out = parser.value(kOut);
     if (thumbnail.out.isEmpty())
@@ -121,7 +153,7 @@ const std::array kCommands = {
     CommandRow{QStringLiteral("info"), {}, ParseInfo},
     CommandRow{QStringLiteral("frame"),
                {QStringLiteral("packet"), QStringLiteral("at"), QStringLiteral("out"),
-                QStringLiteral("raw")},
+                QStringLiteral("raw"), QStringLiteral("size"), QStringLiteral("smooth")},
                ParseFrame},
     CommandRow{QStringLiteral("thumbnail"),
                {QStringLiteral("size"), QStringLiteral("out")},

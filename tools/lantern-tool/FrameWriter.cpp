@@ -26,9 +26,11 @@ QByteArray ColourLines(const ColourBytes& colours)
     return lines;
 }
 
-QString WriteFrame(PictureMemory& picture, const QString& path, bool raw)
+QString WriteFrame(PictureMemory& picture, const QString& path, const FrameRequest& request)
 {
-    if (!raw)
+    if (request.size)
+        return WriteFile(path, PngOf(ScaledPicture(picture, *request.size, request.look)));
+    if (!request.raw)
         return WriteFile(path, PngOf(VisiblePicture(picture)));
     QString error = WriteFile(path, IndexPgm(picture));
     if (!error.isEmpty())
@@ -45,7 +47,7 @@ QString WriteFrames(const Track& track, const FrameRequest& request)
         offline.RunTo(track.PacketStore, packet);
         QString path = request.out;
         path.replace(QStringLiteral("%d"), QString::number(packet));
-        QString error = WriteFrame(offline.Memory(), path, request.raw);
+        QString error = WriteFrame(offline.Memory(), path, request);
         if (!error.isEmpty())
             return error;
     }

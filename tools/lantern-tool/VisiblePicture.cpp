@@ -25,6 +25,27 @@ public:
     QImage image;
 };
 
+// Takes one picture.
+class ImageSurface final : public ScaleSurface {
+public:
+    ImageSurface(QSize size, PictureLook look) : image(size, QImage::Format_RGB32), m_look(look) {}
+
+    SurfaceImage Image() override
+    {
+        return {.pixels = reinterpret_cast<std::uint32_t*>(image.bits()),
+                .width = image.width(),
+                .height = image.height(),
+                .stride = static_cast<int>(image.bytesPerLine() / 4),
+                .look = m_look};
+    }
+    void Changed(const DeviceRect&) override {}
+
+    QImage image;
+
+private:
+    PictureLook m_look;
+};
+
 } // namespace
 
 OfflinePicture::OfflinePicture()
@@ -47,6 +68,17 @@ QImage VisiblePicture(PictureMemory& picture)
     picture.Buffers().FGvb2clip(picture.ViewLeft, picture.ViewLeft + kVisibleWidth - 1,
                                 picture.ViewTop, picture.ViewTop + kVisibleHeight - 1, sink);
     return sink.image;
+}
+
+QImage ScaledPicture(PictureMemory& picture, QSize size, PictureLook look)
+{
+    ImageSurface surface(size, look);
+    VirtualBuffers& buffers = picture.Buffers();
+    buffers.FGsetdc(&surface);
+    buffers.FGvbscale(picture.ViewLeft, picture.ViewLeft + kVisibleWidth - 1, picture.ViewTop,
+                      picture.ViewTop + kVisibleHeight - 1, 0, size.width(), 0, size.height());
+    buffers.FGsetdc(nullptr);
+    return surface.image.convertToFormat(QImage::Format_RGB888);
 }
 
 QByteArray PngOf(const QImage& image)

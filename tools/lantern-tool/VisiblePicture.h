@@ -33,6 +33,8 @@ private:
 
 // What the window would show of the picture, 288 by 192 pixels in its colours.
 QImage VisiblePicture(PictureMemory& picture);
+// The same, scaled to a size by the window's own means.
+QImage ScaledPicture(PictureMemory& picture, QSize size, PictureLook look);
 
 QByteArray PngOf(const QImage& image);
 

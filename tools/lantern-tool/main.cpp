@@ -17,8 +17,10 @@ namespace {
 
 constexpr char kHelpText[] =
     R"(usage: lantern-tool info TRACK
-       lantern-tool frame TRACK --packet N[,N...] --out FILE [--raw]
-       lantern-tool frame TRACK --at SECONDS[,SECONDS...] --out FILE [--raw]
+       lantern-tool frame TRACK --packet N[,N...] --out FILE
+                    [--raw | --size WxH [--smooth]]
+       lantern-tool frame TRACK --at SECONDS[,SECONDS...] --out FILE
+                    [--raw | --size WxH [--smooth]]
        lantern-tool thumbnail TRACK [--size N] --out FILE
        lantern-tool --help | --version
 
@@ -33,6 +35,9 @@ frame  writes the picture after packet N (300 packets are a second; 0 is the
        empty picture before the first, and a number beyond the last packet shows
        the last picture): the visible 288 by 192 pixels as a PNG. Several
        packets are visited in the order given. Each %d in FILE becomes N.
+       --size WxH scales it to W by H pixels, 8192 by 8192 at most, as sharp
+       as in the window. With --smooth its letters have smooth edges, if it is
+       1.5 times as large or more.
        --raw writes the whole picture of 300 by 216 colour indexes as a PGM
        instead, and its 16 colours to FILE.colours, one #rrggbb a line.
 thumbnail

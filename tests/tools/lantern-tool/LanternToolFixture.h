@@ -100,6 +100,17 @@ protected:
         EXPECT_EQ(result.output + result.error, "");
         return QImage(QString::fromStdString(In("frame.png")), "PNG");
     }
+    // The last picture of the blocks, drawn at a size.
+    QImage FrameOf(const std::string& size, const Words& more)
+    {
+        Words words = {"frame",  MakeBlocks(), "--packet", "14",
+                       "--size", size,         "--out",    In("sized.png")};
+        words.insert(words.end(), more.begin(), more.end());
+        const Result result = Run(words);
+        EXPECT_EQ(result.code, 0) << result.error;
+        EXPECT_EQ(result.output + result.error, "");
+        return QImage(QString::fromStdString(In("sized.png")), "PNG");
+    }
     void ExpectFailure(const Words& words, const std::string& error)
     {
         const Result result = Run(words);

@@ -129,6 +129,21 @@ TEST_F(LanternToolTest, AFrameIsAPngOfEightBitsEachOfRedGreenAndBlue)
     EXPECT_EQ(test::ReadFile(In("frame.png")).substr(kDepthAndColourType, 2), "\x08\x02");
 }
 
+// Byte by byte: scripts compare pictures by their sums.
+TEST_F(LanternToolTest, AFrameIsTheSameFileAsEver)
+{
+    QImage expected(288, 192, QImage::Format_RGB888);
+    expected.fill(kRed);
+    for (int y = 0; y < 12; ++y) {
+        for (int x = 0; x < 12; ++x)
+            expected.setPixel(x, y, x < 6 ? kGreen : kBlue);
+    }
+    constexpr int littleEffort = 80;
+    expected.save(QString::fromStdString(In("expected.png")), "PNG", littleEffort);
+    Frame(MakeBlocks(), "4");
+    EXPECT_EQ(test::ReadFile(In("frame.png")), test::ReadFile(In("expected.png")));
+}
+
 TEST_F(LanternToolTest, APacketBeyondTheEndShowsTheLastPicture)
 {
     ExpectBlocks(Frame(MakeBlocks(), "2147483647"), kGreen, kBlue, kRed);
@@ -201,6 +216,42 @@ TEST_F(LanternToolTest, RawWritesTheWholePicturesIndexesAndTheColours)
     EXPECT_EQ(test::ReadFile(In("f.pgm.colours")), colours);
 }
 
+TEST_F(LanternToolTest, AScaledFrameIsTheSamePictureLarger)
+{
+    const QImage frame = Frame(MakeBlocks(), "4");
+    const QImage same = FrameOf("288x192", {});
+    EXPECT_EQ(same, frame);
+    EXPECT_EQ(FrameOf("864x576", {}), frame.scaled(864, 576));
+    // Not as large as it takes to smooth.
+    EXPECT_EQ(FrameOf("431x287", {"--smooth"}), FrameOf("431x287", {}));
+    EXPECT_EQ(FrameOf("1x1", {"--smooth"}).size(), QSize(1, 1));
+}
+
+TEST_F(LanternToolTest, ASmoothFrameHasRoundCornersAndStraightEdges)
+{
+    const QImage smooth = FrameOf("2880x1920", {"--smooth"});
+    ASSERT_EQ(smooth.size(), QSize(2880, 1920));
+    EXPECT_EQ(smooth.pixel(20, 20), kGreen);
+    EXPECT_EQ(smooth.pixel(56, 60), kGreen);
+    EXPECT_EQ(smooth.pixel(63, 60), kBlue);
+    EXPECT_EQ(smooth.pixel(63, 20), kBlue);
+    EXPECT_EQ(smooth.pixel(116, 60), kBlue);
+    EXPECT_EQ(smooth.pixel(123, 60), kRed);
+    EXPECT_EQ(smooth.pixel(119, 119), kRed); // the corner of the block, which was blue
+    EXPECT_EQ(smooth.pixel(115, 115), kBlue);
+}
+
+TEST_F(LanternToolTest, AFrameOfAnotherSizeLeavesTheNextOnesAlone)
+{
+    const std::string track = MakeBlocks();
+    EXPECT_EQ(Run({"frame", track, "--packet", "2,4", "--size", "576x384", "--smooth", "--out",
+                   In("%d.png")})
+                  .code,
+              0);
+    EXPECT_EQ(QImage(QString::fromStdString(In("4.png"))), FrameOf("576x384", {"--smooth"}));
+    EXPECT_EQ(QImage(QString::fromStdString(In("2.png"))).pixel(5, 5), kRed);
+}
+
 TEST_F(LanternToolTest, NeedsNeitherADisplayNorASoundServer)
 {
     const std::string track = MakeBlocks();
@@ -241,6 +292,16 @@ TEST_F(LanternToolTest, ABadCommandLineIsOneLine)
     ExpectFailure({"frame", "a", "--packet"}, "Missing value after '--packet'.");
     ExpectFailure({"frame", "a", "--packet", "1,2", "--out", "b"},
                   "several frames need a %d in --out");
+    ExpectFailure({"frame", "a", "--packet", "1", "--smooth", "--out", "b"},
+                  "--smooth needs --size");
+    ExpectFailure({"frame", "a", "--packet", "1", "--raw", "--size", "9x9", "--out", "b"},
+                  "--raw has a size of its own");
+    ExpectFailure({"thumbnail", "a", "--smooth", "--out", "b"}, "--smooth is not for thumbnail");
+    for (const char* size : {"", "x", "9", "9x", "x9", "0x9", "9x0", "-9x9", "9x8193", "8193x9",
+                             "9x9x9", "9X9", "1e3x9", "99999999999x9"}) {
+        ExpectFailure({"frame", "a", "--packet", "1", std::string("--size=") + size, "--out", "b"},
+                      std::string("Bad value for --size: '") + size + "'");
+    }
     for (const char* number : {"-1", "x", "", "1 2", "2147483648", "1.5"}) {
         ExpectFailure({"frame", "a", std::string("--packet=") + number, "--out", "b"},
                       std::string("Bad value for --packet: '") + number + "'");

@@ -255,7 +255,7 @@ TEST_F(Thumbnail, ABadCommandLineIsOneLine)
                   "--packet is not for thumbnail");
     ExpectFailure({"info", "a", "--size", "5"}, "--size is not for info");
     ExpectFailure({"frame", "a", "--size", "5", "--packet", "1", "--out", "b"},
-                  "--size is not for frame");
+                  "Bad value for --size: '5'");
     for (const char* number : {"0", "-1", "x", "", "1.5", "4097"}) {
         ExpectFailure({"thumbnail", "a", "--out", "b", std::string("--size=") + number},
                       std::string("Bad value for --size: '") + number + "'");
