@@ -10,16 +10,21 @@ namespace {
 
 constexpr int kLookAheadMs = 5;
 constexpr double kRiseSeconds = 0.1;
-constexpr float kLoudest = 0.999F; // a little room for what is rounded
+constexpr float kRoom = 0.999F; // a little room for what is rounded
 constexpr double kAsGoodAsOne = 0.9999;
 
 } // namespace
 
 PeakLimiter::PeakLimiter(int sampleRate)
-    : m_window(static_cast<std::size_t>(sampleRate) * kLookAheadMs / 1000 + 1),
+    : m_loudest(kRoom), m_window(static_cast<std::size_t>(sampleRate) * kLookAheadMs / 1000 + 1),
       m_rise(1.0 / (kRiseSeconds * sampleRate)), m_needs(m_window)
 {
     Reset();
+}
+
+void PeakLimiter::SetLoudest(float peak)
+{
+    m_loudest = peak * kRoom;
 }
 
 void PeakLimiter::Reset()
@@ -36,7 +41,7 @@ void PeakLimiter::Apply(std::span<float> left, std::span<float> right)
 {
     for (std::size_t i = 0; i < left.size(); ++i) {
         const float peak = std::max(std::abs(left[i]), std::abs(right[i]));
-        const float gain = RampedGain(LeastGain(peak > kLoudest ? kLoudest / peak : 1.0F));
+        const float gain = RampedGain(LeastGain(peak > m_loudest ? m_loudest / peak : 1.0F));
         m_left[m_frame % m_window] = left[i];
         m_right[m_frame % m_window] = right[i];
         ++m_frame; // and the oldest lies where the next one will

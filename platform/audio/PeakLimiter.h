@@ -15,6 +15,8 @@ public:
 
     // By so many frames what comes out is behind what goes in.
     int DelayFrames() const { return static_cast<int>(m_window) - 1; }
+    // Of full scale: the highest peak from the next frame on.
+    void SetLoudest(float peak);
     void Reset(); // silence has gone in so far
     void Apply(std::span<float> left, std::span<float> right);
 
@@ -27,6 +29,7 @@ private:
     float LeastGain(float gain);
     float RampedGain(float gain);
 
+    float m_loudest;
     std::size_t m_window; // the frames that are looked at: a delayed one and those that follow it
     double m_rise;        // towards 1, in each frame
     std::size_t m_frame = 0;

@@ -28,7 +28,8 @@ constexpr int kRingMs = 250;
 constexpr int kBeginsWithMs = 45;
 constexpr int kKeptAtChangeMs = 30;
 constexpr int kCrossfadeMs = 10;
-constexpr int kFadeMs = 5; // from silence and to it
+constexpr float kHighestEvenedPeak = 0.891F; // -1 dB
+constexpr int kFadeMs = 5;                   // from silence and to it
 // A server may tell a frame as heard before it is.
 constexpr int kSilenceBeforeHeldMs = 30;
 
@@ -65,6 +66,13 @@ void SoundRenderer::SetWish(Wish wish)
     m_wake.notify_one();
 }
 
+// In another key the peaks grow, and after the gain nothing keeps them low.
+void SoundRenderer::SetSoundGain(float factor)
+{
+    m_soundGain.SetTarget(factor);
+    m_shaper.SetLoudest(factor == 1.0F ? 1.0F : std::min(1.0F, kHighestEvenedPeak / factor));
+}
+
 std::optional<double> SoundRenderer::HeardMediaFrame(std::uint64_t serial)
 {
     const std::scoped_lock lock(m_timelineMutex);
@@ -95,6 +103,7 @@ int SoundRenderer::Fill(std::span<float> stereo)
     const int frames = m_ring.Read(stereo);
     const std::span<float> filled = stereo.first(static_cast<std::size_t>(frames) * 2);
     m_guide.Apply(filled);
+    m_soundGain.Apply(filled);
     m_gain.Apply(filled);
     m_tap.Note(filled);
     return frames;
@@ -246,6 +255,7 @@ void SoundRenderer::StartAt(std::int64_t mediaFrame)
     }
     m_ring.Reset(FramesIn(kRingMs));
     m_guide.Restart(m_sampleRate);
+    m_soundGain.Restart(m_sampleRate);
     m_gain.Restart(m_sampleRate);
     m_renderedFrames = 0;
     m_started = true;

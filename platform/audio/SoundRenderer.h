@@ -4,6 +4,7 @@
 #include "AudioOutput.h"
 #include "ChannelGuide.h"
 #include "SoundDecoder.h"
+#include "SoundGain.h"
 #include "SoundRing.h"
 #include "SoundShaper.h"
 #include "SoundTap.h"
@@ -51,6 +52,7 @@ public:
 
     // The sound of a former wish ends on the renderer's thread, unless the caller keeps it.
     void SetWish(Wish wish);
+    void SetSoundGain(float factor);
     void SetLevel(StereoLevel level) { m_gain.SetTarget(level); }
     void SetVoiceGuide(VoiceGuide guide) { m_guide.SetTarget(guide); }
 
@@ -93,6 +95,7 @@ private:
     Report m_report;
     SoundRing m_ring;
     ChannelGuide m_guide;
+    SoundGain m_soundGain;
     StereoGain m_gain;
     SoundTap m_tap;
 

@@ -189,6 +189,7 @@ void SoundShaper::ShapeMore()
         m_shaped = {std::span(m_left).first(count), std::span(m_right).first(count)};
         if (m_fromStretcher)
             m_shaped = m_fromStretcher->Convert(m_shaped.left, m_shaped.right);
+        m_limiter->SetLoudest(m_loudest);
         m_limiter->Apply(m_shaped.left, m_shaped.right);
     }
 }

@@ -6,6 +6,7 @@
 #include "SoundDecoder.h"
 
 #include <array>
+#include <atomic>
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -60,6 +61,9 @@ public:
 
     Block Render(std::span<float> stereo);
 
+    // How loud what is not neutral may get from now on, of full scale. Any thread.
+    void SetLoudest(float peak) { m_loudest = peak; }
+
 private:
     void Prime(std::int64_t mediaFrame, SoundShape shape);
     void PrepareStretcher();
@@ -89,9 +93,10 @@ private:
     std::optional<RateChanger> m_toStretcher;
     std::optional<RateChanger> m_fromStretcher;
     std::optional<PeakLimiter> m_limiter; // behind it: what it makes is louder here and there
-    int m_soundRate = 0;                  // that all of these were made for
-    double m_soundFrames = 1.0;           // for each frame of the stretcher
-    std::int64_t m_nextFed = 0;           // negative: the silence before the sound
+    std::atomic<float> m_loudest = 1.0F;
+    int m_soundRate = 0;        // that all of these were made for
+    double m_soundFrames = 1.0; // for each frame of the stretcher
+    std::int64_t m_nextFed = 0; // negative: the silence before the sound
     int m_framesToDrop = 0;
     std::array<float, 2 * kMostFedFrames> m_interleaved = {};
     std::array<float, kMostFedFrames> m_left = {};

@@ -53,6 +53,7 @@ bool StudioEngine::EngineInit()
         m_renderer = std::make_unique<SoundRenderer>(*m_output, report);
         TellLevel();
         m_renderer->SetVoiceGuide(m_voiceGuide);
+        m_renderer->SetSoundGain(m_soundGain);
         m_renderer->Listen(m_listening);
     }
     return m_renderer != nullptr;
@@ -212,6 +213,13 @@ void StudioEngine::SetVoiceGuide(VoiceGuide guide)
     m_voiceGuide = guide;
     if (m_renderer)
         m_renderer->SetVoiceGuide(guide);
+}
+
+void StudioEngine::SetSoundGain(float factor)
+{
+    m_soundGain = factor;
+    if (m_renderer)
+        m_renderer->SetSoundGain(factor);
 }
 
 void StudioEngine::Listen(bool on)

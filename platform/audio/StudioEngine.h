@@ -4,6 +4,7 @@
 #include "AudioEngine.h"
 #include "AudioOutput.h"
 #include "SoundDecoder.h"
+#include "SoundMeter.h"
 #include "SoundRenderer.h"
 #include "SpectrumAnalyser.h"
 #include "SpectrumTransform.h"
@@ -52,6 +53,8 @@ public:
     void SetEngineTempo(float percent) override;
 
     void SetVoiceGuide(VoiceGuide guide) override;
+    void SetSoundGain(float factor) override;
+    LoudnessMeter* Loudness() override { return &m_meter; }
 
     void NameSound(const QString& name) override { m_output->SetName(name); }
 
@@ -78,6 +81,7 @@ private:
     int m_semitones = 0;
     float m_tempo = 0.0F;
     VoiceGuide m_voiceGuide = VoiceGuide::Both;
+    float m_soundGain = 1.0F;
 
     std::shared_ptr<SoundDecoder> m_sound; // with the renderer, see its wish
     SoundStatus m_status = SoundStatus::Empty;
@@ -88,6 +92,8 @@ private:
 
     bool m_listening = false;
     std::optional<SpectrumTransform> m_spectrum; // for the rate that was measured last
+
+    SoundMeter m_meter;
 
     QObject m_context; // reports that are still on their way die with it
     std::unique_ptr<SoundRenderer> m_renderer;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "AudioEngine.h"
+#include "LoudnessMeter.h"
 #include "SpectrumAnalyser.h"
 
 #include <QString>
@@ -42,6 +43,35 @@ private:
     const SoundStatus& m_status;
 };
 
+// A meter that measures nothing until a test says what it found.
+class FakeLoudnessMeter : public LoudnessMeter {
+public:
+    std::vector<Sound> Sounds; // of the last measurement
+    int Measurements = 0;
+    bool IsMeasuring() const { return static_cast<bool>(m_measured); }
+
+    void Measure(std::vector<Sound> sounds, Measured measured) override
+    {
+        ++Measurements;
+        Sounds = std::move(sounds);
+        m_measured = std::move(measured);
+    }
+    void Cancel() override { m_measured = nullptr; }
+
+    // As the event loop would deliver it.
+    void Tell(const SoundLoudness& loudness)
+    {
+        const Measured tell = m_measured;
+        if (loudness.isWhole)
+            m_measured = nullptr;
+        if (tell)
+            tell(loudness);
+    }
+
+private:
+    Measured m_measured;
+};
+
 // An engine without sound, whose time stands still until a test moves it. It keeps the promises
 // of AudioEngine's state (a load stops at 0, StartSound plays what is loaded, ...), and a test may
 // set every field at any time. Each call is logged as the operation's name and its arguments.
@@ -66,6 +96,8 @@ public:
     QString LoadedPath;
     std::vector<std::uint8_t> LoadedImage;
     QString SoundName;
+    float SoundGain = 1;
+    FakeLoudnessMeter Meter;
 
     FakeSpectrumAnalyser Analyser{Status};
 
@@ -196,6 +228,10 @@ public:
         Log.push_back("SetVoiceGuide " + std::to_string(static_cast<int>(guide)));
         Guide = guide;
     }
+
+    void SetSoundGain(float factor) override { Set("SetSoundGain ", SoundGain, factor); }
+    LoudnessMeter* Loudness() override { return &Meter; }
+
     void NameSound(const QString& name) override { SoundName = name; }
 
     SpectrumAnalyser* Spectrum() override { return &Analyser; }

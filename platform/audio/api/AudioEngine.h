@@ -9,6 +9,7 @@
 
 namespace lantern {
 
+class LoudnessMeter;
 class SpectrumAnalyser;
 
 // What the player is doing, by the numbers that the rest of the program compares.
@@ -75,12 +76,20 @@ public:
     // from sound to sound, and a change is heard as those above are.
     virtual void SetVoiceGuide(VoiceGuide) {}
 
+    // A factor of the amplitude beside the volume, above 0, which holds for a whole sound: 1, and
+    // it passes as it is. A sound that begins has it from its first frame; a change while one plays
+    // is a fade of half a second.
+    virtual void SetSoundGain(float) {}
+
     // What the sounds are called where the desktop shows who plays, from now on; empty for no name
     // of their own. An engine that nobody hears does without.
     virtual void NameSound(const QString&) {}
 
     // What shows the sound's spectrum; null where there is none. The engine's own.
     virtual SpectrumAnalyser* Spectrum() { return nullptr; }
+
+    // What measures how loud sounds are; null where there is none. The engine's own.
+    virtual LoudnessMeter* Loudness() { return nullptr; }
 
     // Called when the sound has been heard to its end (the status is then Stopped). Never from
     // inside an operation above.
