@@ -44,6 +44,7 @@ enum class ButtonFace {
     CustomKey,
     CustomSpeed,
     Choice,
+    Plate,
 };
 
 enum class FaceState { Normal, Down, Over, Disabled };
@@ -117,6 +118,7 @@ inline constexpr std::array kButtonDrawings{
     ButtonDrawing{ButtonFace::CustomKey, "custom-key", {}, 18, 14, kCustomPlate},
     ButtonDrawing{ButtonFace::CustomSpeed, "custom-speed", {}, 18, 14, kCustomPlate},
     ButtonDrawing{ButtonFace::Choice, "choice", "choice-down", 18, 14, {2, 1, 12, 12, 5, true}},
+    ButtonDrawing{ButtonFace::Plate, "plate", {}, 126, 20, {0, 0, 126, 20, 4, true}},
 };
 
 // The picture of a button's face in a state, opaque on black. Made anew by each call.

@@ -73,6 +73,7 @@ struct AudioClip {
     std::int32_t LengthMs = 0;
     std::int32_t StartMs = 0; // where the clip begins on the track's timeline
     SoundImage Data;          // a whole sound, for Data
+    bool IsFiller = false;    // silence, as the packets outlast the sound
 };
 
 struct Track {

@@ -177,6 +177,7 @@ void MediaLoader::AddSilence(std::int32_t lengthMs)
 {
     AudioClip clip;
     clip.Kind = ClipKind::Data;
+    clip.IsFiller = true;
     clip.LengthMs = std::clamp(lengthMs, 0, m_limits.silenceMs);
     const std::int32_t audioBytes = RoundToEven(clip.LengthMs / 1000.0 * kDiscBytesPerSecond);
     m_track.ClipList.Add(std::move(clip));

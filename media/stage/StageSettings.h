@@ -17,6 +17,8 @@ class clsINI;
 // for those who never open the window.
 struct StageSettings {
     VoiceGuide voiceGuide = VoiceGuide::Both;
+    bool remembersTunes = false; // each song's own key and speed
+    bool evensLoudness = false;
 
     bool operator==(const StageSettings&) const = default;
 };
@@ -33,6 +35,8 @@ struct StageSettingRow {
 // Each field that is one value, by its key in the file.
 inline constexpr std::array kStageSettings = {
     StageSettingRow{u"VoiceGuide", &StageSettings::voiceGuide},
+    StageSettingRow{u"RememberTunes", &StageSettings::remembersTunes},
+    StageSettingRow{u"EvenLoudness", &StageSettings::evensLoudness},
 };
 
 // From the store. What is missing there, or is none of the values that a field can have, is as in

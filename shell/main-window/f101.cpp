@@ -7,6 +7,7 @@
 #include "LastErrorText.h"
 #include "MakeZipHandler.h"
 #include "PlayerSettings.h"
+#include "SqliteSongStore.h"
 #include "Version.h"
 #include "WindowActivation.h"
 #include "WindowLayout.h"
@@ -45,6 +46,8 @@ f101::f101(ProgramState& state, std::unique_ptr<AudioEngine> engine, ShowWarning
       m_stage(*m_engine, state.UserDataPath), m_refresh(m_parts.Bar(), *m_engine, m_audio, m_track),
       m_clock(*m_engine, m_track, m_picture, m_interpreter, m_display, *this),
       m_loader(m_track, *m_engine, *this, {[] { return MakeZipHandler(); }, state.AppPath}),
+      m_songs(m_track, *m_engine, m_audio,
+              [&state] { return MakeSqliteSongStore(state.SongsFile); }),
       m_wheel(m_audio, m_track, [this](std::int32_t deltaMs) { m_clock.SkipBy(deltaMs); }),
       m_commands(Targets()), m_desktop(Targets(), *this, [this] { ShowStage(); }),
       m_link(state.InstanceMutex, *this), m_input(*this)
@@ -76,6 +79,7 @@ void f101::ConnectParts()
     m_engine->SoundDone = [this] { m_clock.HandleSoundDone(); };
     m_stage.Changed = [this](const StageSettings& settings) { ActOnStage(settings); };
     m_stage.SaveFailed = ShowFileError;
+    m_songs.Trouble = [this](const QString& reason) { ShowStatus(reason); };
     m_timer1.callOnTimeout(this, [this] { UpdatePlayer(); });
     m_paintTimer.setSingleShot(true);
     m_paintTimer.callOnTimeout(this, [this] { m_parts.PaintSoon(); });
@@ -147,6 +151,7 @@ void f101::Unload()
     m_engine->StopSound();
     SaveSettingsToStore(*m_state.Settings, m_display.NearestZoom(), *m_engine, m_audio);
     m_stage.Save();
+    m_songs.End();
     m_picture.SetupGraphics(false);
 }
 

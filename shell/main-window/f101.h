@@ -18,6 +18,7 @@
 #include "PictureMemory.h"
 #include "PlaybackClock.h"
 #include "PopMenu.h"
+#include "SongKeeper.h"
 #include "StageControl.h"
 #include "Track.h"
 #include "VirtualBuffers.h"
@@ -37,6 +38,7 @@ namespace lantern {
 
 class frmOptions;
 class frmStage;
+enum class StageDeed : std::uint8_t;
 
 // Shows the user a message box with the warning icon.
 using ShowWarning = std::function<void(const QString& text)>;
@@ -105,6 +107,7 @@ private:
     frmStage& Stage();
     void HideSideWindows();
     void ActOnStage(const StageSettings& settings);
+    void ForgetSongs(StageDeed deed);
 
     // PlaybackHost
     std::int32_t SliderValue() override;
@@ -159,6 +162,7 @@ private:
     ControlRefresh m_refresh;
     PlaybackClock m_clock;
     MediaLoader m_loader;
+    SongKeeper m_songs;
     WheelControl m_wheel;
 
     Commands m_commands;

@@ -79,6 +79,7 @@ void f101::ForgetPicture()
 
 void f101::Play(std::int32_t positionMs)
 {
+    m_songs.SongOpens(); // by now it is loaded
     m_clock.Play(positionMs);
 }
 
@@ -97,6 +98,8 @@ void f101::ShowStatus(const QString& text)
 void f101::SetValueText(AudioValue value, const QString& text)
 {
     Options().ValueLabel(value).setText(text);
+    if (value == AudioValue::KeyPitch || value == AudioValue::Speed)
+        m_songs.TuneChanged();
 }
 
 void f101::SetDeviceText(const QString& name)
@@ -225,6 +228,7 @@ frmStage& f101::Stage()
         const TwipsPerPixel twips = {m_state.TwipsX, m_state.TwipsY};
         m_stageWindow = std::make_unique<frmStage>(*this, player, m_stage, twips);
         m_stageWindow->RightButtonUp = [this] { ShowPopMenu(); };
+        m_stageWindow->Do = [this](StageDeed deed) { ForgetSongs(deed); };
     }
     return *m_stageWindow;
 }
@@ -241,10 +245,28 @@ void f101::ShowStage()
 }
 
 // What is chosen on the stage window, and who in the player acts on it besides the engine.
-void f101::ActOnStage(const StageSettings&)
+void f101::ActOnStage(const StageSettings& settings)
 {
+    m_songs.RememberTunes(settings.remembersTunes);
+    m_songs.EvenOut(settings.evensLoudness);
     if (m_stageWindow)
         m_stageWindow->ShowSettings();
+}
+
+// What has gone of all songs can't be had back.
+void f101::ForgetSongs(StageDeed deed)
+{
+    if (deed == StageDeed::ForgetSong) {
+        m_songs.ForgetSong();
+        return;
+    }
+    SetOptionsOnTop(false);
+    const MessageAnswer answer =
+        ShowMessage(QStringLiteral("Forget the key, the speed and the loudness of all songs?"),
+                    YesNo | QuestionIcon);
+    SetOptionsOnTop(true);
+    if (answer == MessageAnswer::Yes && m_isLoaded)
+        m_songs.ForgetAllSongs();
 }
 
 void f101::HideSideWindows()

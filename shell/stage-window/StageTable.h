@@ -23,7 +23,7 @@ inline constexpr std::int32_t kStageBottom = 480; // below the last one: the but
 inline constexpr std::int32_t kStageCorner = 120; // of that button, from the window's corner
 inline constexpr std::int32_t kStageButton = 360; // its size
 
-enum class StageGroup : std::uint8_t { VoiceGuide };
+enum class StageGroup : std::uint8_t { VoiceGuide, Songs };
 
 struct StageGroupRow {
     StageGroup group;
@@ -32,6 +32,7 @@ struct StageGroupRow {
 };
 inline constexpr std::array kStageGroups = {
     StageGroupRow{StageGroup::VoiceGuide, u"Voice guide", 720},
+    StageGroupRow{StageGroup::Songs, u"Songs", 1140},
 };
 
 constexpr std::int32_t StageGroupTop(StageGroup group)
@@ -79,7 +80,8 @@ inline constexpr std::array kStageChoices = {
                 VoiceGuide::Right},
 };
 
-// On or off, by a choice of that kind. A group has its switches before its choices.
+// On or off, by a choice of that kind. A group has its switches before its choices and
+// its buttons.
 struct StageSwitch {
     StageGroup group;
     TwipRect rect;
@@ -87,11 +89,46 @@ struct StageSwitch {
     QStringView toolTip;
     bool StageSettings::*field;
 };
-inline constexpr std::array<StageSwitch, 0> kStageSwitches = {};
+inline constexpr std::array kStageSwitches = {
+    StageSwitch{StageGroup::Songs,
+                {120, 330, 2550, 240},
+                u"Remember key and speed",
+                u"Each song opens with its own key and speed, as they were left",
+                &StageSettings::remembersTunes},
+    StageSwitch{StageGroup::Songs,
+                {2955, 330, 2550, 240},
+                u"Even loudness",
+                u"All songs are equally loud",
+                &StageSettings::evensLoudness},
+};
+
+// What is done at a press.
+enum class StageDeed : std::uint8_t { ForgetSong, ForgetAllSongs };
+
+struct StageButton {
+    StageGroup group;
+    TwipRect rect;
+    QStringView caption;
+    QStringView toolTip;
+    StageDeed deed;
+};
+inline constexpr std::array kStageButtons = {
+    StageButton{StageGroup::Songs,
+                {120, 690, 1890, 300},
+                u"Forget this song",
+                u"The open song goes back to its own key and speed",
+                StageDeed::ForgetSong},
+    StageButton{StageGroup::Songs,
+                {2955, 690, 1890, 300},
+                u"Forget all songs",
+                u"Nothing is known of any song any more",
+                StageDeed::ForgetAllSongs},
+};
 
 // The tables go through the groups in their order.
 static_assert(std::ranges::is_sorted(kStageGroups, {}, &StageGroupRow::group));
 static_assert(std::ranges::is_sorted(kStageSwitches, {}, &StageSwitch::group));
+static_assert(std::ranges::is_sorted(kStageButtons, {}, &StageButton::group));
 static_assert(std::ranges::is_sorted(kStageChoices, {}, &StageChoice::group));
 
 inline constexpr QStringView kHideStageToolTip = u"Hide this window (ESC)";

@@ -72,6 +72,10 @@ void frmStage::MakeGroup(const StageGroupRow& row)
         if (design.group == row.group)
             MakeChoice(design);
     }
+    for (const StageButton& design : kStageButtons) {
+        if (design.group == row.group)
+            MakeButton(design);
+    }
 }
 
 void frmStage::Dress(ctlPicBtn& button, const TwipRect& rect, QStringView caption,
@@ -102,6 +106,19 @@ void frmStage::MakeChoice(const StageChoice& design)
     button->Click = [this, &design] {
         m_stage.Set(&StageSettings::voiceGuide, design.guide);
         ShowSettings(); // one that was down already stays so
+    };
+}
+
+void frmStage::MakeButton(const StageButton& design)
+{
+    auto* const button = new ctlPicBtn(&Group(design.group), SkinAmbient());
+    m_buttons.push_back(button);
+    Dress(*button, design.rect, design.caption, design.toolTip);
+    GiveStyle(*button, {false, 0, kWhite, kAccentColour});
+    GiveFace(*button, ButtonFace::Plate);
+    button->Click = [this, &design] {
+        if (Do)
+            Do(design.deed);
     };
 }
 

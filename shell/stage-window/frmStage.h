@@ -31,6 +31,7 @@ public:
 
     // The right mouse button was released: the player shows its menu. It may run the event loop.
     std::function<void()> RightButtonUp;
+    std::function<void(StageDeed)> Do;
 
     void ShowForm(bool isShown);
     // Brings the controls to what holds now.
@@ -39,6 +40,7 @@ public:
     ctlFrame& Group(StageGroup group);
     ctlPicBtn& Switch(std::size_t index) { return *m_switches.at(index); }
     ChoiceButton& Choice(std::size_t index) { return *m_choices.at(index); }
+    ctlPicBtn& Button(std::size_t index) { return *m_buttons.at(index); }
     ctlPicBtn& HideButton() { return *m_hide; }
 
 protected:
@@ -52,6 +54,7 @@ private:
     void MakeGroup(const StageGroupRow& row);
     void MakeSwitch(const StageSwitch& design);
     void MakeChoice(const StageChoice& design);
+    void MakeButton(const StageButton& design);
     void Dress(ctlPicBtn& button, const TwipRect& rect, QStringView caption, QStringView toolTip);
     void MakeHideButton();
 
@@ -66,6 +69,7 @@ private:
     // In the order of their tables.
     std::vector<ctlPicBtn*> m_switches;
     std::vector<ChoiceButton*> m_choices;
+    std::vector<ctlPicBtn*> m_buttons;
     ctlPicBtn* m_hide = nullptr;
 };
 

@@ -117,6 +117,11 @@ public:
         return UserFolderRootOf(qgetenv("appdata"), qgetenv("XDG_CONFIG_HOME"), HomeFolder());
     }
 
+    QString StateFolderRoot() override
+    {
+        return StateFolderRootOf(qgetenv("XDG_STATE_HOME"), HomeFolder());
+    }
+
     void CreateFolders(const QString& folder) override
     {
         std::error_code error;

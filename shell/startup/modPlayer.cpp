@@ -22,6 +22,7 @@ StartUpResult StartUp(ProgramState& state, StartUpHost& host)
     host.SetCurrentFolder(state.AppPath);
     state.UserDataPath = host.UserFolderRoot() + QStringLiteral("/Lyric Lantern/");
     host.CreateFolders(state.UserDataPath);
+    state.SongsFile = host.StateFolderRoot() + QStringLiteral("/Lyric Lantern/songs.db");
     if (!CheckComponents(state.AppPath, host))
         return StartUpResult::ComponentMissing;
 
@@ -84,6 +85,13 @@ QString UserFolderRootOf(QByteArrayView appdata, QByteArrayView configHome, QByt
     if (configHome.startsWith('/'))
         return TextFromNative(configHome);
     return TextFromNative(home) + QStringLiteral("/.config");
+}
+
+QString StateFolderRootOf(QByteArrayView stateHome, QByteArrayView home)
+{
+    if (stateHome.startsWith('/'))
+        return TextFromNative(stateHome);
+    return TextFromNative(home) + QStringLiteral("/.local/state");
 }
 
 } // namespace lantern

@@ -32,6 +32,7 @@ struct ProgramState {
     ProgramArguments Arguments;
     QString AppPath;      // the folder of the program, with one slash at its end
     QString UserDataPath; // the folder of the user's data, with one slash at its end
+    QString SongsFile;    // where what is remembered of songs is kept; its folder may be missing
     std::int32_t TwipsX = 0;
     std::int32_t TwipsY = 0;
     std::optional<clsINI> Settings;
@@ -55,6 +56,7 @@ public:
     virtual QString ProgramFile() = 0;
     virtual void SetCurrentFolder(const QString& folder) = 0;
     virtual QString UserFolderRoot() = 0;
+    virtual QString StateFolderRoot() = 0;
     virtual void CreateFolders(const QString& folder) = 0; // with all parents
     virtual ZipComponent& Zip() = 0;
     virtual void ShowWarning(const QString& text) = 0;
@@ -84,5 +86,8 @@ QString PlayerPathOf(const QString& programFile);
 // The folder that the user's folder lies in: the variable "appdata", or else the root of all
 // configuration, or else ".config" in the home. Empty values count as missing ones.
 QString UserFolderRootOf(QByteArrayView appdata, QByteArrayView configHome, QByteArrayView home);
+// The folder for what a program remembers by itself: the root of all such, or else ".local/state" in
+// the home. An empty or a relative value counts as a missing one.
+QString StateFolderRootOf(QByteArrayView stateHome, QByteArrayView home);
 
 } // namespace lantern

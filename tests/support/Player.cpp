@@ -44,6 +44,7 @@ EnvironmentChanges PlayerHome::Environment() const
 {
     return {{"HOME", (m_folder / "home").string()},
             {"XDG_CONFIG_HOME", std::nullopt},
+            {"XDG_STATE_HOME", std::nullopt},
             {"XDG_RUNTIME_DIR", (m_folder / "runtime").string()},
             {"appdata", (m_folder / "appdata").string()},
             {"LC_ALL", "C.UTF-8"},

@@ -63,6 +63,19 @@ TEST_F(StageSettingsTest, EachVoiceGuideComesBack)
         << "what changes nothing leaves no key";
 }
 
+TEST_F(StageSettingsTest, EachSwitchComesBackByItself)
+{
+    StageSettings tunes;
+    tunes.remembersTunes = true;
+    EXPECT_EQ(Rewritten("", tunes), "remembertunes\tY\r\n");
+    EXPECT_EQ(Read("remembertunes\tY\r\n"), tunes);
+    StageSettings loudness;
+    loudness.evensLoudness = true;
+    EXPECT_EQ(Rewritten("remembertunes\tY\r\n", loudness), "evenloudness\tY\r\n");
+    EXPECT_EQ(Read("evenloudness\ty\r\n"), loudness);
+    EXPECT_EQ(Read("evenloudness\tYes\r\nremembertunes\t1\r\n"), StageSettings());
+}
+
 TEST_F(StageSettingsTest, AChannelThatIsNoneIsBoth)
 {
     for (const char* text : {"middle", "1", "LEFT RIGHT", "\t", "", "left\xFF", "leftright"})
@@ -81,9 +94,9 @@ TEST_F(StageSettingsTest, KeysThatNobodyKnowsStay)
 TEST_F(StageSettingsTest, AnyBytesGiveSettingsThatComeBack)
 {
     std::mt19937 chance(7);
-    const std::string pieces[] = {"voiceguide",   "\t", "left",     "right",  "\r\n",
-                                  "\n",           "\0", "\xFF\xFE", "delay.", "-150",
-                                  "999999999999", "Y",  " "};
+    const std::string pieces[] = {"voiceguide",   "\t", "left",     "right",        "\r\n",
+                                  "\n",           "\0", "\xFF\xFE", "delay.",       "-150",
+                                  "999999999999", "Y",  " ",        "remembertunes"};
     for (int round = 0; round < 300; ++round) {
         std::string file;
         for (int i = 0; i < 40; ++i)

@@ -104,6 +104,7 @@ private:
     {
         EXPECT_FALSE(InstanceRunning(state));
         state.UserDataPath = folder.path() + u'/';
+        state.SongsFile = state.UserDataPath + QStringLiteral("state/songs.db");
         state.TwipsX = 15;
         state.TwipsY = 15;
         FileErrorHost& host = *this;

@@ -36,7 +36,7 @@ TEST_F(StageAccessibleTest, TheWindowIsADialogOfGroups)
         if (panel.child(i)->role() == QAccessible::Grouping)
             groups.push_back(StageNameOf(*panel.child(i)));
     }
-    EXPECT_THAT(groups, ElementsAre("Voice guide"));
+    EXPECT_THAT(groups, ElementsAre("Voice guide", "Songs"));
 }
 
 TEST_F(StageAccessibleTest, AChoiceTellsItsNameAndWhetherItHolds)
@@ -53,6 +53,29 @@ TEST_F(StageAccessibleTest, AChoiceTellsItsNameAndWhetherItHolds)
         EXPECT_EQ(known.state().checked, i == 0);
     }
     EXPECT_EQ(StageNameOf(StageKnownAs(window.HideButton())), "Hide this window");
+}
+
+TEST_F(StageAccessibleTest, ASwitchTellsWhetherItIsOnAndAButtonWhatItDoes)
+{
+    ASSERT_NO_FATAL_FAILURE(Show());
+    const char* const switches[] = {"Remember key and speed", "Even loudness"};
+    for (std::size_t i = 0; i < kStageSwitches.size(); ++i) {
+        QAccessibleInterface& known = StageKnownAs(window.Switch(i));
+        EXPECT_EQ(known.role(), QAccessible::CheckBox);
+        EXPECT_EQ(StageNameOf(known), switches[i]);
+        EXPECT_FALSE(known.text(QAccessible::Description).isEmpty());
+        EXPECT_FALSE(known.state().checked);
+        window.Switch(i).Press();
+        EXPECT_TRUE(known.state().checked);
+    }
+    const char* const buttons[] = {"Forget this song", "Forget all songs"};
+    for (std::size_t i = 0; i < kStageButtons.size(); ++i) {
+        QAccessibleInterface& known = StageKnownAs(window.Button(i));
+        EXPECT_EQ(known.role(), QAccessible::Button);
+        EXPECT_EQ(StageNameOf(known), buttons[i]);
+        EXPECT_FALSE(known.text(QAccessible::Description).isEmpty());
+        EXPECT_FALSE(known.state().disabled);
+    }
 }
 
 TEST_F(StageAccessibleTest, AChoiceCanBeMade)

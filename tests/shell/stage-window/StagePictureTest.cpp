@@ -25,6 +25,8 @@ TEST_F(StagePictureTest, AtNeutral)
 TEST_F(StagePictureTest, WithEverythingChosen)
 {
     stage.Set(&StageSettings::voiceGuide, VoiceGuide::Left);
+    for (const StageSwitch& one : kStageSwitches)
+        stage.Set(one.field, true);
     ASSERT_NO_FATAL_FAILURE(Show());
     Type(Qt::Key_Tab);
     EXPECT_TRUE(LooksLike("chosen"));

@@ -60,7 +60,8 @@ TEST_F(frmStageTest, TheKeyboardAloneReachesAllAndActs)
         Type(Qt::Key_Tab);
     } while (QApplication::focusWidget() != walk.front() && walk.size() < 50);
     EXPECT_THAT(walk, ElementsAre(&window.Choice(0), &window.Choice(1), &window.Choice(2),
-                                  &window.HideButton()));
+                                  &window.Switch(0), &window.Switch(1), &window.Button(0),
+                                  &window.Button(1), &window.HideButton()));
     Type(Qt::Key_Tab);
     Type(Qt::Key_Space);
     EXPECT_EQ(engine.Guide, VoiceGuide::Left);
@@ -74,6 +75,23 @@ TEST_F(frmStageTest, TheKeyboardAloneReachesAllAndActs)
     Type(Qt::Key_Space);
     EXPECT_EQ(engine.Guide, VoiceGuide::Right);
     EXPECT_THAT(player.TakeCalls(), IsEmpty());
+}
+
+TEST_F(frmStageTest, SwitchesActAndSongsCanBeForgotten)
+{
+    ASSERT_NO_FATAL_FAILURE(Show());
+    std::vector<StageDeed> deeds;
+    window.Do = [&](StageDeed deed) { deeds.push_back(deed); };
+    for (const std::size_t one : {0U, 1U}) {
+        window.Switch(one).setFocus();
+        Type(Qt::Key_Space);
+        EXPECT_TRUE(stage.Settings().*kStageSwitches.at(one).field);
+        Type(Qt::Key_Space);
+    }
+    EXPECT_EQ(stage.Settings(), StageSettings());
+    QTest::mouseClick(&window.Button(1), Qt::LeftButton);
+    QTest::mouseClick(&window.Button(0), Qt::LeftButton);
+    EXPECT_THAT(deeds, ElementsAre(StageDeed::ForgetAllSongs, StageDeed::ForgetSong));
 }
 
 TEST_F(frmStageTest, EscapeAndItsButtonHideItAndKeepWhatWasChosen)

@@ -30,6 +30,7 @@ public:
         Note(QStringLiteral("SetCurrentFolder ") + folder);
     }
     QString UserFolderRoot() override { return m_folder; }
+    QString StateFolderRoot() override { return QStringLiteral("/state"); }
     void CreateFolders(const QString& folder) override
     {
         Note(QStringLiteral("CreateFolders ") + folder);
@@ -104,6 +105,7 @@ TEST_F(StartUpTest, TheStepsRunInTheirOrder)
     EXPECT_TRUE(state.InstanceMutex.IsHeld());
     EXPECT_EQ(state.AppPath, QStringLiteral("/opt/player/"));
     EXPECT_EQ(state.UserDataPath, m_folder.path() + QStringLiteral("/Lyric Lantern/"));
+    EXPECT_EQ(state.SongsFile, QStringLiteral("/state/Lyric Lantern/songs.db"));
     EXPECT_EQ(state.TwipsX, 12);
     EXPECT_EQ(state.TwipsY, 13);
 }
@@ -241,6 +243,13 @@ TEST(ProgramPaths, TheUsersFolderComesFromTheFirstVariableThatIsSet)
     EXPECT_EQ(UserFolderRootOf("", "/b", "/c"), QStringLiteral("/b"));
     EXPECT_EQ(UserFolderRootOf("", "b", "/c"), QStringLiteral("/c/.config"));
     EXPECT_EQ(UserFolderRootOf("", "", "/c"), QStringLiteral("/c/.config"));
+}
+
+TEST(ProgramPaths, WhatIsRememberedLiesInTheFolderOfStatesOrInTheHome)
+{
+    EXPECT_EQ(StateFolderRootOf("/b", "/c"), QStringLiteral("/b"));
+    EXPECT_EQ(StateFolderRootOf("b", "/c"), QStringLiteral("/c/.local/state"));
+    EXPECT_EQ(StateFolderRootOf("", "/c"), QStringLiteral("/c/.local/state"));
 }
 
 TEST(BitMasks, AreTheValuesOfTheBitsByNumber)
