@@ -19,6 +19,7 @@ struct StageSettings {
     VoiceGuide voiceGuide = VoiceGuide::Both;
     bool remembersTunes = false; // each song's own key and speed
     bool evensLoudness = false;
+    bool smoothLetters = false;
 
     bool operator==(const StageSettings&) const = default;
 };
@@ -37,6 +38,7 @@ inline constexpr std::array kStageSettings = {
     StageSettingRow{u"VoiceGuide", &StageSettings::voiceGuide},
     StageSettingRow{u"RememberTunes", &StageSettings::remembersTunes},
     StageSettingRow{u"EvenLoudness", &StageSettings::evensLoudness},
+    StageSettingRow{u"SmoothLetters", &StageSettings::smoothLetters},
 };
 
 // From the store. What is missing there, or is none of the values that a field can have, is as in

@@ -50,7 +50,8 @@ SurfaceImage PictureSurface::Image()
             .height = m_image.height(),
             .stride = static_cast<int>(m_image.bytesPerLine() / 4),
             .devicePixelRatio = devicePixelRatioF(),
-            .generation = m_generation};
+            .generation = m_generation,
+            .look = m_look};
 }
 
 void PictureSurface::Changed(const DeviceRect& rect)
@@ -61,6 +62,14 @@ void PictureSurface::Changed(const DeviceRect& rect)
 void PictureSurface::SetBackColor(QRgb colour)
 {
     m_backColor = colour;
+}
+
+void PictureSurface::SetLook(PictureLook look)
+{
+    if (look == m_look)
+        return;
+    m_look = look;
+    update();
 }
 
 void PictureSurface::AnswerDrag(QDropEvent& event, DragState state)

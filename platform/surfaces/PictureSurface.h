@@ -27,6 +27,10 @@ public:
     QRgb BackColor() const { return m_backColor; }
     void SetBackColor(QRgb colour);
 
+    // How the picture is to look; it is drawn anew, if that changes.
+    PictureLook Look() const { return m_look; }
+    void SetLook(PictureLook look);
+
     // Called at the start of each paint event: the moment to bring the image up to date.
     std::function<void()> PaintPicture;
 
@@ -50,6 +54,7 @@ private:
     QImage m_image;
     qreal m_ratio = 0; // device pixels per unit when the image was made
     QRgb m_backColor = 0xFF000000;
+    PictureLook m_look = PictureLook::Sharp;
     std::uint64_t m_generation = 0;
 };
 

@@ -249,6 +249,7 @@ void f101::ActOnStage(const StageSettings& settings)
 {
     m_songs.RememberTunes(settings.remembersTunes);
     m_songs.EvenOut(settings.evensLoudness);
+    m_parts.Pic().SetLook(settings.smoothLetters ? PictureLook::Smooth : PictureLook::Sharp);
     if (m_stageWindow)
         m_stageWindow->ShowSettings();
 }

@@ -23,7 +23,7 @@ inline constexpr std::int32_t kStageBottom = 480; // below the last one: the but
 inline constexpr std::int32_t kStageCorner = 120; // of that button, from the window's corner
 inline constexpr std::int32_t kStageButton = 360; // its size
 
-enum class StageGroup : std::uint8_t { VoiceGuide, Songs };
+enum class StageGroup : std::uint8_t { VoiceGuide, Songs, Picture };
 
 struct StageGroupRow {
     StageGroup group;
@@ -33,6 +33,7 @@ struct StageGroupRow {
 inline constexpr std::array kStageGroups = {
     StageGroupRow{StageGroup::VoiceGuide, u"Voice guide", 720},
     StageGroupRow{StageGroup::Songs, u"Songs", 1140},
+    StageGroupRow{StageGroup::Picture, u"Picture", 720},
 };
 
 constexpr std::int32_t StageGroupTop(StageGroup group)
@@ -100,6 +101,11 @@ inline constexpr std::array kStageSwitches = {
                 u"Even loudness",
                 u"All songs are equally loud",
                 &StageSettings::evensLoudness},
+    StageSwitch{StageGroup::Picture,
+                {120, 330, 1725, 240},
+                u"Smooth letters",
+                u"Letters look like type instead of blocks where the picture is large",
+                &StageSettings::smoothLetters},
 };
 
 // What is done at a press.

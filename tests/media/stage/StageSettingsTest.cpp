@@ -84,6 +84,15 @@ TEST_F(StageSettingsTest, AChannelThatIsNoneIsBoth)
     EXPECT_EQ(Read("VOICEGUIDE\tLeft\r\n").voiceGuide, VoiceGuide::Left) << "whatever the case";
 }
 
+TEST_F(StageSettingsTest, SmoothLettersComeBack)
+{
+    StageSettings smooth;
+    smooth.smoothLetters = true;
+    EXPECT_EQ(Read(Rewritten("", smooth)), smooth);
+    EXPECT_EQ(Rewritten("smoothletters\tY\r\n", StageSettings()), "");
+    EXPECT_FALSE(Read("smoothletters\tperhaps\r\n").smoothLetters);
+}
+
 TEST_F(StageSettingsTest, KeysThatNobodyKnowsStay)
 {
     StageSettings left;
@@ -94,9 +103,10 @@ TEST_F(StageSettingsTest, KeysThatNobodyKnowsStay)
 TEST_F(StageSettingsTest, AnyBytesGiveSettingsThatComeBack)
 {
     std::mt19937 chance(7);
-    const std::string pieces[] = {"voiceguide",   "\t", "left",     "right",        "\r\n",
-                                  "\n",           "\0", "\xFF\xFE", "delay.",       "-150",
-                                  "999999999999", "Y",  " ",        "remembertunes"};
+    const std::string pieces[] = {
+        "voiceguide",   "\t", "left",     "right",         "\r\n",
+        "\n",           "\0", "\xFF\xFE", "delay.",        "-150",
+        "999999999999", "Y",  " ",        "remembertunes", "smoothletters"};
     for (int round = 0; round < 300; ++round) {
         std::string file;
         for (int i = 0; i < 40; ++i)

@@ -70,6 +70,20 @@ TEST_F(PictureSurfaceTest, TheImageHasTheDevicePixelsOfTheWidget)
     EXPECT_EQ(image.devicePixelRatio, surface.devicePixelRatioF());
 }
 
+TEST_F(PictureSurfaceTest, AnotherLookIsToldAndPaintedOnce)
+{
+    Show();
+    EXPECT_EQ(surface.Image().look, PictureLook::Sharp);
+    surface.Painted = {};
+    surface.SetLook(PictureLook::Sharp);
+    QCoreApplication::processEvents();
+    EXPECT_TRUE(surface.Painted.isEmpty());
+    surface.SetLook(PictureLook::Smooth);
+    EXPECT_EQ(surface.Image().look, PictureLook::Smooth);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(surface.Painted, QRegion(surface.rect()));
+}
+
 TEST_F(PictureSurfaceTest, TheGenerationChangesWithTheSizeAndOnlyThen)
 {
     Show();

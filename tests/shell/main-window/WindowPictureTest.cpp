@@ -2,7 +2,10 @@
 // What the window looks like, on screens of every ratio.
 #include "GoldenImage.h"
 #include "WindowFixture.h"
+#include "frmStage.h"
 
+#include <QApplication>
+#include <QFile>
 #include <QGuiApplication>
 #include <QScreen>
 
@@ -39,6 +42,16 @@ protected:
             }
         }
         return result;
+    }
+
+    static ctlPicBtn& StageSwitch(bool StageSettings::*field)
+    {
+        const auto row = std::ranges::find(kStageSwitches, field, &lantern::StageSwitch::field);
+        for (QWidget* widget : QApplication::topLevelWidgets()) {
+            if (auto* const stage = dynamic_cast<frmStage*>(widget))
+                return stage->Switch(static_cast<std::size_t>(row - kStageSwitches.begin()));
+        }
+        throw std::logic_error("no stage window");
     }
 
     void ShowPattern()
@@ -115,6 +128,31 @@ TEST_F(WindowPictureTest, ChangesInSmallStepsLeadToTheSamePictureAsAFullPaint)
     for (int positionMs = 0; positionMs <= kShownMs; positionMs += 50)
         Tick(positionMs);
     EXPECT_TRUE(LooksLike("size2"));
+}
+
+TEST_F(WindowPictureTest, SmoothLettersAreThereAtOnceAndGoneAtOnce)
+{
+    ShowPattern();
+    window.ShowStage();
+    ctlPicBtn& smooth = StageSwitch(&StageSettings::smoothLetters);
+    smooth.Press();
+    Settle();
+    EXPECT_TRUE(LooksLike("smooth"));
+    smooth.Press();
+    Settle();
+    EXPECT_TRUE(LooksLike("size2"));
+}
+
+TEST_F(WindowPictureTest, SmoothLettersHoldFromTheStartOnAndInSmallSteps)
+{
+    QFile file(folder.filePath(QStringLiteral("data_stage.ini")));
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write("smoothletters\tY\r\n");
+    file.close();
+    Load(MakeTrack(Pattern()));
+    for (int positionMs = 0; positionMs <= kShownMs; positionMs += 50)
+        Tick(positionMs);
+    EXPECT_TRUE(LooksLike("smooth"));
 }
 
 // A notebook, and a projector with twice the pixels to its right.

@@ -36,7 +36,7 @@ TEST_F(StageAccessibleTest, TheWindowIsADialogOfGroups)
         if (panel.child(i)->role() == QAccessible::Grouping)
             groups.push_back(StageNameOf(*panel.child(i)));
     }
-    EXPECT_THAT(groups, ElementsAre("Voice guide", "Songs"));
+    EXPECT_THAT(groups, ElementsAre("Voice guide", "Songs", "Picture"));
 }
 
 TEST_F(StageAccessibleTest, AChoiceTellsItsNameAndWhetherItHolds)
@@ -58,7 +58,7 @@ TEST_F(StageAccessibleTest, AChoiceTellsItsNameAndWhetherItHolds)
 TEST_F(StageAccessibleTest, ASwitchTellsWhetherItIsOnAndAButtonWhatItDoes)
 {
     ASSERT_NO_FATAL_FAILURE(Show());
-    const char* const switches[] = {"Remember key and speed", "Even loudness"};
+    const char* const switches[] = {"Remember key and speed", "Even loudness", "Smooth letters"};
     for (std::size_t i = 0; i < kStageSwitches.size(); ++i) {
         QAccessibleInterface& known = StageKnownAs(window.Switch(i));
         EXPECT_EQ(known.role(), QAccessible::CheckBox);

@@ -61,7 +61,7 @@ TEST_F(frmStageTest, TheKeyboardAloneReachesAllAndActs)
     } while (QApplication::focusWidget() != walk.front() && walk.size() < 50);
     EXPECT_THAT(walk, ElementsAre(&window.Choice(0), &window.Choice(1), &window.Choice(2),
                                   &window.Switch(0), &window.Switch(1), &window.Button(0),
-                                  &window.Button(1), &window.HideButton()));
+                                  &window.Button(1), &window.Switch(2), &window.HideButton()));
     Type(Qt::Key_Tab);
     Type(Qt::Key_Space);
     EXPECT_EQ(engine.Guide, VoiceGuide::Left);
@@ -130,13 +130,30 @@ TEST_F(frmStageTest, OtherKeysAndTheWheelAreThePlayers)
     EXPECT_EQ(menus, 2);
 }
 
+TEST_F(frmStageTest, ASwitchActsAtOnceAndIsKept)
+{
+    ASSERT_NO_FATAL_FAILURE(Show());
+    EXPECT_FALSE(window.Switch(2).Value());
+    QTest::mouseClick(&window.Switch(2), Qt::LeftButton);
+    EXPECT_TRUE(stage.Settings().smoothLetters);
+    EXPECT_TRUE(window.Switch(2).Value());
+    Type(Qt::Key_Escape);
+    EXPECT_EQ(folder.Written(), "smoothletters\tY\r\n");
+    ASSERT_NO_FATAL_FAILURE(Show());
+    QTest::mouseClick(&window.Switch(2), Qt::LeftButton);
+    EXPECT_FALSE(stage.Settings().smoothLetters);
+    QTest::mouseClick(&window.HideButton(), Qt::LeftButton);
+    EXPECT_EQ(folder.Written(), "");
+}
+
 TEST_F(frmStageTest, ItShowsWhatWasChosenBefore)
 {
-    folder.Write("voiceguide\tleft\r\n");
+    folder.Write("voiceguide\tleft\r\nsmoothletters\tY\r\n");
     stage.Load();
     frmStage next(mainWindow, player, stage, TwipsPerPixel{15, 15});
     EXPECT_TRUE(next.Choice(1).Value());
     EXPECT_FALSE(next.Choice(0).Value());
+    EXPECT_TRUE(next.Switch(2).Value());
 }
 
 } // namespace
