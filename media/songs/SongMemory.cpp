@@ -71,6 +71,12 @@ struct SongMemory::Shared {
         wake.wait_for(lock, time, [this] { return isEnding; });
     }
 
+    SongRecord Find(const SongId& song) const
+    {
+        const auto found = records.constFind(song);
+        return found == records.constEnd() ? SongRecord() : *found;
+    }
+
     void ReadAll();
     void WriteChanges(std::unique_lock<std::mutex>& lock);
 };
@@ -183,14 +189,14 @@ bool SongMemory::IsRead() const
 SongRecord SongMemory::Find(const SongId& song) const
 {
     const std::scoped_lock lock(m_shared->mutex);
-    return m_shared->records.value(song);
+    return m_shared->Find(song);
 }
 
 void SongMemory::Keep(const SongId& song, const SongRecord& record)
 {
     {
         const std::scoped_lock lock(m_shared->mutex);
-        if (m_shared->isRead && m_shared->records.value(song) == record)
+        if (m_shared->isRead && m_shared->Find(song) == record)
             return;
         if (record.IsEmpty())
             m_shared->records.remove(song);

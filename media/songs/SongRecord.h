@@ -33,7 +33,7 @@ struct SongRecord {
     SongTune tune;
     std::optional<KeptLoudness> loudness;
 
-    bool IsEmpty() const { return *this == SongRecord(); }
+    bool IsEmpty() const { return tune == SongTune() && !loudness; }
     bool operator==(const SongRecord&) const = default;
 };
 

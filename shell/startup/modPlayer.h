@@ -86,8 +86,8 @@ QString PlayerPathOf(const QString& programFile);
 // The folder that the user's folder lies in: the variable "appdata", or else the root of all
 // configuration, or else ".config" in the home. Empty values count as missing ones.
 QString UserFolderRootOf(QByteArrayView appdata, QByteArrayView configHome, QByteArrayView home);
-// The folder for what a program remembers by itself: the root of all such, or else ".local/state" in
-// the home. An empty or a relative value counts as a missing one.
+// The folder for what a program remembers by itself: the root of all such, or else ".local/state"
+// in the home. An empty or a relative value counts as a missing one.
 QString StateFolderRootOf(QByteArrayView stateHome, QByteArrayView home);
 
 } // namespace lantern

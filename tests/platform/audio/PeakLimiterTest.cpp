@@ -95,6 +95,21 @@ TEST(PeakLimiter, APeakTurnsBothSidesDownInARampAndTheyRiseAgainToBitForBit)
     EXPECT_EQ(heard.left.back(), 0.5F);
 }
 
+TEST(PeakLimiter, ItKeepsPeaksAsLowAsItIsTold)
+{
+    PeakLimiter limiter(kRate);
+    limiter.SetLoudest(0.25F);
+    std::vector<float> left = Noise(60'000, 0.9F);
+    std::vector<float> right = left;
+    limiter.Apply(left, right);
+    EXPECT_LE(Peak(left), 0.25F);
+    EXPECT_GT(Peak(left), 0.22F);
+    limiter.SetLoudest(1.0F);
+    left = right = Noise(60'000, 0.9F);
+    limiter.Apply(left, right);
+    EXPECT_GT(Peak(left), 0.8F);
+}
+
 TEST(PeakLimiter, AfterAResetNothingIsLeftOfWhatWentIn)
 {
     PeakLimiter limiter(kRate);

@@ -350,6 +350,33 @@ TEST_F(RenderedByHand, TheLevelHoldsFromTheFirstFrameAndChangesInARamp)
     ExpectNext(2000 + kRate / 100, 2000);
 }
 
+TEST_F(RenderedByHand, ASoundHasItsGainFromTheFirstFrameAndBackAtOneItPassesAsItIs)
+{
+    m_renderer.SetSoundGain(0.5F);
+    Play(1, 0);
+    const std::vector<float> quiet = m_output.Take(2000);
+    ASSERT_EQ(quiet.size(), 4000U);
+    for (std::size_t i = 0; i < quiet.size(); ++i)
+        ASSERT_EQ(quiet[i], m_noise[i] * 0.5F);
+    m_renderer.SetSoundGain(1.0F);
+    const std::vector<float> fade = m_output.Take(kRate / 2);
+    for (std::size_t i = 0; i < 1000; ++i) // it takes its time
+        ASSERT_NEAR(fade[i], m_noise[4000 + i] * 0.5F, 0.01F);
+    ExpectNext(2000 + kRate / 2, 2000);
+}
+
+// What is louder in another key stays below -1 dB behind the gain.
+TEST_F(RenderedByHand, AGainLeavesRoomForThePeaksOfAnotherKey)
+{
+    m_renderer.SetSoundGain(3.0F);
+    Play(1, 0, {.keySemitones = 4, .speed = 1.0});
+    const std::vector<float> loud = m_output.Take(kRate / 2);
+    const float most = std::abs(
+        *std::ranges::max_element(loud, {}, [](float sample) { return std::abs(sample); }));
+    EXPECT_LE(most, 0.8913F);
+    EXPECT_GT(most, 0.8F);
+}
+
 TEST_F(RenderedByHand, WhatIsHeardLiesInTheMiddleOfWhatIsHeardAround)
 {
     std::vector<float> around(2048);
