@@ -17,6 +17,7 @@ constexpr auto kWishSettles = 5ms;
 constexpr auto kWishWaitsAtMost = 40ms;
 constexpr auto kBetweenWishes = 40ms;
 constexpr auto kRefillEvery = 15ms;
+constexpr auto kLooksForPlaceEvery = 3ms;
 constexpr auto kSilenceBearable = 1500ms;
 constexpr auto kSleepsAtMost = 1h;
 constexpr int kBlockFrames = 256;
@@ -171,11 +172,28 @@ bool SoundRenderer::MovesOn() const
     return m_heldFrom || m_placeSerial != m_now.serial;
 }
 
+// If not, it is decoded from now on.
+bool SoundRenderer::IsDecoded(std::int64_t mediaFrame)
+{
+    return !m_now.sound->Read(mediaFrame, m_block).notYet;
+}
+
+// The former place sounds on until there is something of the new one, as long as there is enough
+// of it for the change.
+bool SoundRenderer::AwaitsPlace()
+{
+    return MovesOn() && !m_timeline.End() &&
+           m_ring.HeldFrames() > FramesIn(kKeptAtChangeMs + kCrossfadeMs) &&
+           !IsDecoded(m_now.startFrame);
+}
+
 // Does what is to be done now, and returns the time until there may be more.
 SoundRenderer::Clock::duration SoundRenderer::Work()
 {
     const bool plays = m_now.playing && !m_done && m_now.sound;
     if (!plays || !m_started) {
+        if (m_now.sound && !m_now.playing)
+            IsDecoded(m_now.startFrame);           // soon, when it is to go on there
         const Clock::duration rest = FallSilent(); // the former sound, too
         if (!plays || !m_outputPaused)
             return rest;
@@ -191,7 +209,8 @@ SoundRenderer::Clock::duration SoundRenderer::Work()
         m_begun = true;
         m_output.Begin();
     }
-    const Clock::duration rest = Watch();
+    const Clock::duration rest =
+        m_awaitsPlace ? std::min<Clock::duration>(Watch(), kLooksForPlaceEvery) : Watch();
     const bool behind = !m_starved && !m_done && m_ring.RoomFrames() >= kBlockFrames;
     return behind ? Clock::duration::zero() : rest;
 }
@@ -303,9 +322,11 @@ void SoundRenderer::Change()
 // A few blocks at a time, so that a new wish is not kept waiting.
 void SoundRenderer::FillRing()
 {
+    m_starved = m_awaitsPlace = AwaitsPlace();
+    if (m_awaitsPlace)
+        return;
     if (m_shape != m_now.shape || MovesOn())
         Change();
-    m_starved = false;
     for (int i = 0; i < kBlocksAtOnce && !m_starved; ++i)
         if (m_ring.RoomFrames() >= kBlockFrames)
             RenderBlock();

@@ -83,6 +83,8 @@ private:
     int FramesIn(int milliseconds) const;
     std::size_t SamplesIn(int milliseconds) const;
     bool MovesOn() const;
+    bool IsDecoded(std::int64_t mediaFrame);
+    bool AwaitsPlace();
     void Change();
     void FillRing();
     void RenderBlock();
@@ -120,6 +122,7 @@ private:
     bool m_begun = false;
     std::optional<std::int64_t> m_heldFrom; // an output frame: since the sound fades
     bool m_starved = false;                 // the decoder has no more as yet
+    bool m_awaitsPlace = false;             // nor anything of the place that was sought
     bool m_outputPaused = true;
     bool m_done = false;
     std::optional<Clock::time_point> m_silentSince;

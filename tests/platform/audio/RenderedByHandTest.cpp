@@ -192,6 +192,40 @@ TEST_F(RenderedByHand, AnotherPlaceIsGivenSoonFadesOverAndCountsFromItsFrame)
     EXPECT_THAT(m_output.Calls(), IsEmpty());
 }
 
+TEST_F(RenderedByHand, TheFormerPlaceSoundsOnUntilTheNewOneIsDecoded)
+{
+    const auto sound = std::make_shared<MemoryDecoder>(m_noise, kRate);
+    sound->DecodeTo(30'000);
+    m_renderer.SetWish({sound, 1, 0, {}, true});
+    ExpectNext(0, 500);
+    m_renderer.SetWish({sound, 2, 40'000, {}, true});
+    std::this_thread::sleep_for(std::chrono::milliseconds(60));
+    ExpectNext(500, 4 * kKeptFrames);
+    EXPECT_FALSE(m_renderer.HeardMediaFrame(2));
+    sound->DecodeTo(60'000);
+    std::this_thread::sleep_for(std::chrono::milliseconds(60));
+    ExpectNext(500 + 4 * kKeptFrames, kKeptFrames);
+    m_output.Take(kCrossfadeFrames);
+    ExpectNext(40'000 + kCrossfadeFrames, 1000);
+}
+
+TEST_F(RenderedByHand, APlaceThatIsLongInDecodingFollowsASilence)
+{
+    const auto sound = std::make_shared<MemoryDecoder>(m_noise, kRate);
+    sound->DecodeTo(30'000);
+    m_renderer.SetWish({sound, 1, 0, {}, true});
+    ExpectNext(0, 500);
+    m_renderer.SetWish({sound, 2, 40'000, {}, true});
+    EXPECT_TRUE(Eventually([&] {
+        const std::size_t frames = m_output.TakeWhatIsThere(500).size();
+        return m_renderer.HeardMediaFrame(2).has_value() && frames == 0;
+    }));
+    sound->DecodeTo(60'000);
+    const std::vector<float> begins = m_output.Take(kCrossfadeFrames);
+    EXPECT_FALSE(std::ranges::equal(begins, Of(40'000, kCrossfadeFrames))) << "it fades over";
+    ExpectNext(40'000 + kCrossfadeFrames, 1000);
+}
+
 TEST_F(RenderedByHand, APlaceThatNobodyHasHeardIsLeftWithoutATrace)
 {
     m_output.SetHasDevice(false);
