@@ -2,6 +2,7 @@
 #include "DecodedStream.h"
 
 #include <algorithm>
+#include <array>
 #include <utility>
 
 namespace lantern {
@@ -95,9 +96,40 @@ std::unique_ptr<DecodedStream> DecodedStream::OpenAt(const ByteSource& bytes,
                                                      const WorkLimit& limit, std::int64_t frame)
 {
     auto stream = Open(bytes, limit);
-    if (!stream || (frame > 0 && !stream->SeekTo(frame)))
+    if (!stream || (frame > 0 && !stream->SeekTo(frame, frame - stream->m_leadFrames)))
         return nullptr;
     return stream;
+}
+
+std::unique_ptr<DecodedStream> DecodedStream::OpenAt(const ByteSource& bytes,
+                                                     const WorkLimit& limit, std::int64_t frame,
+                                                     std::int64_t stamp)
+{
+    auto stream = Open(bytes, limit);
+    if (!stream || !stream->SeekTo(frame, stream->FramesSinceFirst(stamp)))
+        return nullptr;
+    return stream;
+}
+
+bool DecodedStream::IsExactFromAnywhere() const
+{
+    // The others make up noise, or hold on to what came long before.
+    constexpr std::array kExact = {AV_CODEC_ID_MP1,  AV_CODEC_ID_MP2,   AV_CODEC_ID_MP3,
+                                   AV_CODEC_ID_FLAC, AV_CODEC_ID_ALAC,  AV_CODEC_ID_APE,
+                                   AV_CODEC_ID_OPUS, AV_CODEC_ID_VORBIS};
+    const AVCodecID codec = m_codec->codec_id;
+    const bool isExact = std::ranges::find(kExact, codec) != kExact.end() ||
+                         av_get_exact_bits_per_sample(codec) >= 8;
+    return m_exactPlaces && isExact && m_container->MayBeEntered();
+}
+
+// Counted by their stamps.
+std::optional<std::int64_t> DecodedStream::FramesSinceFirst(std::int64_t stamp) const
+{
+    std::int64_t ticks = 0;
+    if (stamp == AV_NOPTS_VALUE || __builtin_sub_overflow(stamp, m_firstStamp, &ticks))
+        return std::nullopt;
+    return av_rescale_q(ticks, m_container->Stream().time_base, AVRational{1, m_sampleRate});
 }
 
 bool DecodedStream::OpenCodec()
@@ -121,21 +153,22 @@ bool DecodedStream::DecodeFirstFrame()
     return !m_block.empty();
 }
 
-bool DecodedStream::SeekTo(std::int64_t frame)
+// Of the frames that are decoded this one is that of the sound.
+bool DecodedStream::SeekTo(std::int64_t frame, std::optional<std::int64_t> decoded)
 {
     const SeekRule rule = m_container->Kind().seeks;
-    const std::int64_t decoded = frame - m_leadFrames;
     const std::int64_t leadIn = std::int64_t{kLeadInMs} * m_sampleRate / 1000;
-    if (!m_exactPlaces || rule == SeekRule::Never || decoded < 2 * leadIn)
+    if (!m_exactPlaces || rule == SeekRule::Never || !decoded || *decoded < 2 * leadIn)
         return false;
     const std::int64_t stamp =
-        m_firstStamp + av_rescale_q(IsLossless(*m_codec) ? decoded : decoded - leadIn,
+        m_firstStamp + av_rescale_q(IsLossless(*m_codec) ? *decoded : *decoded - leadIn,
                                     AVRational{1, m_sampleRate}, m_container->Stream().time_base);
 
     const bool found = rule == SeekRule::Reading ? ReadToStamp(stamp) : m_container->SeekTo(stamp);
     if (!found)
         return false;
     m_block.clear();
+    m_blockStamp.reset();
     m_withheld.clear();
     m_emittedFrames = frame;
     m_blockReturned = false;
@@ -168,8 +201,10 @@ bool DecodedStream::ReadToStamp(std::int64_t stamp)
 std::span<const std::byte> DecodedStream::NextBlock()
 {
     // The first block has been decoded by Open.
-    if (std::exchange(m_blockReturned, true))
+    if (std::exchange(m_blockReturned, true)) {
         m_block.clear();
+        m_blockStamp.reset();
+    }
     while (m_block.empty() && !m_finished)
         Advance();
     m_emittedFrames += FramesIn(m_block);
@@ -228,6 +263,7 @@ bool DecodedStream::TakeFrame()
         return false;
     if (m_soughtDecoded && !Arrive())
         return false;
+    NoteStamp();
     if (!m_converter->Convert(*m_frame, m_block)) {
         if (first) {
             m_converter.reset();
@@ -243,15 +279,19 @@ bool DecodedStream::TakeFrame()
 bool DecodedStream::Arrive()
 {
     const std::int64_t sought = *std::exchange(m_soughtDecoded, std::nullopt);
-    std::int64_t ticks = 0;
-    m_missed = m_frame->pts == AV_NOPTS_VALUE ||
-               __builtin_sub_overflow(m_frame->pts, m_firstStamp, &ticks);
-    const std::int64_t arrived =
-        av_rescale_q(ticks, m_container->Stream().time_base, AVRational{1, m_sampleRate});
-    m_missed = m_missed || arrived > sought;
+    const std::optional<std::int64_t> arrived = FramesSinceFirst(m_frame->pts);
+    m_missed = !arrived || *arrived > sought;
     if (!m_missed)
-        m_delayFrames = sought - arrived;
+        m_delayFrames = sought - *arrived;
     return !m_missed;
+}
+
+// Of the decoded frame, if its samples are those that the block begins with.
+void DecodedStream::NoteStamp()
+{
+    const bool begins = m_block.empty() && m_delayFrames == 0 && m_withheld.empty();
+    if (begins && m_frame->pts != AV_NOPTS_VALUE && m_frame->sample_rate == m_sampleRate)
+        m_blockStamp = m_frame->pts;
 }
 
 bool DecodedStream::BeginSound()

@@ -26,6 +26,9 @@ public:
     // is decoded with a loss may differ by a trace from a decode from the start.
     static std::unique_ptr<DecodedStream> OpenAt(const ByteSource& bytes, const WorkLimit& limit,
                                                  std::int64_t frame);
+    // The same where the stamp of this frame is known from a decode from the start.
+    static std::unique_ptr<DecodedStream> OpenAt(const ByteSource& bytes, const WorkLimit& limit,
+                                                 std::int64_t frame, std::int64_t stamp);
 
     int SampleRate() const { return m_sampleRate; }
     SampleKind Kind() const { return m_sampleKind; }
@@ -34,6 +37,13 @@ public:
     // sound's end and once halted.
     std::span<const std::byte> NextBlock();
 
+    // The stamp of the block's first frame; none where something else than a decoded frame begins
+    // there, such as silence.
+    std::optional<std::int64_t> BlockStamp() const { return m_blockStamp; }
+
+    // A decode from any place gives bit for bit what one from the start does, as a rule.
+    bool IsExactFromAnywhere() const;
+
     const SoundContainer& Container() const { return *m_container; }
 
 private:
@@ -41,7 +51,9 @@ private:
 
     bool OpenCodec();
     bool DecodeFirstFrame();
-    bool SeekTo(std::int64_t frame);
+    bool SeekTo(std::int64_t frame, std::optional<std::int64_t> decoded);
+    std::optional<std::int64_t> FramesSinceFirst(std::int64_t stamp) const;
+    void NoteStamp();
     bool ReadToStamp(std::int64_t stamp);
     bool Arrive();
     void Advance();
@@ -68,6 +80,7 @@ private:
 
     std::vector<std::byte> m_block; // what NextBlock returns
     bool m_blockReturned = false;
+    std::optional<std::int64_t> m_blockStamp;
     std::vector<std::byte> m_withheld; // frames beyond the claimed end, until it is refuted
     std::int64_t m_claimedFrames = 0;  // 0 without a claim, or once it is refuted
     std::int64_t m_emittedFrames = 0;  // in all blocks returned so far

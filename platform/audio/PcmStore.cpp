@@ -7,26 +7,11 @@
 #include <array>
 #include <cerrno>
 #include <cstring>
-#include <sys/mman.h>
 
 namespace lantern {
 namespace {
 
 constexpr std::int64_t kSecondsInADay = std::int64_t{24} * 60 * 60;
-
-void ToFloat(SampleKind kind, std::span<const std::byte> samples, float* out)
-{
-    if (kind == SampleKind::Float) {
-        std::memcpy(out, samples.data(), samples.size());
-        return;
-    }
-    constexpr float kFullScale = 32768.0F;
-    for (std::size_t i = 0; i < samples.size() / sizeof(std::int16_t); ++i) {
-        std::int16_t sample = 0;
-        std::memcpy(&sample, samples.data() + i * sizeof(sample), sizeof(sample));
-        out[i] = static_cast<float>(sample) / kFullScale;
-    }
-}
 
 } // namespace
 
@@ -39,22 +24,12 @@ std::int64_t PcmStore::LongestSound(SampleKind kind, int sampleRate, const PcmLi
 PcmStore::PcmStore(SampleKind kind, int sampleRate, const PcmLimits& limits)
     : m_kind(kind), m_largestSize(static_cast<std::size_t>(LongestSound(kind, sampleRate, limits)) *
                                   StereoFrameSize(kind)),
-      m_bytesToLeaveFree(limits.bytesToLeaveFree), m_memorySize(limits.memorySize)
+      m_bytesToLeaveFree(limits.bytesToLeaveFree), m_memory(limits.memorySize)
 {
-    // The whole range is reserved at once, so that a reader never meets a table that grows; a page
-    // of it costs memory only when it is written.
-    void* const memory = mmap(nullptr, m_memorySize, PROT_READ | PROT_WRITE,
-                              MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0);
-    if (memory == MAP_FAILED)
-        m_memorySize = 0;
-    else
-        m_memory = static_cast<std::byte*>(memory);
 }
 
 PcmStore::~PcmStore()
 {
-    if (m_memory)
-        munmap(m_memory, m_memorySize);
     if (m_file != kNoFile)
         CloseTemporaryFile(m_file);
 }
@@ -66,7 +41,7 @@ bool PcmStore::Append(std::span<const std::byte> frames)
 
     const std::size_t inMemory = std::min(taken.size(), MemoryFrom(m_size));
     if (inMemory != 0)
-        std::memcpy(m_memory + m_size, taken.data(), inMemory);
+        std::memcpy(m_memory.Data() + m_size, taken.data(), inMemory);
     m_size += inMemory;
     const bool stored = inMemory == taken.size() || AppendToFile(taken.subspan(inMemory));
     if (!stored || !fits)
@@ -79,7 +54,7 @@ bool PcmStore::Append(std::span<const std::byte> frames)
 // Bytes of the memory from this offset on.
 std::size_t PcmStore::MemoryFrom(std::size_t offset) const
 {
-    return m_memorySize - std::min(offset, m_memorySize);
+    return m_memory.Size() - std::min(offset, m_memory.Size());
 }
 
 bool PcmStore::AppendToFile(std::span<const std::byte> bytes)
@@ -88,7 +63,7 @@ bool PcmStore::AppendToFile(std::span<const std::byte> bytes)
         m_file = OpenTemporaryFile();
     if (!HasRoom(m_file, m_bytesToLeaveFree))
         return false;
-    const std::size_t written = WriteTemporaryFile(m_file, m_size - m_memorySize, bytes);
+    const std::size_t written = WriteTemporaryFile(m_file, m_size - m_memory.Size(), bytes);
     // Only whole frames count.
     m_size += written - (m_size + written) % StereoFrameSize(m_kind);
     return written == bytes.size();
@@ -111,7 +86,7 @@ int PcmStore::Read(std::int64_t firstFrame, std::span<float> stereo) const
         const auto bytes = std::span(piece).first(count * frameSize);
         if (!CopyBytes((static_cast<std::size_t>(firstFrame) + done) * frameSize, bytes))
             return static_cast<int>(done);
-        ToFloat(m_kind, bytes, stereo.data() + 2 * done);
+        ToFloats(m_kind, bytes, stereo.data() + 2 * done);
         done += count;
     }
     return static_cast<int>(frames);
@@ -121,10 +96,10 @@ bool PcmStore::CopyBytes(std::size_t offset, std::span<std::byte> out) const
 {
     const std::size_t inMemory = std::min(out.size(), MemoryFrom(offset));
     if (inMemory != 0)
-        std::memcpy(out.data(), m_memory + offset, inMemory);
+        std::memcpy(out.data(), m_memory.Data() + offset, inMemory);
     const auto inFile = out.subspan(inMemory);
     return inFile.empty() ||
-           ReadTemporaryFile(m_file, offset + inMemory - m_memorySize, inFile) == inFile.size();
+           ReadTemporaryFile(m_file, offset + inMemory - m_memory.Size(), inFile) == inFile.size();
 }
 
 } // namespace lantern

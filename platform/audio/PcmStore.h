@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "MappedMemory.h"
 #include "SampleConverter.h"
 
 #include <atomic>
@@ -54,10 +55,10 @@ private:
     const SampleKind m_kind;
     const std::size_t m_largestSize;
     const std::uint64_t m_bytesToLeaveFree;
-    std::size_t m_memorySize;
-    std::byte* m_memory = nullptr; // a mapping: its pages go back to the system with the sound
-    std::size_t m_size = 0;        // the writer's count of bytes
-    int m_file = kNoFile;          // made before the first frame in it is published
+    // The whole range is reserved at once, so that a reader never meets a table that grows.
+    const MappedMemory m_memory;
+    std::size_t m_size = 0; // the writer's count of bytes
+    int m_file = kNoFile;   // made before the first frame in it is published
     std::atomic<std::int64_t> m_published = 0;
     std::atomic<int> m_trouble = 0;
 };

@@ -93,6 +93,20 @@ bool SilenceNoSamples(AVFrame& frame)
 
 } // namespace
 
+void ToFloats(SampleKind kind, std::span<const std::byte> samples, float* out)
+{
+    if (kind == SampleKind::Float) {
+        std::memcpy(out, samples.data(), samples.size());
+        return;
+    }
+    constexpr float kFullScale = 32768.0F;
+    for (std::size_t i = 0; i < samples.size() / sizeof(std::int16_t); ++i) {
+        std::int16_t sample = 0;
+        std::memcpy(&sample, samples.data() + i * sizeof(sample), sizeof(sample));
+        out[i] = static_cast<float>(sample) / kFullScale;
+    }
+}
+
 bool SampleConverter::Convert(AVFrame& frame, std::vector<std::byte>& out)
 {
     if (!SilenceNoSamples(frame))

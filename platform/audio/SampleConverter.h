@@ -5,6 +5,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <span>
 #include <vector>
 
 namespace lantern {
@@ -17,6 +18,9 @@ constexpr std::size_t StereoFrameSize(SampleKind kind)
 {
     return 2 * (kind == SampleKind::Int16 ? sizeof(std::int16_t) : sizeof(float));
 }
+
+// As floats of full scale 1.
+void ToFloats(SampleKind kind, std::span<const std::byte> samples, float* out);
 
 // Turns decoded frames of any layout into interleaved stereo of one kind and rate. Mono goes to
 // both sides unchanged; more than two channels are mixed down so that they can't clip. Samples of

@@ -177,9 +177,15 @@ bool SoundContainer::ReadPacket(AVPacket& packet)
     }
 }
 
+bool SoundContainer::MayBeEntered() const
+{
+    return m_kind->seeks != SeekRule::Never &&
+           (m_kind->seeks != SeekRule::Stream || IsOneOggStream(m_bytes));
+}
+
 bool SoundContainer::SeekTo(std::int64_t stamp)
 {
-    if (m_kind->seeks == SeekRule::Stream && !IsOneOggStream(m_bytes))
+    if (!MayBeEntered())
         return false;
     m_bytesToRead = kAnyNumber;
     return av_seek_frame(m_format.get(), m_stream->index, stamp, AVSEEK_FLAG_BACKWARD) >= 0;

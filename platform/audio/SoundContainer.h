@@ -51,6 +51,8 @@ public:
 
     // The next packet of the audio stream; false at the end, on a failure and once halted.
     bool ReadPacket(AVPacket& packet);
+    // Whether a place in the middle can be told at all.
+    bool MayBeEntered() const;
     // Goes on at the last packet that begins by the time, in the stream's units. False where that
     // can't be told, too, as in a chain of Ogg streams.
     bool SeekTo(std::int64_t stamp);

@@ -15,8 +15,10 @@ class ByteSource;
 // A sound opened for playing: PCM at its own rate, as stereo floats, decoded from the start by a
 // thread of its own while it is already being read. What is read far ahead of that is decoded
 // first, from there on, where a place can be found to the frame: in all kinds but wma, mpc,
-// modules, ADPCM and chains of Ogg streams. A sound is cut off at 8 GB of PCM (twelve hours at CD
-// quality; modules at 1 GB), at a day, or when the disk for its temporary file is full.
+// modules, ADPCM and chains of Ogg streams. In these, and in aac, all that is decoded is kept; in
+// the others what lies around the place that is read, and the rest is decoded again when it is
+// read. A sound is cut off at 8 GB of PCM (twelve hours at CD quality; modules at 1 GB), at a day,
+// or when the disk for its temporary file is full.
 //
 // It is opened on the user-interface thread. Read may then be called from one other thread, the
 // const functions and Release from any. Destruction, on any thread, stops the decoding thread and
@@ -57,16 +59,17 @@ public:
     virtual bool DecodedToEnd() const = 0;
 
     // The system's code for what ended the decoding before the sound did: ENOSPC, the disk is full;
-    // EFBIG, it is longer than any sound is kept. 0 if nothing did.
+    // EFBIG, it is longer than any sound is; EIO, its file no longer holds what it did. 0 if
+    // nothing did.
     virtual int CutBy() const { return 0; }
 
     // Copies interleaved stereo frames from the frame given on (0 for a negative one). Never waits
-    // for another thread or allocates; a frame far ahead of what is decoded gives notYet. Only
-    // beyond 64 MB of PCM, six minutes at CD quality, it reads from the disk, mostly from the
-    // system's cache.
+    // for another thread or allocates; a frame that isn't there gives notYet, and is decoded next.
+    // Only where all is kept and beyond 64 MB of PCM, six minutes at CD quality, it reads from the
+    // disk, mostly from the system's cache.
     virtual Chunk Read(std::int64_t firstFrame, std::span<float> stereo) = 0;
 
-    // Decodes no further, without waiting for it: what has been decoded so far is all there is. The
+    // Decodes no further, without waiting for it: what is kept by then is all there is. The
     // memory of an image is not touched any more when this returns.
     virtual void Release() {}
 };

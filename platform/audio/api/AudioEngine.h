@@ -49,7 +49,8 @@ public:
     virtual std::int32_t LoadMemory(std::span<const std::uint8_t> image) = 0;
     virtual std::int32_t GetLoadedDuration() = 0; // milliseconds
     // The system's code for what keeps the loaded sound from playing to its end, such as a full
-    // disk where it is unpacked; 0 for nothing. What is there plays.
+    // disk where it is unpacked, or a file that was cut meanwhile; 0 for nothing. What is there
+    // plays.
     virtual int GetSoundTrouble() { return 0; }
     virtual void CloseSound() = 0;
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // A long sound, and no room on the disk for what does not fit into memory.
 #include "DecodedSound.h"
+#include "SoundFiles.h"
 #include "TestSounds.h"
 
 #include <cerrno>
@@ -12,7 +13,8 @@ namespace lantern {
 namespace {
 
 constexpr std::int64_t kFramesInMemory = (std::int64_t{64} << 20) / 4;
-constexpr std::int64_t kCutFrames = kFramesInMemory + 44100 * 60;
+constexpr std::int64_t kBlockFrames = 1012; // of the coding below
+constexpr std::int64_t kCutFrames = (kFramesInMemory / kBlockFrames + 3000) * kBlockFrames;
 
 // For this thread and those that it starts, all folders for temporary files lie on a small disk.
 bool LiveOnASmallDisk()
@@ -28,7 +30,9 @@ bool LiveOnASmallDisk()
 
 TEST(FullDisk, WhatHasBeenDecodedPlaysAndTheCauseIsTold)
 {
-    const Bytes image = WavImage(MakeTicks(44100, 2, kCutFrames));
+    // Such a sound can't be taken up anywhere, so all of it is kept.
+    const Bytes image = Encoded(MakeTicks(44100, 2, kCutFrames),
+                                "ffmpeg -y -v error -i in.wav -c:a adpcm_ms", "a.wav");
     bool mayMount = false;
     std::thread([&] {
         mayMount = LiveOnASmallDisk();
@@ -47,6 +51,19 @@ TEST(FullDisk, WhatHasBeenDecodedPlaysAndTheCauseIsTold)
     }).join();
     if (!mayMount)
         GTEST_SKIP() << "No disk may be mounted here.";
+}
+
+TEST(FullDisk, WhatCanBeTakenUpAnywhereNeedsNone)
+{
+    const Bytes image = WavImage(MakeTicks(44100, 2, kCutFrames));
+    const auto decoder = SoundDecoder::OpenMemory(image);
+    ASSERT_TRUE(decoder);
+    WaitForEnd(*decoder);
+    EXPECT_EQ(CountSoundFiles(), 0);
+    EXPECT_EQ(decoder->CutBy(), 0);
+    EXPECT_EQ(decoder->FrameCount(), kCutFrames);
+    ReadInPieces(*decoder, kCutFrames - 44100, 44100);
+    EXPECT_EQ(CountSoundFiles(), 0);
 }
 
 TEST(FullDisk, WithRoomNothingIsTold)
