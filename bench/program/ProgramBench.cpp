@@ -69,6 +69,26 @@ Measurement MeasureFullScreen(const Effort& effort)
         [&] { return PlayerPercent(stage, {}, effort); });
 }
 
+Measurement MeasureSmoothLetters(const Effort& effort)
+{
+    Stage stage(3240, 2160);
+    const std::filesystem::path choices =
+        stage.home.SettingsFile().replace_filename("data_stage.ini");
+    return Compare(
+        "processor, smooth letters in full screen at 3240 x 2160", "% of a core",
+        "the same in blocks", effort,
+        [&] {
+            std::filesystem::create_directories(choices.parent_path());
+            WriteFile(choices, "smoothletters\tY\r\n");
+            const double percent = PlayerPercent(stage, {{"f", 1}}, effort);
+            std::filesystem::remove(choices);
+            return percent;
+        },
+        [&] {
+            return PlayerPercent(stage, {{"f", 1}}, effort);
+        });
+}
+
 // The dearest picture there is, beside the demo song.
 Measurement MeasureColourLoads(Effort effort)
 {
@@ -312,6 +332,7 @@ void Run(const Effort& effort)
         all.push_back(std::move(measurement));
     all.push_back(MeasureThumbnail(stage, effort));
     all.push_back(MeasureFullScreen(effort));
+    all.push_back(MeasureSmoothLetters(effort));
     all.push_back(MeasureColourLoads(effort));
     all.push_back(MeasureDrag(effort));
     for (Measurement& measurement : MeasureMemory(stage))

@@ -67,6 +67,8 @@ void CellPainter::SetGeometry(const AxisGeometry& horizontal, const AxisGeometry
         pixels * (ColourRamps::kSteps << 16) / (sources * kDistancesPerPixel);
     m_steepness = static_cast<std::int16_t>(std::min(steepness, most));
     m_half = static_cast<std::int16_t>((1 << 15) / m_steepness);
+    // As a distance that leaves no doubt, and as nodes tell it.
+    m_far = (((kHalfShare + 1) << 16) / m_steepness + 8) << (kNodePlaces - kPlaces);
 }
 
 void CellPainter::SetRow(int deviceRow)
@@ -89,9 +91,19 @@ CellPainter::RowNodes CellPainter::NodesOf(const SmoothCell::Field& field) const
     return nodes;
 }
 
-void CellPainter::ShareOut(const SmoothCell::Field& field, std::vector<std::int16_t>& shares) const
+// Where a field stays this far from 0 along a row, one colour has all of it. A curve through three
+// points goes beyond them by an eighth of what they are apart, at most.
+int CellPainter::WholeSide(const RowNodes& nodes) const
 {
-    const RowNodes nodes = NodesOf(field);
+    const auto [least, most] = std::minmax({int{nodes[0]}, int{nodes[1]}, int{nodes[2]}});
+    const int beyond = (most - least) / 8 + 1;
+    if (least - beyond >= m_far)
+        return 1;
+    return most + beyond <= -m_far ? -1 : 0;
+}
+
+void CellPainter::ShareOut(const RowNodes& nodes, std::vector<std::int16_t>& shares) const
+{
     const std::int16_t* __restrict begins = m_weights[0];
     const std::int16_t* __restrict middles = m_weights[1];
     const std::int16_t* __restrict ends = m_weights[2];
@@ -143,7 +155,7 @@ void CellPainter::MixShades(const SmoothCell& cell, std::size_t begin, std::size
     constexpr std::uint32_t halves = 0x00010001 * (ColourRamps::kSteps / 2);
     const std::size_t steps = cell.looks - 1U;
     for (std::size_t step = 0; step < steps; ++step)
-        ShareOut(cell.fields[step], m_shadeShares[step]);
+        ShareOut(NodesOf(cell.fields[step]), m_shadeShares[step]);
     for (std::size_t at = begin; at < end; ++at) {
         std::uint32_t redBlue = halves;
         std::uint32_t alphaGreen = halves;
@@ -171,8 +183,13 @@ void CellPainter::PaintRow(const SmoothCell& cell, AxisRange range, std::uint32_
     const auto end = static_cast<std::size_t>(std::min(range.end, pixels.end) - pixels.begin);
     switch (cell.kind) {
     case SmoothCell::Kind::Pair: {
-        ShareOut(cell.fields[0], m_shares);
         const std::uint32_t* const ramp = cell.ramps[0];
+        const RowNodes nodes = NodesOf(cell.fields[0]);
+        if (const int side = WholeSide(nodes); side != 0) {
+            std::fill_n(out, end - begin, ramp[side > 0 ? ColourRamps::kSteps : 0]);
+            return;
+        }
+        ShareOut(nodes, m_shares);
         for (std::size_t at = begin; at < end; ++at)
             *out++ = ramp[m_shares[at]];
         return;

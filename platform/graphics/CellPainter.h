@@ -30,7 +30,8 @@ private:
     using RowNodes = std::array<std::int16_t, CellAxis::kNodes>;
 
     RowNodes NodesOf(const SmoothCell::Field& field) const;
-    void ShareOut(const SmoothCell::Field& field, std::vector<std::int16_t>& shares) const;
+    int WholeSide(const RowNodes& nodes) const;
+    void ShareOut(const RowNodes& nodes, std::vector<std::int16_t>& shares) const;
     template <std::size_t kLooks>
     void FindNearest(const SmoothCell& cell);
     void MixShades(const SmoothCell& cell, std::size_t begin, std::size_t end, std::uint32_t* out);
@@ -41,6 +42,7 @@ private:
     std::array<const std::int16_t*, CellAxis::kNodes> m_weights{}; // of the cell's columns
     std::int16_t m_steepness = 0; // how fast a colour's share grows with the distance
     std::int16_t m_half = 0;      // of a step, as a distance
+    int m_far = 0;                // where no share is left, as a node
     // For each device pixel of the cell's row: how much of the second colour it has, in steps of a
     // ramp, and which of a crowd's ramps it takes.
     std::vector<std::int16_t> m_shares;

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "SmoothCell.h"
 
+#include "ColourLine.h"
+
 #include <algorithm>
 #include <bit>
 #include <optional>
@@ -68,51 +70,6 @@ struct SeenLooks {
     WindowMask seen = 0;
 };
 
-using Rgb = std::array<int, 3>;
-
-Rgb RgbOf(std::uint32_t word)
-{
-    return {static_cast<int>(word >> 16 & 0xFF), static_cast<int>(word >> 8 & 0xFF),
-            static_cast<int>(word & 0xFF)};
-}
-
-Rgb Difference(const Rgb& from, const Rgb& to)
-{
-    return {to[0] - from[0], to[1] - from[1], to[2] - from[2]};
-}
-
-int Product(const Rgb& first, const Rgb& second)
-{
-    return first[0] * second[0] + first[1] * second[1] + first[2] * second[2];
-}
-
-// A line through two colours, along which others may lie.
-class ColourLine {
-public:
-    ColourLine(std::uint32_t from, std::uint32_t to)
-        : m_from(RgbOf(from)), m_along(Difference(m_from, RgbOf(to))),
-          m_length(Product(m_along, m_along))
-    {
-    }
-    int Length() const { return m_length; }
-    // From 0 at the one colour to Length at the other, or beyond; none beside the line.
-    std::optional<int> PlaceOf(std::uint32_t word) const
-    {
-        constexpr std::int64_t near = 20;
-        const Rgb away = Difference(m_from, RgbOf(word));
-        const std::int64_t along = Product(away, m_along);
-        const std::int64_t beside = std::int64_t{Product(away, away)} * m_length - along * along;
-        if (beside > near * near * m_length)
-            return std::nullopt;
-        return static_cast<int>(along);
-    }
-
-private:
-    Rgb m_from;
-    Rgb m_along;
-    int m_length;
-};
-
 class CellMaker {
 public:
     CellMaker(const CellWindow& window, const DistanceTable& table, ColourRamps& colours,
@@ -131,7 +88,7 @@ public:
     }
 
 private:
-    std::uint32_t Word(std::uint8_t look) const { return m_colours.Colours()[look]; }
+    std::uint32_t Word(std::uint8_t look) const { return m_colours.Word(look); }
 
     // How far nodes lie on the far side of an edge; what is of neither side doesn't count.
     void ReadEdge(WindowMask before, WindowMask beyond, SmoothCell::Field& field) const
@@ -173,8 +130,22 @@ private:
         if (m_seen.seen == kWholeWindow)
             return ReadEdge(first.mask, second.mask, m_cell.fields[0]);
         m_seen.AddOuter(m_window);
-        const ColourLine line(Word(first.look), Word(second.look));
-        ReadStep(line, line.Length(), m_cell.fields[0]);
+        WindowMask before = first.mask;
+        WindowMask beyond = second.mask;
+        for (std::size_t outer = 2; outer < m_seen.count; ++outer) {
+            const SeenLook& seen = m_seen.looks[outer];
+            switch (m_colours.SideOf(first.look, second.look, seen.look)) {
+            case ColourSide::From:
+                before |= seen.mask;
+                break;
+            case ColourSide::To:
+                beyond |= seen.mask;
+                break;
+            default:
+                break;
+            }
+        }
+        ReadEdge(before, beyond, m_cell.fields[0]);
     }
 
     // From one end of the line through the inner looks to the other, if they lie on one.

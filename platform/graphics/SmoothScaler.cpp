@@ -104,7 +104,7 @@ void SmoothScaler::ReadCells(int row, AxisRange columns)
                                      LooksAt(cell - 1, row + 1), LooksAt(cell - 1, row + 2)});
             MakeCell(window, m_table, m_colours, made);
             m_runs.push_back({0, end, true});
-        } else if (const std::uint32_t colour = m_colours.Colours()[look];
+        } else if (const std::uint32_t colour = m_colours.Word(look);
                    !m_runs.empty() && !m_runs.back().hasCell && m_runs.back().colour == colour) {
             m_runs.back().end = end;
         } else {
