@@ -38,6 +38,7 @@ protected:
 
     const std::shared_ptr<SoundServer> m_lentServer;
     SoundServer& m_server;
+    std::vector<std::uint8_t> m_image; // the engine reads it: it goes after that
     std::unique_ptr<AudioEngine> m_engine;
     int m_doneCount = 0;
     Moment m_doneAt;
@@ -49,7 +50,6 @@ private:
     };
     void Look();
 
-    std::vector<std::uint8_t> m_image;
     std::vector<Glance> m_glances;
     std::int32_t m_lastMs = 0;
 };
