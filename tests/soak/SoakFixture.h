@@ -46,6 +46,7 @@ protected:
     SoakTracks::Shown Shown();
 
     void ExpectAnswer();
+    // It plays, and its picture is that of the position.
     void ExpectThePicture();
     void ExpectNothingLost();
 

@@ -220,14 +220,6 @@ protected:
         Rest(400);
         ASSERT_TRUE(player->Program().IsRunning()) << "the player has ended: " << player->Log();
         ExpectAnswer();
-        // It may have come to its end, or stand: then it goes on.
-        const auto plays = [this] {
-            const bool isPlaying = Is("Playing");
-            if (!isPlaying)
-                hand.Key("p");
-            return isPlaying;
-        };
-        EXPECT_TRUE(Eventually(plays, kPatience, 1s)) << "it does not play";
         ExpectThePicture();
         ExpectNothingLost();
     }
