@@ -47,6 +47,23 @@ function(lantern_library name)
     add_library(${name} STATIC ${arg_SOURCES})
     target_include_directories(${name} PUBLIC ${CMAKE_CURRENT_SOURCE_DIR})
     target_link_libraries(${name} PUBLIC ${arg_LINK} PRIVATE ${arg_PRIVATE_LINK} lantern_options)
+    lantern_unity(${name} ${LANTERN_UNITY_LIBRARIES})
+endfunction()
+
+# lantern_unity(NAME IS_ON): compiles five of a target's files at a time. The X library's headers
+# define words such as None and Bool, so a file that includes one is compiled by itself.
+function(lantern_unity name is_on)
+    set_target_properties(${name} PROPERTIES UNITY_BUILD ${is_on} UNITY_BUILD_BATCH_SIZE 5)
+    get_target_property(sources ${name} SOURCES)
+    foreach(source ${sources})
+        cmake_path(ABSOLUTE_PATH source)
+        if(EXISTS ${source})
+            file(STRINGS ${source} includes REGEX "^#include <X11/")
+            if(includes)
+                set_source_files_properties(${source} PROPERTIES SKIP_UNITY_BUILD_INCLUSION ON)
+            endif()
+        endif()
+    endforeach()
 endfunction()
 
 # lantern_program(NAME SOURCES file... LINK library...)

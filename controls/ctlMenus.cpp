@@ -16,7 +16,7 @@
 namespace lantern {
 namespace {
 
-constexpr TwipSize kDesignSize = {480, 480};
+constexpr TwipSize kDesignTwips = {480, 480};
 
 MenuState& SharedMenuState()
 {
@@ -40,7 +40,7 @@ int Placeable(std::int32_t pixel)
 
 ctlMenus::ctlMenus(QWidget* parent, Ambient ambient) : Control(parent, std::move(ambient))
 {
-    setFixedSize(PixelsOf(kDesignSize, ScreenTwips()));
+    setFixedSize(PixelsOf(kDesignTwips, ScreenTwips()));
     hide();
     Load({}); // the defaults
 }

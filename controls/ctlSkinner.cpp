@@ -17,7 +17,7 @@
 namespace lantern {
 namespace {
 
-constexpr QSize kDesignSize(320, 240);
+constexpr QSize kDesignPixels(320, 240);
 constexpr ColourValue kCaptionColour = 0x0008ABFF;
 constexpr int kCaptionPixels = 11; // 8.25 points
 
@@ -55,7 +55,7 @@ ctlSkinner::ctlSkinner(QWidget* parent, Ambient ambient)
     setAttribute(Qt::WA_OpaquePaintEvent);
     setMouseTracking(true);
     setFocusPolicy(Qt::ClickFocus);
-    resize(kDesignSize);
+    resize(kDesignPixels);
     RunLayout();
 }
 

@@ -20,7 +20,7 @@
 namespace lantern {
 namespace {
 
-constexpr std::array<QStringView, 1> kPacketExtension = {u"cdg"};
+constexpr std::array<QStringView, 1> kPacketExtensions = {u"cdg"};
 constexpr std::size_t kReadPieceBytes = 1000 * kPacketSize;
 static_assert(std::int64_t{MediaLimits().silenceMs} * kDiscBytesPerSecond / 1000 <=
               std::numeric_limits<std::int32_t>::max());
@@ -170,7 +170,7 @@ void MediaLoader::AddAudioFile(const QString& path, bool lookForCdg)
         m_track.ClipList.Add(std::move(clip));
     }
     if (lookForCdg)
-        AddCDGFile(FindFile(StripExtension(path), kPacketExtension), false);
+        AddCDGFile(FindFile(StripExtension(path), kPacketExtensions), false);
 }
 
 void MediaLoader::AddSilence(std::int32_t lengthMs)

@@ -14,7 +14,7 @@ namespace {
 
 const QString kIntrospectable = QStringLiteral("org.freedesktop.DBus.Introspectable");
 const QString kPeer = QStringLiteral("org.freedesktop.DBus.Peer");
-const QString kProperties = QStringLiteral("org.freedesktop.DBus.Properties");
+const QString kPropertiesInterface = QStringLiteral("org.freedesktop.DBus.Properties");
 
 constexpr uint kDoNotQueue = 4; // of RequestName
 constexpr uint kIsOwner = 1;    // of its answer
@@ -152,7 +152,7 @@ bool MediaObject::handleMessage(const QDBusMessage& message, const QDBusConnecti
         return false; // the toolkit knows what to answer
     m_session.Follow(MediaSession::Moment::clock::now());
     const QDBusMessage answer =
-        interface == kProperties ? AnswerToProperties(message) : AnswerTo(message);
+        interface == kPropertiesInterface ? AnswerToProperties(message) : AnswerTo(message);
     // Whoever has the answer finds the signals of what it changed before it.
     m_session.Follow(MediaSession::Moment::clock::now());
     if (message.isReplyRequired())
@@ -237,7 +237,7 @@ void MediaObject::TellChanges(QStringView interface, QVariantMap& told)
     told = now;
     if (changed.isEmpty())
         return;
-    QDBusMessage signal = QDBusMessage::createSignal(kMediaPath.toString(), kProperties,
+    QDBusMessage signal = QDBusMessage::createSignal(kMediaPath.toString(), kPropertiesInterface,
                                                      QStringLiteral("PropertiesChanged"));
     signal << interface.toString() << changed << QStringList();
     m_bus.send(signal);

@@ -4,11 +4,6 @@
 #include <algorithm>
 
 namespace lantern {
-namespace {
-
-constexpr QChar kNull = u'\0';
-
-} // namespace
 
 QString sLeftOfNull(const QString& text)
 {

@@ -1,12 +1,16 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <QChar>
 #include <QString>
 #include <QStringView>
 
 #include <cstdint>
 
 namespace lantern {
+
+// What ends a text in a buffer, and each entry of a list.
+inline constexpr QChar kNull = u'\0';
 
 // The text up to its first zero character; all of it if there is none.
 QString sLeftOfNull(const QString& text);

@@ -12,7 +12,6 @@
 namespace lantern {
 namespace {
 
-constexpr QChar kNull = u'\0';
 constexpr QChar kBar = u'|';
 constexpr QChar kSeparator = u'/';
 // A buffer that is too small reports how large it should be, if it is longer than this.
