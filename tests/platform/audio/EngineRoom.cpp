@@ -21,6 +21,7 @@ extern "C" const char* __tsan_default_suppressions()
     return "race:pa_iochannel_read_with_ancil_data\n"
            "race:pa_packet_new_data\n"
            "race:pa_srbchannel_read\n"
+           "race:pa_tagstruct_put\n"
            "race:QObject::event\n";
 }
 #endif
