@@ -6,7 +6,7 @@
 #include <condition_variable>
 #include <memory>
 #include <mutex>
-#include <vector>
+#include <utility>
 
 namespace lantern {
 
@@ -15,7 +15,7 @@ struct HandFile {
     std::mutex mutex;
     std::condition_variable changed;
     SongRecords records;
-    std::vector<SongChanges> written;
+    std::size_t writings = 0;
     StoreOutcome outcome = StoreOutcome::Done; // of what is tried next
     bool hangs = false;                        // nothing returns meanwhile
     int tries = 0;
@@ -36,12 +36,14 @@ struct HandFile {
     SongRecords Records()
     {
         const std::scoped_lock lock(mutex);
-        return records;
+        SongRecords copy = records;
+        copy.detach(); // nothing of it is shared between threads
+        return copy;
     }
     std::size_t Writings()
     {
         const std::scoped_lock lock(mutex);
-        return written.size();
+        return writings;
     }
     int Tries()
     {
@@ -59,7 +61,8 @@ public:
         std::unique_lock lock(m_file->mutex);
         Begin(lock);
         if (m_file->outcome == StoreOutcome::Done || m_file->outcome == StoreOutcome::Damaged)
-            records = m_file->records;
+            for (auto each = m_file->records.begin(); each != m_file->records.end(); ++each)
+                records.insert(each.key(), *each);
         return m_file->outcome;
     }
     StoreOutcome Write(const SongChanges& changes) override
@@ -68,7 +71,7 @@ public:
         Begin(lock);
         if (m_file->outcome != StoreOutcome::Done)
             return m_file->outcome;
-        m_file->written.push_back(changes);
+        ++m_file->writings;
         if (changes.forgetAll)
             m_file->records.clear();
         for (auto each = changes.records.begin(); each != changes.records.end(); ++each) {

@@ -55,13 +55,15 @@ protected:
     SongTune Tune() { return {m_engine.Pitch, m_engine.Tempo}; }
     void Settle()
     {
-        const auto end = test::Clock::now() + std::chrono::milliseconds(60);
+        const auto end = test::Clock::now() + std::chrono::milliseconds(150);
         while (test::Clock::now() < end)
             QCoreApplication::processEvents();
     }
     void SwitchOn()
     {
+        const int tries = m_file->Tries();
         m_keeper.RememberTunes(true);
+        EXPECT_TRUE(test::Eventually([&] { return m_file->Tries() > tries; }));
         Settle();
     }
 

@@ -245,7 +245,7 @@ TEST_F(SqliteSongStore, AFileThatAnotherProgramHoldsIsForLater)
     const auto start = std::chrono::steady_clock::now();
     EXPECT_EQ(Stored(StoreOutcome::Later), SongRecords());
     EXPECT_EQ(Keep({{Id(2), Record(2)}}), StoreOutcome::Later);
-    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(500));
+    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(2));
     sqlite3_close(other);
     EXPECT_EQ(Keep({{Id(2), Record(2)}}), StoreOutcome::Done);
     EXPECT_EQ(Stored().size(), 2);

@@ -112,8 +112,7 @@ TEST_F(WindowSongsTest, TheNextRunKnowsTheSongsUnderWhateverName)
     state.Arguments.CommandLine = QStringLiteral("\"lyric-lantern\" ") + renamed;
     f101 next(state, std::move(made), [](const QString&) {});
     ASSERT_TRUE(next.Load());
-    SettleSongs();
-    EXPECT_EQ(nextEngine.Pitch, 3);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return nextEngine.Pitch == 3; }));
     EXPECT_EQ(nextEngine.Tempo, -4);
     next.OpenMedia(MakeSong(9));
     EXPECT_EQ(nextEngine.Pitch, 0);
@@ -148,8 +147,8 @@ TEST_F(WindowSongsTest, AFileOfNoUseIsToldOnTheMessageLine)
     WriteStage("remembertunes\tY\r\n");
     ASSERT_TRUE(QDir().mkpath(state.SongsFile)); // a folder in its place
     Load(MakeSong(1));
-    SettleSongs();
-    EXPECT_EQ(Status(), QStringLiteral("Songs: the file can't be used"));
+    EXPECT_TRUE(QTest::qWaitFor(
+        [this] { return Status() == QStringLiteral("Songs: the file can't be used"); }));
 }
 
 TEST_F(WindowSongsTest, LoudnessIsEvenFromTheStartAndOffByAFade)
