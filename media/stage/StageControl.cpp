@@ -9,6 +9,9 @@ namespace {
 // A file that is written at each step of a slider would hold the player up.
 constexpr int kSaveDelayMs = 1000;
 
+// Nobody moves a sound to another device, and sees at once that the picture is not in step.
+constexpr int kTicksBetweenLooks = 10;
+
 } // namespace
 
 StageControl::StageControl(AudioEngine& engine, const QString& userDataPath)
@@ -23,6 +26,8 @@ void StageControl::Load()
 {
     m_store.LoadSettings(kStageSection.toString());
     m_settings = ReadStageSettings(m_store);
+    if (!m_settings.delays.empty())
+        m_device = m_engine.DeviceInUse();
     Act();
 }
 
@@ -35,8 +40,40 @@ void StageControl::Save()
     m_store.SaveSettings();
 }
 
+void StageControl::SetDelayMs(std::int32_t ms)
+{
+    StageSettings changed = m_settings;
+    SetDelay(changed, m_device.id, ms);
+    if (changed == m_settings)
+        return;
+    m_settings = changed;
+    NoteChange();
+}
+
+void StageControl::Follow(bool isWatched)
+{
+    if (!isWatched && m_settings.delays.empty())
+        return;
+    if (m_ticksToLook-- > 0)
+        return;
+    m_ticksToLook = kTicksBetweenLooks;
+    const SoundDevice device = m_engine.DeviceInUse();
+    if (device == m_device)
+        return;
+    m_device = device;
+    Act();
+}
+
+void StageControl::NoteChange()
+{
+    m_isUnsaved = true;
+    Act();
+    m_saveTimer.start();
+}
+
 void StageControl::Act()
 {
+    m_engine.SetSoundDelay(DelayMs());
     m_engine.SetVoiceGuide(m_settings.voiceGuide);
     if (Changed)
         Changed(m_settings);

@@ -21,7 +21,7 @@ public:
     // The engine is borrowed and outlives the control. The folder ends in a slash.
     StageControl(AudioEngine& engine, const QString& userDataPath);
 
-    // Told what holds from now on: by Load, and at each change.
+    // Told what holds from now on: by Load, at each change, and for another device.
     std::function<void(const StageSettings&)> Changed;
     // Told once that the choices can't be kept, for a message box.
     std::function<void(const QString& detail, const QString& head, const QString& title)>
@@ -38,18 +38,27 @@ public:
         if (m_settings.*field == value)
             return;
         m_settings.*field = value;
-        m_isUnsaved = true;
-        Act();
-        m_saveTimer.start();
+        NoteChange();
     }
+
+    // The device in use, as last looked at, and how late its sound is.
+    const SoundDevice& Device() const { return m_device; }
+    std::int32_t DelayMs() const { return DelayOf(m_settings, m_device.id); }
+    void SetDelayMs(std::int32_t ms); // clamped; where there is no device, nothing
+    // At each tick: another device has another delay. Where neither a device has one nor anybody
+    // looks, the engine isn't asked.
+    void Follow(bool isWatched);
 
 private:
     void ShowFileError(const QString& detail, const QString& head, const QString& title) override;
     void Act();
+    void NoteChange();
 
     AudioEngine& m_engine;
     clsINI m_store;
     StageSettings m_settings;
+    SoundDevice m_device;
+    int m_ticksToLook = 0;
     bool m_isUnsaved = false;
     QTimer m_saveTimer;
 };

@@ -4,6 +4,7 @@
 #include "clsINI.h"
 
 #include <algorithm>
+#include <cstdlib>
 
 namespace lantern {
 namespace {
@@ -17,6 +18,8 @@ constexpr std::array kGuideNames = {
     GuideName{VoiceGuide::Left, u"left"},
     GuideName{VoiceGuide::Right, u"right"},
 };
+
+const QString kDelayKey = QStringLiteral("delay.");
 
 void Read(const QString& text, bool& value)
 {
@@ -52,7 +55,48 @@ QString Written(const QString& value)
     return value;
 }
 
+// A delay that is no whole number of milliseconds, or too long, is none.
+void ReadDelays(const clsINI& store, StageSettings& settings)
+{
+    for (const QString& key : store.KeysFrom(kDelayKey)) {
+        bool isNumber = false;
+        const int ms = store.GetSetting(key, {}).toInt(&isNumber);
+        if (isNumber && ms != 0 && std::abs(ms) <= kLongestSoundDelayMs)
+            settings.delays[key.mid(kDelayKey.size())] = ms;
+    }
+}
+
+void WriteDelays(clsINI& store, const StageSettings& settings)
+{
+    for (const QString& key : store.KeysFrom(kDelayKey))
+        store.SetSetting(QString(key), QString());
+    for (const auto& [device, ms] : settings.delays)
+        store.SetSetting(QString(kDelayKey + device), QString::number(ms));
+}
+
 } // namespace
+
+QString DelayKey(const QString& deviceId)
+{
+    return QString::fromLatin1(deviceId.toUtf8().toPercentEncoding()).toLower();
+}
+
+std::int32_t DelayOf(const StageSettings& settings, const QString& deviceId)
+{
+    const auto found = settings.delays.find(DelayKey(deviceId));
+    return found == settings.delays.end() ? 0 : found->second;
+}
+
+void SetDelay(StageSettings& settings, const QString& deviceId, std::int32_t ms)
+{
+    if (deviceId.isEmpty())
+        return;
+    const std::int32_t delay = std::clamp(ms, -kLongestSoundDelayMs, kLongestSoundDelayMs);
+    if (delay == 0)
+        settings.delays.erase(DelayKey(deviceId));
+    else
+        settings.delays[DelayKey(deviceId)] = delay;
+}
 
 StageSettings ReadStageSettings(const clsINI& settings)
 {
@@ -61,6 +105,7 @@ StageSettings ReadStageSettings(const clsINI& settings)
         const QString text = settings.GetSetting(row.key.toString(), {});
         std::visit([&](auto field) { Read(text, values.*field); }, row.field);
     }
+    ReadDelays(settings, values);
     return values;
 }
 
@@ -71,6 +116,7 @@ void WriteStageSettings(clsINI& settings, const StageSettings& values)
             row.key.toString(),
             std::visit([&](auto field) { return Written(values.*field); }, row.field));
     }
+    WriteDelays(settings, values);
 }
 
 } // namespace lantern

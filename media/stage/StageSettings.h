@@ -7,6 +7,8 @@
 #include <QStringView>
 
 #include <array>
+#include <cstdint>
+#include <map>
 #include <variant>
 
 namespace lantern {
@@ -16,6 +18,9 @@ class clsINI;
 // Every choice of the stage window. As it is made, nothing is changed: the player is what it is
 // for those who never open the window.
 struct StageSettings {
+    // Milliseconds by which the sound of a device reaches the ear later than the system says, by
+    // DelayKey of the device. One that is none is missing.
+    std::map<QString, std::int32_t> delays;
     VoiceGuide voiceGuide = VoiceGuide::Both;
     bool remembersTunes = false; // each song's own key and speed
     bool evensLoudness = false;
@@ -40,6 +45,12 @@ inline constexpr std::array kStageSettings = {
     StageSettingRow{u"EvenLoudness", &StageSettings::evensLoudness},
     StageSettingRow{u"SmoothLetters", &StageSettings::smoothLetters},
 };
+
+// What a device is called in the settings, whose keys know neither capitals nor every character.
+QString DelayKey(const QString& deviceId);
+std::int32_t DelayOf(const StageSettings& settings, const QString& deviceId);
+// Clamped; nothing for a device that has no name.
+void SetDelay(StageSettings& settings, const QString& deviceId, std::int32_t ms);
 
 // From the store. What is missing there, or is none of the values that a field can have, is as in
 // StageSettings. Keys that nobody knows stay in the store, for the version of the player that does.

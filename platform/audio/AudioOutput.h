@@ -48,6 +48,9 @@ public:
     // The device to play on from now on; a running stream moves there. An empty or unknown id is
     // the system's default.
     virtual void Select(const std::string& id) = 0;
+    // The device of the stream; without a stream the one that it would be made on. An empty id if
+    // there is none.
+    virtual Device DeviceInUse() = 0;
     // What the desktop shows of what is played, from now on; empty for the program's own name.
     virtual void SetName(const QString& name) = 0;
 

@@ -23,6 +23,7 @@ public:
 
     std::vector<Device> WaitForDevices(std::chrono::milliseconds atMost) override;
     void Select(const std::string& id) override;
+    Device DeviceInUse() override;
     void SetName(const QString& name) override;
     void Restart(int sampleRate, Source& source) override;
     void Begin() override;

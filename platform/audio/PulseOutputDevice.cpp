@@ -4,6 +4,7 @@
 #include "PulseOperation.h"
 #include "PulseOutput.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace lantern {
@@ -14,6 +15,18 @@ void PulseOutput::Select(const std::string& id)
     m_device = id;
     m_movedByUser = false;
     MoveStream();
+}
+
+AudioOutput::Device PulseOutput::DeviceInUse()
+{
+    const PulseConnection::Lock lock(m_connection);
+    const std::vector<Device> devices = m_connection.Devices();
+    const bool hasStream = m_stream && pa_stream_get_state(m_stream) == PA_STREAM_READY;
+    const std::string& wanted = hasStream ? m_sink : m_device;
+    const auto found = std::ranges::find(devices, wanted, &Device::id);
+    if (found != devices.end())
+        return *found;
+    return devices.empty() ? Device() : devices.front();
 }
 
 void PulseOutput::MoveStream()

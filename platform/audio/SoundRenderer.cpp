@@ -74,22 +74,43 @@ void SoundRenderer::SetSoundGain(float factor)
     m_shaper.SetLoudest(factor == 1.0F ? 1.0F : std::min(1.0F, kHighestEvenedPeak / factor));
 }
 
+std::optional<double> SoundRenderer::MediaFrameAt(double outputFrame, std::uint64_t serial) const
+{
+    if (m_placeSerial != serial || outputFrame < static_cast<double>(m_placeFrame))
+        return std::nullopt;
+    return m_timeline.MediaAt(outputFrame);
+}
+
+// The one place that knows of the delay: in frames of the output, so that the timeline turns it
+// into frames of the sound, at whatever speed that goes there. What has not begun is not heard
+// early.
+double SoundRenderer::EarFrames(int sampleRate)
+{
+    const double told = m_output.HeardFrames();
+    if (m_output.GetState() == AudioOutput::State::Waiting)
+        return told;
+    return told - m_delayMs * 1e-3 * sampleRate;
+}
+
 std::optional<double> SoundRenderer::HeardMediaFrame(std::uint64_t serial)
 {
     const std::scoped_lock lock(m_timelineMutex);
-    if (m_placeSerial != serial)
-        return std::nullopt;
-    const double heard = m_output.HeardFrames();
-    if (heard < static_cast<double>(m_placeFrame))
-        return std::nullopt;
-    return m_timeline.MediaAt(heard);
+    return MediaFrameAt(EarFrames(m_timelineRate), serial);
 }
 
-// The output counts on ahead by the clock, but nothing is heard of what it has not been given.
+std::optional<double> SoundRenderer::PlayedMediaFrame(std::uint64_t serial)
+{
+    const std::scoped_lock lock(m_timelineMutex);
+    return MediaFrameAt(m_output.HeardFrames(), serial);
+}
+
+// A picture can't be ahead of the sound: what is to come has not passed yet. The output counts on
+// ahead by the clock, but nothing is heard of what it has not been given.
 bool SoundRenderer::HearAround(std::uint64_t serial, std::span<float> stereo)
 {
     const std::scoped_lock lock(m_timelineMutex);
-    const std::int64_t heard = std::llround(m_output.HeardFrames());
+    const std::int64_t heard =
+        std::llround(std::min(EarFrames(m_timelineRate), m_output.HeardFrames()));
     const std::int64_t passed = m_tap.PassedFrames();
     const bool isHeard = m_output.GetState() == AudioOutput::State::Running && heard < passed;
     if (m_placeSerial != serial || !isHeard)
@@ -234,7 +255,7 @@ SoundRenderer::Clock::duration SoundRenderer::FallSilent()
     std::ranges::fill(m_block, 0.0F);
     while (m_ring.RoomFrames() >= kBlockFrames)
         WriteBlock(m_block);
-    const Clock::duration left = TimeUntilHeard(*m_heldFrom);
+    const Clock::duration left = TimeUntil(*m_heldFrom, m_output.HeardFrames());
     if (left <= Clock::duration::zero()) {
         PauseOutput();
         return kSleepsAtMost;
@@ -269,6 +290,7 @@ void SoundRenderer::StartAt(std::int64_t mediaFrame)
         m_output.Restart(m_sampleRate, *this);
         m_tap.Restart();
         m_timeline.Restart(mediaFrame, m_shape.speed);
+        m_timelineRate = m_sampleRate;
         m_placeSerial = m_now.serial;
         m_placeFrame = 0;
     }
@@ -283,11 +305,11 @@ void SoundRenderer::StartAt(std::int64_t mediaFrame)
     m_begun = false;
 }
 
-// Goes on at the first frame that has not been heard of the place.
+// Goes on at the first frame that has not been played of the place.
 void SoundRenderer::Recover()
 {
-    const auto heard = HeardMediaFrame(m_now.serial);
-    StartAt(heard ? std::llround(*heard) : m_now.startFrame);
+    const auto played = PlayedMediaFrame(m_now.serial);
+    StartAt(played ? std::llround(*played) : m_now.startFrame);
 }
 
 // What is in the ring beyond the next moment is rendered again: in another shape, at another place.
@@ -358,9 +380,10 @@ void SoundRenderer::WriteBlock(std::span<const float> stereo)
     m_renderedFrames += static_cast<std::int64_t>(stereo.size() / 2);
 }
 
-SoundRenderer::Clock::duration SoundRenderer::TimeUntilHeard(std::int64_t outputFrame) const
+SoundRenderer::Clock::duration SoundRenderer::TimeUntil(std::int64_t outputFrame,
+                                                        double heard) const
 {
-    const double frames = static_cast<double>(outputFrame) - m_output.HeardFrames();
+    const double frames = static_cast<double>(outputFrame) - heard;
     if (frames <= 0.0)
         return Clock::duration::zero();
     // A moment at least: a count that stands still is not asked again and again.
@@ -378,7 +401,8 @@ SoundRenderer::Clock::duration SoundRenderer::Watch()
     const std::optional<std::int64_t> end = m_timeline.End();
     {
         const std::scoped_lock lock(m_timelineMutex);
-        m_timeline.Forget(m_output.HeardFrames());
+        // The ear may come back to what is so far behind.
+        m_timeline.Forget(m_output.HeardFrames() - FramesIn(kLongestSoundDelayMs));
     }
     if (m_begun && m_output.GetState() == AudioOutput::State::Waiting) {
         const Clock::time_point now = Clock::now();
@@ -393,7 +417,9 @@ SoundRenderer::Clock::duration SoundRenderer::Watch()
     m_silentSince.reset();
     if (!end)
         return kRefillEvery;
-    const Clock::duration left = TimeUntilHeard(*end);
+    // The last of the sound is to be played, and to reach the ear.
+    const double heard = std::min(m_output.HeardFrames(), EarFrames(m_sampleRate));
+    const Clock::duration left = TimeUntil(*end, heard);
     if (left <= Clock::duration::zero()) {
         m_done = true;
         PauseOutput();

@@ -11,6 +11,7 @@
 #include "SoundTimeline.h"
 #include "StereoGain.h"
 
+#include <atomic>
 #include <chrono>
 #include <condition_variable>
 #include <cstdint>
@@ -54,11 +55,15 @@ public:
     void SetWish(Wish wish);
     void SetSoundGain(float factor);
     void SetLevel(StereoLevel level) { m_gain.SetTarget(level); }
+    // By how much later than the output says the ear hears, in milliseconds; any time.
+    void SetDelay(int ms) { m_delayMs = ms; }
     void SetVoiceGuide(VoiceGuide guide) { m_guide.SetTarget(guide); }
 
     // The frame of the sound that is heard now; none as long as nothing is heard of the place with
     // this serial.
     std::optional<double> HeardMediaFrame(std::uint64_t serial);
+    // The same as the output says, without the delay: the sound goes on from there.
+    std::optional<double> PlayedMediaFrame(std::uint64_t serial);
 
     // Keeps the latest sound for HearAround, or no longer.
     void Listen(bool on) { m_tap.Listen(on); }
@@ -70,6 +75,8 @@ private:
     using Clock = std::chrono::steady_clock;
 
     int Fill(std::span<float> stereo) override;
+    std::optional<double> MediaFrameAt(double outputFrame, std::uint64_t serial) const;
+    double EarFrames(int sampleRate);
     void Run();
     void TakeWish();
     Clock::time_point WishDue() const;
@@ -89,13 +96,14 @@ private:
     void FillRing();
     void RenderBlock();
     void WriteBlock(std::span<const float> stereo);
-    Clock::duration TimeUntilHeard(std::int64_t outputFrame) const;
+    Clock::duration TimeUntil(std::int64_t outputFrame, double heard) const;
     bool CanBegin() const;
     Clock::duration Watch();
 
     AudioOutput& m_output;
     Report m_report;
     SoundRing m_ring;
+    std::atomic<int> m_delayMs = 0;
     ChannelGuide m_guide;
     SoundGain m_soundGain;
     StereoGain m_gain;
@@ -129,6 +137,7 @@ private:
 
     std::mutex m_timelineMutex; // guards what follows, and keeps it in step with the output
     SoundTimeline m_timeline;
+    int m_timelineRate = 1; // frames of the output in a second
     std::optional<std::uint64_t> m_placeSerial;
     std::int64_t m_placeFrame = 0; // the first of the output's that is of this place
 

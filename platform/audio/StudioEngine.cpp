@@ -52,6 +52,7 @@ bool StudioEngine::EngineInit()
         };
         m_renderer = std::make_unique<SoundRenderer>(*m_output, report);
         TellLevel();
+        m_renderer->SetDelay(m_delayMs);
         m_renderer->SetVoiceGuide(m_voiceGuide);
         m_renderer->SetSoundGain(m_soundGain);
         m_renderer->Listen(m_listening);
@@ -157,10 +158,19 @@ void StudioEngine::PauseSound()
 {
     if (m_status == SoundStatus::Playing) {
         FollowSound();
-        MoveTo(static_cast<std::int64_t>(std::ceil(m_frame))); // the next that is to be heard
+        const double told = std::ceil(m_frame); // the next that is to be heard
+        MoveTo(static_cast<std::int64_t>(m_delayMs < 0 ? std::min(told, NextToPlay()) : told));
+        m_frame = told;
         m_status = SoundStatus::Paused;
         TellWish();
     }
+}
+
+// Where the told position is ahead of the sound, nothing of that is left out by a pause.
+double StudioEngine::NextToPlay() const
+{
+    const std::optional<double> played = m_renderer->PlayedMediaFrame(m_serial);
+    return std::ceil(played.value_or(static_cast<double>(m_startFrame)));
 }
 
 void StudioEngine::StopSound()
@@ -180,8 +190,10 @@ std::int32_t StudioEngine::GetSoundPosition()
 
 void StudioEngine::FollowSound()
 {
-    if (m_status == SoundStatus::Playing)
-        m_frame = std::max(m_frame, m_renderer->HeardMediaFrame(m_serial).value_or(m_frame));
+    if (m_status != SoundStatus::Playing)
+        return;
+    const double heard = m_renderer->HeardMediaFrame(m_serial).value_or(m_frame);
+    m_frame = std::max(m_frame, std::min(heard, static_cast<double>(m_sound->FrameCount())));
 }
 
 void StudioEngine::SetEngineVolume(float percent)
@@ -206,6 +218,19 @@ void StudioEngine::SetEngineTempo(float percent)
 {
     m_tempo = percent;
     TellWish();
+}
+
+SoundDevice StudioEngine::DeviceInUse()
+{
+    const AudioOutput::Device device = m_output->DeviceInUse();
+    return {QString::fromStdString(device.id), device.name};
+}
+
+void StudioEngine::SetSoundDelay(std::int32_t ms)
+{
+    m_delayMs = std::clamp(ms, -kLongestSoundDelayMs, kLongestSoundDelayMs);
+    if (m_renderer)
+        m_renderer->SetDelay(m_delayMs);
 }
 
 void StudioEngine::SetVoiceGuide(VoiceGuide guide)

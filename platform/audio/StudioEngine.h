@@ -52,6 +52,8 @@ public:
     float GetEngineTempo() override { return m_tempo; }
     void SetEngineTempo(float percent) override;
 
+    SoundDevice DeviceInUse() override;
+    void SetSoundDelay(std::int32_t ms) override;
     void SetVoiceGuide(VoiceGuide guide) override;
     void SetSoundGain(float factor) override;
     LoudnessMeter* Loudness() override { return &m_meter; }
@@ -68,6 +70,7 @@ private:
     std::int32_t Take(std::unique_ptr<SoundDecoder> sound);
     std::int32_t MsOf(double frame) const;
     void MoveTo(std::int64_t frame);
+    double NextToPlay() const;
     void FollowSound();
     void TellWish();
     void TellLevel();
@@ -80,6 +83,7 @@ private:
     float m_balance = 0.0F;
     int m_semitones = 0;
     float m_tempo = 0.0F;
+    std::int32_t m_delayMs = 0;
     VoiceGuide m_voiceGuide = VoiceGuide::Both;
     float m_soundGain = 1.0F;
 

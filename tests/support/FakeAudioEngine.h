@@ -86,6 +86,8 @@ public:
     int Pitch = 0;
     float Tempo = 0;
     VoiceGuide Guide = VoiceGuide::Both;
+    SoundDevice Device = {QStringLiteral("built-in"), QStringLiteral("Default")}; // in use
+    std::int32_t DelayMs = 0;
 
     QStringList Devices = {QStringLiteral("Default")};
     int SelectedDevice = 0;
@@ -223,6 +225,16 @@ public:
     float GetEngineTempo() override { return Asked("GetEngineTempo", Tempo); }
     void SetEngineTempo(float percent) override { Set("SetEngineTempo ", Tempo, percent); }
 
+    SoundDevice DeviceInUse() override
+    {
+        Log.emplace_back("GetDeviceInUse");
+        return Device;
+    }
+    void SetSoundDelay(std::int32_t ms) override
+    {
+        Log.push_back("SetSoundDelay " + std::to_string(ms));
+        DelayMs = ms;
+    }
     void SetVoiceGuide(VoiceGuide guide) override
     {
         Log.push_back("SetVoiceGuide " + std::to_string(static_cast<int>(guide)));

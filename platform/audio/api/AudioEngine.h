@@ -18,6 +18,18 @@ enum class SoundStatus : std::int32_t { Empty = 0, Playing = 1, Paused = 2, Stop
 // What both ears hear of the two channels of a sound: each its own, or both the same one.
 enum class VoiceGuide : std::uint8_t { Both, Left, Right };
 
+// An output device: by what the system knows it, the same at every start, and what people read.
+// Both are empty where there is none.
+struct SoundDevice {
+    QString id;
+    QString name;
+
+    bool operator==(const SoundDevice&) const = default;
+};
+
+// A sound may reach the ear so much later, or earlier, than the system says, in milliseconds.
+inline constexpr std::int32_t kLongestSoundDelayMs = 500;
+
 // One player of sound: it loads one sound at a time, plays it on one output device and tells the
 // position that is being heard.
 //
@@ -61,7 +73,8 @@ public:
     virtual void PauseSound() = 0;
     virtual void StopSound() = 0; // stops and returns to 0
     virtual SoundStatus GetSoundStatus() = 0;
-    // The position being heard now. It never runs backwards between seeks.
+    // The position being heard now. It never runs backwards between seeks, whatever becomes of the
+    // delay meanwhile.
     virtual std::int32_t GetSoundPosition() = 0;
 
     virtual float GetEngineVolume() = 0; // 0 to 100 percent of full level
@@ -72,6 +85,13 @@ public:
     virtual void SetEnginePitch(int semitones) = 0;
     virtual float GetEngineTempo() = 0; // -90 to +90 percent faster
     virtual void SetEngineTempo(float percent) = 0;
+
+    // The device that the sound goes to, or would go to now. It may become another one at any time.
+    virtual SoundDevice DeviceInUse() { return {}; }
+    // How much later than the system says a sound reaches the ear; negative for earlier. It moves
+    // the position that is told, and nothing of the sound, which ends when both have come to its
+    // end. What is out of range counts as the nearest in range.
+    virtual void SetSoundDelay(std::int32_t) {}
 
     // Where a sound has the voice on one of its channels: which of them both ears hear. It stays
     // from sound to sound, and a change is heard as those above are.

@@ -8,6 +8,7 @@
 #include <QElapsedTimer>
 #include <QStringList>
 
+#include <algorithm>
 #include <cstdlib>
 #include <gtest/gtest.h>
 #include <vector>
@@ -64,6 +65,58 @@ TEST_F(StageControlTest, AChoiceIsKeptAMomentAfterTheLastOne)
     while (!folder.IsThere() && waited.elapsed() < 10000)
         QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 20);
     EXPECT_EQ(folder.Written(), "voiceguide\tleft\r\n");
+}
+
+TEST_F(StageControlTest, TheDelayIsThatOfTheDeviceInUse)
+{
+    folder.Write("delay.hdmi\t180\r\n");
+    engine.Device = {QStringLiteral("hdmi"), QStringLiteral("Television")};
+    StageControl control(engine, folder.Path());
+    int told = 0;
+    control.Changed = [&](const StageSettings&) { ++told; };
+    control.Load();
+    EXPECT_EQ(engine.DelayMs, 180) << "from the start on";
+    engine.Device = {QStringLiteral("headset"), QStringLiteral("Headset")};
+    for (int tick = 0; tick < 20; ++tick)
+        control.Follow(false);
+    EXPECT_EQ(engine.DelayMs, 0);
+    EXPECT_EQ(control.Device().name, QStringLiteral("Headset"));
+    EXPECT_EQ(told, 2);
+    control.SetDelayMs(-40);
+    EXPECT_EQ(engine.DelayMs, -40);
+    control.SetDelayMs(-9999);
+    EXPECT_EQ(engine.DelayMs, -500);
+    control.SetDelayMs(-40);
+    engine.Device = {QStringLiteral("hdmi"), QStringLiteral("Television")};
+    for (int tick = 0; tick < 20; ++tick)
+        control.Follow(false);
+    EXPECT_EQ(engine.DelayMs, 180);
+    control.Save();
+    EXPECT_EQ(folder.Written(), "delay.hdmi\t180\r\ndelay.headset\t-40\r\n");
+}
+
+TEST_F(StageControlTest, WhoHasNoDelayAndDoesNotLookDoesNotAskForTheDevice)
+{
+    StageControl control(engine, folder.Path());
+    control.Load();
+    for (int tick = 0; tick < 100; ++tick)
+        control.Follow(false);
+    EXPECT_EQ(std::ranges::count(engine.Log, "GetDeviceInUse"), 0);
+    for (int tick = 0; tick < 100; ++tick)
+        control.Follow(true);
+    EXPECT_GE(std::ranges::count(engine.Log, "GetDeviceInUse"), 5);
+}
+
+TEST_F(StageControlTest, WithoutADeviceThereIsNoDelay)
+{
+    engine.Device = {};
+    StageControl control(engine, folder.Path());
+    control.Load();
+    control.Follow(true);
+    control.SetDelayMs(100);
+    EXPECT_EQ(engine.DelayMs, 0);
+    control.Save();
+    EXPECT_FALSE(folder.IsThere());
 }
 
 TEST_F(StageControlTest, WithoutAChoiceThereIsNoFile)

@@ -93,6 +93,35 @@ TEST_F(StageSettingsTest, SmoothLettersComeBack)
     EXPECT_FALSE(Read("smoothletters\tperhaps\r\n").smoothLetters);
 }
 
+TEST_F(StageSettingsTest, EachDeviceHasADelayOfItsOwn)
+{
+    StageSettings values;
+    SetDelay(values, QStringLiteral("alsa_output.hdmi"), 180);
+    SetDelay(values, QStringLiteral("bluez_output.AC_80"), -35);
+    SetDelay(values, QStringLiteral("named oddly\t=\r\n\u6F22"), 5);
+    EXPECT_EQ(Read(Rewritten("", values)), values);
+    EXPECT_EQ(DelayOf(values, QStringLiteral("alsa_output.hdmi")), 180);
+    EXPECT_EQ(DelayOf(values, QStringLiteral("bluez_output.AC_80")), -35);
+    EXPECT_EQ(DelayOf(values, QStringLiteral("named oddly\t=\r\n\u6F22")), 5);
+    EXPECT_EQ(DelayOf(values, QStringLiteral("another")), 0);
+    SetDelay(values, QStringLiteral("alsa_output.hdmi"), 0);
+    EXPECT_EQ(values.delays.size(), 2U);
+    EXPECT_EQ(Rewritten("delay.alsa_output.hdmi\t180\r\n", values).find("hdmi"), std::string::npos);
+}
+
+TEST_F(StageSettingsTest, ADelayThatIsNoneIsLeftOut)
+{
+    for (const char* text :
+         {"501", "-501", "99999999999999999999", "12.5", "soon", "", "0x10", "nan"})
+        EXPECT_TRUE(Read(std::string("delay.hdmi\t") + text + "\r\n").delays.empty()) << text;
+    EXPECT_EQ(DelayOf(Read("delay.hdmi\t-500\r\n"), QStringLiteral("hdmi")), -500);
+    StageSettings values;
+    SetDelay(values, QStringLiteral("hdmi"), 7000);
+    EXPECT_EQ(DelayOf(values, QStringLiteral("hdmi")), 500);
+    SetDelay(values, QString(), 100);
+    EXPECT_EQ(values.delays.size(), 1U) << "without a device there is nothing to remember it for";
+}
+
 TEST_F(StageSettingsTest, KeysThatNobodyKnowsStay)
 {
     StageSettings left;

@@ -38,7 +38,8 @@ Clock::duration EngineDevices::SlowestCall()
         [this] { m_engine->PauseSound(); },        [this] { m_engine->StartSound(); },
         [this] { m_engine->SetEngineVolume(80); }, [this] { m_engine->SetEnginePitch(2); },
         [this] { m_engine->GetSoundPosition(); },  [this] { m_engine->StopSound(); },
-        [this] { m_engine->StartSound(); },        [this] { m_engine->CloseSound(); }};
+        [this] { m_engine->StartSound(); },        [this] { m_engine->DeviceInUse(); },
+        [this] { m_engine->CloseSound(); }};
     for (const auto& call : calls) {
         const Moment start = Clock::now();
         call();
@@ -92,6 +93,26 @@ void EngineDevices::ExpectAPauseUntilANewDeviceComes()
     EXPECT_LT(m_engine->GetSoundPosition(), kept + 250);
     Pass(200ms);
     EXPECT_GT(LevelOf(ears, 100ms), kSomething);
+}
+
+// By the name that the server knows it by, which is the same at each start.
+TEST_F(EngineDevices, TheOneInUseIsTheOneThatTheSoundGoesTo)
+{
+    const auto comesToUse = [this](const char* id) {
+        return PassUntil([&] { return m_engine->DeviceInUse().id == QLatin1String(id); }, 3s);
+    };
+    ASSERT_EQ(m_engine->GetDeviceCount(), 2);
+    EXPECT_TRUE(comesToUse("studio")) << "the default, before anything plays";
+    m_engine->SelectDevice(1);
+    EXPECT_TRUE(comesToUse("stage"));
+    EXPECT_EQ(m_engine->DeviceInUse().name, m_engine->GetDeviceName(1));
+    m_engine->SelectDevice(0);
+    ASSERT_NO_FATAL_FAILURE(PlayTone());
+    EXPECT_TRUE(comesToUse("studio"));
+    m_engine->SelectDevice(1);
+    EXPECT_TRUE(comesToUse("stage")) << "while it plays, too";
+    m_server.RemoveSink("stage");
+    EXPECT_TRUE(comesToUse("studio"));
 }
 
 TEST_F(EngineDevices, OfTheServerIsKnownWhetherItCountsInSteps)

@@ -91,6 +91,11 @@ public:
         return m_devices;
     }
     void Select(const std::string& id) override { Note("Select " + id); }
+    Device DeviceInUse() override
+    {
+        const std::scoped_lock lock(m_mutex);
+        return m_devices.empty() ? Device() : m_devices.front();
+    }
     void SetName(const QString& name) override { Note("SetName " + name.toStdString()); }
     void Restart(int sampleRate, Source& source) override
     {
