@@ -26,6 +26,13 @@ namespace {
 constexpr int kTickMs = 10;
 constexpr int kJoinDelayMs = 200;
 
+// A key that alone means nothing.
+bool IsModifier(KeyCode keyCode)
+{
+    return keyCode == KeyCode::None || keyCode == KeyCode::Shift || keyCode == KeyCode::Control ||
+           keyCode == KeyCode::Alt;
+}
+
 QString Caption()
 {
     return QStringLiteral("%1 %2.%3.%4")
@@ -48,6 +55,7 @@ f101::f101(ProgramState& state, std::unique_ptr<AudioEngine> engine, ShowWarning
       m_loader(m_track, *m_engine, *this, {[] { return MakeZipHandler(); }, state.AppPath}),
       m_songs(m_track, *m_engine, m_audio,
               [&state] { return MakeSqliteSongStore(state.SongsFile); }),
+      m_delayTest(m_track, *m_engine, m_clock, *this),
       m_wheel(m_audio, m_track, [this](std::int32_t deltaMs) { m_clock.SkipBy(deltaMs); }),
       m_commands(Targets()), m_desktop(Targets(), *this, [this] { ShowStage(); }),
       m_link(state.InstanceMutex, *this), m_input(*this)
@@ -76,7 +84,17 @@ void f101::ConnectParts()
     m_mouse.RightButtonUp = [this] { ShowPopMenu(); };
     m_mouse.DoubleClick = [this] { MainPopup(CommandId::FullScreen); };
     m_popMenu.Click = [this](const QString& key) { MenuClick(key); };
-    m_engine->SoundDone = [this] { m_clock.HandleSoundDone(); };
+    m_engine->SoundDone = [this] {
+        if (m_delayTest.IsRunning())
+            m_delayTest.GoOn();
+        else
+            m_clock.HandleSoundDone();
+    };
+    m_delayTest.Ended = [this] {
+        if (m_stageWindow)
+            m_stageWindow->ShowTest(false);
+        UpdatePlayer();
+    };
     m_stage.Changed = [this](const StageSettings& settings) { ActOnStage(settings); };
     m_stage.SaveFailed = ShowFileError;
     m_songs.Trouble = [this](const QString& reason) { ShowStatus(reason); };
@@ -148,6 +166,7 @@ void f101::Unload()
     if (m_stageWindow)
         m_stageWindow->hide();
     ReleaseInstance(m_state);
+    m_delayTest.Stop();
     m_engine->StopSound();
     SaveSettingsToStore(*m_state.Settings, m_display.NearestZoom(), *m_engine, m_audio);
     m_stage.Save();
@@ -185,17 +204,22 @@ void f101::TakeFocus(const QByteArray& activationToken)
 void f101::OpenMedia(const QString& path)
 {
     // The link may bring a track while a message box still stands where the window will be.
-    if (m_isLoaded)
-        m_loader.OpenMedia(path);
+    if (!m_isLoaded)
+        return;
+    m_delayTest.Stop();
+    m_loader.OpenMedia(path);
 }
 
 void f101::MainPopup(CommandId command)
 {
+    m_delayTest.Stop(); // what is meant for the track acts on the track
     m_commands.MainPopup(command);
 }
 
 void f101::DoKeyDown(KeyCode keyCode, ShiftBits shift)
 {
+    if (!IsModifier(keyCode))
+        m_delayTest.Stop();
     m_commands.DoKeyDown(keyCode, shift);
 }
 
@@ -224,6 +248,7 @@ void f101::SetWheelType(WheelMode mode)
 
 void f101::UpdatePlayer()
 {
+    m_delayTest.Follow();
     m_clock.UpdatePlayer();
     const int trouble = m_engine->GetSoundTrouble();
     if (std::exchange(m_soundTrouble, trouble) != trouble && trouble != 0)

@@ -7,6 +7,7 @@
 #include "Commands.h"
 #include "ContextMenu.h"
 #include "ControlRefresh.h"
+#include "DelayTest.h"
 #include "DesktopSession.h"
 #include "Display.h"
 #include "ImageClipboard.h"
@@ -163,6 +164,7 @@ private:
     PlaybackClock m_clock;
     MediaLoader m_loader;
     SongKeeper m_songs;
+    DelayTest m_delayTest;
     WheelControl m_wheel;
 
     Commands m_commands;

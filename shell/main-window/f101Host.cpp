@@ -43,6 +43,7 @@ void f101::SetTicker(std::int32_t seconds, bool isPlaying)
 void f101::RefreshControls(std::int32_t positionMs, bool isPlaying)
 {
     m_refresh.Refresh(positionMs, isPlaying, m_parts.IsMaximised());
+    m_stage.Follow(m_stageWindow && m_stageWindow->isVisible());
     m_display.HideExpiredStatus();
     m_desktop.Follow();
 }
@@ -229,6 +230,13 @@ frmStage& f101::Stage()
         m_stageWindow = std::make_unique<frmStage>(*this, player, m_stage, twips);
         m_stageWindow->RightButtonUp = [this] { ShowPopMenu(); };
         m_stageWindow->Do = [this](StageDeed deed) { ForgetSongs(deed); };
+        m_stageWindow->Test = [this](bool isOn) {
+            if (isOn)
+                m_delayTest.Start();
+            else
+                m_delayTest.Stop();
+            m_stageWindow->ShowTest(m_delayTest.IsRunning());
+        };
     }
     return *m_stageWindow;
 }

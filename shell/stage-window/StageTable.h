@@ -23,7 +23,7 @@ inline constexpr std::int32_t kStageBottom = 480; // below the last one: the but
 inline constexpr std::int32_t kStageCorner = 120; // of that button, from the window's corner
 inline constexpr std::int32_t kStageButton = 360; // its size
 
-enum class StageGroup : std::uint8_t { VoiceGuide, Songs, Picture };
+enum class StageGroup : std::uint8_t { SoundDelay, VoiceGuide, Songs, Picture };
 
 struct StageGroupRow {
     StageGroup group;
@@ -31,7 +31,8 @@ struct StageGroupRow {
     std::int32_t height; // with the space below
 };
 inline constexpr std::array kStageGroups = {
-    StageGroupRow{StageGroup::VoiceGuide, u"Voice guide", 720},
+    StageGroupRow{StageGroup::SoundDelay, u"Sound delay", 1170},
+    StageGroupRow{StageGroup::VoiceGuide, u"Voice guide", 840},
     StageGroupRow{StageGroup::Songs, u"Songs", 1140},
     StageGroupRow{StageGroup::Picture, u"Picture", 720},
 };
@@ -54,6 +55,22 @@ constexpr TwipSize StageSize()
         height += row.height;
     return {kStageWidth, height};
 }
+
+// The delay of the device in use: its slider with the value beside it, the device's name, and the
+// switch of the test.
+inline constexpr TwipRect kDelaySlider = {120, 375, 4350, 180};
+inline constexpr TwipRect kDelayValue = {4650, 360, 1005, 210};
+inline constexpr TwipRect kDelayDevice = {120, 705, 3450, 240};
+inline constexpr TwipRect kDelayTest = {3705, 735, 1950, 240};
+inline constexpr QStringView kDelayName = u"Sound delay";
+inline constexpr QStringView kDelayToolTip =
+    u"To the right, the picture waits for a sound that comes late";
+inline constexpr QStringView kDelayTestCaption = u"Click and flash";
+inline constexpr QStringView kDelayTestToolTip =
+    u"Bring the click and the flash together with the arrow keys (ESC ends it)";
+// By the arrow keys, and by those of a page.
+inline constexpr std::int32_t kDelayStepMs = 5;
+inline constexpr std::int32_t kDelayPageMs = 50;
 
 // One of several, of which exactly one holds.
 struct StageChoice {

@@ -6,7 +6,6 @@
 #include "ButtonDress.h"
 #include "PlayerLook.h"
 #include "SideWindow.h"
-#include "SkinParts.h"
 #include "StageControl.h"
 #include "ToolTips.h"
 
@@ -16,6 +15,7 @@ namespace lantern {
 namespace {
 
 constexpr std::int32_t kNoEdge = 0;
+constexpr ColourValue kCentreLine = 0x808080;
 
 const QString kStageTitle = kApplicationTitle + QStringLiteral(" Stage");
 
@@ -43,7 +43,7 @@ frmStage::frmStage(QWidget& mainWindow, InputTarget& player, StageControl& stage
     MakeHideButton();
     CentreOnScreen(*this, StageSize(), m_twips);
     ShowSettings();
-    m_choices.front()->setFocus();
+    m_delay->setFocus();
     StandBeforePlayer(*this, m_mainWindow);
 }
 
@@ -64,6 +64,8 @@ void frmStage::MakeGroup(const StageGroupRow& row)
                                          kStageWidth - 2 * kStageMargin, row.height},
                                 m_twips));
     frame->MouseUp = m_skinner.MouseUp;
+    if (row.group == StageGroup::SoundDelay)
+        MakeDelay();
     for (const StageSwitch& design : kStageSwitches) {
         if (design.group == row.group)
             MakeSwitch(design);
@@ -86,6 +88,97 @@ void frmStage::Dress(ctlPicBtn& button, const TwipRect& rect, QStringView captio
     button.setGeometry(PixelsOf(rect, m_twips));
 }
 
+void frmStage::MakeDelay()
+{
+    QWidget* const group = &Group(StageGroup::SoundDelay);
+    m_delay = new ctlSlide(group, SkinAmbient());
+    m_delay->setGeometry(PixelsOf(kDelaySlider, m_twips));
+    m_delay->SetValues(-kLongestSoundDelayMs, kLongestSoundDelayMs, 0);
+    m_delay->SetSliderColor(kAccentColour);
+    m_delay->SetSliderBack(kAccentColour);
+    m_delay->SetCenterLine(true);
+    m_delay->SetCenterLineColor(kCentreLine);
+    m_delay->setAccessibleName(kDelayName.toString());
+    m_delay->setToolTip(kDelayToolTip.toString());
+    m_delay->Change = [this] { m_stage.SetDelayMs(m_delay->Value()); };
+
+    m_delayValue = new WhiteLabel(group);
+    m_delayValue->setGeometry(PixelsOf(kDelayValue, m_twips));
+    m_delayValue->setAccessibleDescription(kDelayName.toString());
+    m_delayDevice = new WhiteLabel(group);
+    m_delayDevice->setGeometry(PixelsOf(kDelayDevice, m_twips));
+
+    m_test = new ctlPicBtn(group, SkinAmbient());
+    Dress(*m_test, kDelayTest, kDelayTestCaption, kDelayTestToolTip);
+    GiveStyle(*m_test, {true, 0, kWhite, kAccentColour});
+    GiveFace(*m_test, ButtonFace::RememberDevice);
+    m_test->Click = [this] { SetTest(m_test->Value()); };
+}
+
+// While the test runs, the arrow keys are at hand for what it is made for.
+void frmStage::SetTest(bool isOn)
+{
+    if (Test)
+        Test(isOn);
+    if (isOn)
+        m_delay->setFocus();
+}
+
+// Before anything is done to the song: while the test runs, its clicks are in the song's place.
+void frmStage::EndTest()
+{
+    if (m_test->Value())
+        SetTest(false);
+}
+
+void frmStage::ShowTest(bool isOn)
+{
+    m_test->SetValue(isOn);
+}
+
+void frmStage::ShowDelay()
+{
+    const std::int32_t ms = m_stage.DelayMs();
+    const SoundDevice& device = m_stage.Device();
+    if (m_delay->Value() != ms)
+        m_delay->SetValues(m_delay->Min(), m_delay->Max(), ms);
+    m_delay->SetEnabled(!device.id.isEmpty());
+    m_delayValue->setText((ms > 0 ? QStringLiteral("+") : QString()) + QString::number(ms) +
+                          QStringLiteral(" ms"));
+    const QString name = device.id.isEmpty() ? QStringLiteral("No sound device") : device.name;
+    m_delayDevice->setToolTip(name);
+    m_delayDevice->setAccessibleName(name);
+    m_delayDevice->setText(
+        m_delayDevice->fontMetrics().elidedText(name, Qt::ElideRight, m_delayDevice->width()));
+}
+
+// False for a key that moves no slider.
+bool frmStage::MoveDelay(int key)
+{
+    const auto by = [this](std::int32_t ms) {
+        m_delay->TakeValue(m_delay->Value() + ms);
+        return true;
+    };
+    switch (key) {
+    case Qt::Key_Right:
+    case Qt::Key_Up:
+        return by(kDelayStepMs);
+    case Qt::Key_Left:
+    case Qt::Key_Down:
+        return by(-kDelayStepMs);
+    case Qt::Key_PageUp:
+        return by(kDelayPageMs);
+    case Qt::Key_PageDown:
+        return by(-kDelayPageMs);
+    case Qt::Key_Home:
+        return by(m_delay->Min() - m_delay->Value());
+    case Qt::Key_End:
+        return by(m_delay->Max() - m_delay->Value());
+    default:
+        return false;
+    }
+}
+
 void frmStage::MakeSwitch(const StageSwitch& design)
 {
     auto* const button = new ctlPicBtn(&Group(design.group), SkinAmbient());
@@ -93,7 +186,10 @@ void frmStage::MakeSwitch(const StageSwitch& design)
     Dress(*button, design.rect, design.caption, design.toolTip);
     GiveStyle(*button, {true, 0, kWhite, kAccentColour});
     GiveFace(*button, ButtonFace::RememberDevice);
-    button->Click = [this, &design, button] { m_stage.Set(design.field, button->Value()); };
+    button->Click = [this, &design, button] {
+        EndTest();
+        m_stage.Set(design.field, button->Value());
+    };
 }
 
 void frmStage::MakeChoice(const StageChoice& design)
@@ -117,6 +213,7 @@ void frmStage::MakeButton(const StageButton& design)
     GiveStyle(*button, {false, 0, kWhite, kAccentColour});
     GiveFace(*button, ButtonFace::Plate);
     button->Click = [this, &design] {
+        EndTest();
         if (Do)
             Do(design.deed);
     };
@@ -140,6 +237,7 @@ void frmStage::MakeHideButton()
 void frmStage::ShowSettings()
 {
     const StageSettings& now = m_stage.Settings();
+    ShowDelay();
     for (std::size_t i = 0; i < m_switches.size(); ++i)
         m_switches[i]->SetValue(now.*kStageSwitches.at(i).field);
     for (std::size_t i = 0; i < m_choices.size(); ++i)
@@ -148,6 +246,10 @@ void frmStage::ShowSettings()
 
 void frmStage::ShowForm(bool isShown)
 {
+    if (isShown)
+        m_stage.Follow(true);
+    else
+        EndTest();
     ShowBeforePlayer(*this, m_mainWindow, isShown);
     if (isShown)
         activateWindow();
@@ -170,9 +272,19 @@ void frmStage::closeEvent(QCloseEvent*)
 // Here Escape is not the key of the options.
 void frmStage::keyPressEvent(QKeyEvent* event)
 {
-    if (event->key() != Qt::Key_Escape)
+    if (event->key() == Qt::Key_Escape) {
+        if (!event->isAutoRepeat())
+            Escape();
+    } else if (focusWidget() != m_delay || !MoveDelay(event->key())) {
         m_input.KeyPress(*event);
-    else if (!event->isAutoRepeat())
+    }
+}
+
+void frmStage::Escape()
+{
+    if (m_test->Value())
+        SetTest(false);
+    else
         ShowForm(false);
 }
 

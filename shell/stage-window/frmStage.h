@@ -1,11 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "SkinParts.h"
 #include "StageParts.h"
 #include "StageTable.h"
 #include "WindowInput.h"
 #include "ctlFrame.h"
 #include "ctlSkinner.h"
+#include "ctlSlide.h"
 
 #include <QWidget>
 
@@ -33,12 +35,20 @@ public:
     std::function<void()> RightButtonUp;
     std::function<void(StageDeed)> Do;
 
+    // The test of the delay is to begin, or to end.
+    std::function<void(bool isOn)> Test;
+
     void ShowForm(bool isShown);
+    void ShowTest(bool isOn); // whether it runs
     // Brings the controls to what holds now.
     void ShowSettings();
 
     ctlFrame& Group(StageGroup group);
     ctlPicBtn& Switch(std::size_t index) { return *m_switches.at(index); }
+    ctlSlide& DelaySlider() { return *m_delay; }
+    QLabel& DelayValue() { return *m_delayValue; }
+    QLabel& DelayDevice() { return *m_delayDevice; }
+    ctlPicBtn& TestSwitch() { return *m_test; }
     ChoiceButton& Choice(std::size_t index) { return *m_choices.at(index); }
     ctlPicBtn& Button(std::size_t index) { return *m_buttons.at(index); }
     ctlPicBtn& HideButton() { return *m_hide; }
@@ -52,6 +62,12 @@ protected:
 
 private:
     void MakeGroup(const StageGroupRow& row);
+    void MakeDelay();
+    void ShowDelay();
+    bool MoveDelay(int key);
+    void Escape();
+    void SetTest(bool isOn);
+    void EndTest();
     void MakeSwitch(const StageSwitch& design);
     void MakeChoice(const StageChoice& design);
     void MakeButton(const StageButton& design);
@@ -70,6 +86,10 @@ private:
     std::vector<ctlPicBtn*> m_switches;
     std::vector<ChoiceButton*> m_choices;
     std::vector<ctlPicBtn*> m_buttons;
+    ctlSlide* m_delay = nullptr;
+    WhiteLabel* m_delayValue = nullptr;
+    WhiteLabel* m_delayDevice = nullptr;
+    ctlPicBtn* m_test = nullptr;
     ctlPicBtn* m_hide = nullptr;
 };
 

@@ -82,7 +82,7 @@ TEST_F(Songs, ASongKeepsItsKeyUnderEachNameAndInEachForm)
     EXPECT_FALSE(std::filesystem::exists(SongsFile()));
     hand.Key("F2");
     ASSERT_TRUE(stage.HasKeyboardSoon());
-    Keys("Tab", 3);
+    Keys("Tab", 5);
     hand.Key("space");
     hand.Key("Escape");
     ASSERT_TRUE(main.HasKeyboardSoon());
@@ -135,7 +135,7 @@ TEST_F(Songs, LoudAndQuietSongsAreEquallyLoudTheSecondTimeFromTheStart)
 
     hand.Key("F2");
     ASSERT_TRUE(stage.HasKeyboardSoon());
-    Keys("Tab", 4);
+    Keys("Tab", 6);
     hand.Key("space");
     EXPECT_TRUE(AwaitLevel(Side::Left, 0.06 / std::sqrt(2.0), 0.001));
 }

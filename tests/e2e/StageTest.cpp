@@ -6,7 +6,9 @@
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
 #include <numbers>
+#include <vector>
 
 namespace lantern::test {
 namespace {
@@ -39,6 +41,7 @@ protected:
         ASSERT_TRUE(stage.IsThereSoon());
         ASSERT_TRUE(stage.HasKeyboardSoon());
     }
+    double FlashesLateMs(Point point);
     std::string StageFile() const
     {
         return ReadFile(home.SettingsFile().parent_path() / "data_stage.ini");
@@ -64,7 +67,7 @@ TEST_F(Stage, TheKeyboardAloneChoosesWhatBothEarsHearAndItIsRemembered)
     OpenTrack(track);
     EXPECT_TRUE(AwaitLevels(kLeftLevel, kRightLevel));
     OpenStage();
-    hand.Key("Tab");
+    Keys("Tab", 3);
     hand.Key("space");
     EXPECT_TRUE(AwaitLevels(kLeftLevel, kLeftLevel));
     hand.Key("Right");
@@ -82,11 +85,63 @@ TEST_F(Stage, TheKeyboardAloneChoosesWhatBothEarsHearAndItIsRemembered)
     OpenTrack(track);
     EXPECT_TRUE(AwaitLevels(kRightLevel, kRightLevel));
     OpenStage();
+    Keys("Tab", 2);
     hand.Key("space");
     EXPECT_TRUE(AwaitLevels(kLeftLevel, kRightLevel));
     hand.Key("F2");
     EXPECT_TRUE(stage.IsGoneSoon());
     EXPECT_EQ(StageFile(), "");
+}
+
+// The middle of what the flashes of the test come later than their clicks, in milliseconds.
+double Stage::FlashesLateMs(Point point)
+{
+    std::this_thread::sleep_for(800ms); // for a picture that waits
+    eyes.Watch({point});
+    std::this_thread::sleep_for(6500ms);
+    const std::vector<Eyes::Change> seen = eyes.StopWatching();
+    const Recording heard = ears.Heard();
+    std::vector<Moment> clicks;
+    for (const Burst& burst : FindBursts(heard.stereo, Recording::kRate))
+        clicks.push_back(heard.HeardAt(burst.startFrame));
+    std::vector<double> late;
+    for (const Eyes::Change& change : seen) {
+        if (change.colour != 0xFFFFFFFF || clicks.empty())
+            continue;
+        const auto nearest = std::ranges::min_element(
+            clicks, {}, [&](Moment click) { return std::chrono::abs(change.firstSeen - click); });
+        late.push_back(Milliseconds(change.firstSeen - *nearest));
+    }
+    if (late.size() < 4) {
+        ADD_FAILURE() << late.size() << " flashes were seen";
+        return 1e9;
+    }
+    std::ranges::nth_element(late, late.begin() + std::ssize(late) / 2);
+    return late[late.size() / 2];
+}
+
+TEST_F(Stage, TheArrowKeysMoveTheFlashesToTheClicksAndTheTrackGoesOn)
+{
+    OpenTrack(WriteToneTrack("tone", 120.0));
+    const QRect area = PictureArea();
+    const Point corner = {area.left() + 20, area.top() + 20};
+    OpenStage();
+    hand.Key("Tab");
+    hand.Key("space");
+    ASSERT_TRUE(AwaitColour(corner, 0xFF000000));
+    EXPECT_NEAR(FlashesLateMs(corner), 0.0, 25.0);
+    Keys("Page_Up", 3);
+    Keys("Right", 10); // the picture waits for 200 ms
+    EXPECT_NEAR(FlashesLateMs(corner), 200.0, 25.0);
+    Keys("Page_Down", 7);
+    EXPECT_NEAR(FlashesLateMs(corner), -150.0, 25.0);
+    hand.Key("Escape");
+    EXPECT_TRUE(AwaitColour(corner, kPicture));
+    EXPECT_TRUE(AwaitTone(440.0));
+    EXPECT_TRUE(stage.IsThere());
+    hand.Key("Escape");
+    EXPECT_TRUE(stage.IsGoneSoon());
+    EXPECT_EQ(StageFile(), "delay.studio\t-150\r\n");
 }
 
 TEST_F(Stage, ItStandsBeforeTheFullScreenAndTheOptions)

@@ -4,6 +4,7 @@
 #include "Journey.h"
 
 #include <array>
+#include <filesystem>
 #include <functional>
 #include <iostream>
 #include <random>
@@ -44,6 +45,10 @@ protected:
     std::vector<Stretch> PauseAgainAndAgain();
     std::vector<Stretch> SeekAtRandom(unsigned seed);
 
+    // The track at its own pace, and at a slower one.
+    void MeasureWithDelay(int delayMs);
+
+    std::function<Recording()> hear = [this] { return ears.Heard(); };
     const FlashTrack track{kTrackSeconds};
     Point picturePoint;
     Point borderPoint;
@@ -89,7 +94,7 @@ FlashVerdict Synchrony::Attempt(const std::string& phase, const Play& play)
     eyes.Watch({picturePoint, borderPoint});
     const std::vector<Stretch> stretches = play();
     const std::vector<Eyes::Change> seen = eyes.StopWatching();
-    const Comparison comparison = Compare(ears.Heard(), seen, stretches, stalls);
+    const Comparison comparison = Compare(hear(), seen, stretches, stalls);
     const FlashVerdict verdict = Judge(comparison, stretches);
     std::cout << phase << ": " << comparison.Distribution();
     if (stalls.StallCount() > 0)
@@ -186,6 +191,47 @@ std::vector<Stretch> Synchrony::SeekAtRandom(unsigned seed)
         stretches.push_back(PlayFor(1300ms));
     }
     return stretches;
+}
+
+void Synchrony::MeasureWithDelay(int delayMs)
+{
+    const std::filesystem::path folderOfUser = home.SettingsFile().parent_path();
+    std::filesystem::create_directories(folderOfUser);
+    WriteFile(folderOfUser / "data_stage.ini", "delay.studio\t" + std::to_string(delayMs) + "\r\n");
+    ASSERT_NO_FATAL_FAILURE(OpenFlashes());
+    const std::string delay = std::to_string(delayMs) + " ms, ";
+    ASSERT_NO_FATAL_FAILURE(
+        Measure(delay + "neutral", 21.0, [this] { return std::vector{PlayFor(20s)}; }));
+    ASSERT_NO_FATAL_FAILURE(
+        Measure(delay + "after pauses", 12.0, [this] { return PauseAgainAndAgain(); }));
+    hand.Key("s");
+    Keys("Down", 15);
+    ASSERT_NO_FATAL_FAILURE(
+        Measure(delay + "speed -30 %", 15.0, [this] { return std::vector{PlayFor(20s)}; }));
+    Conclude();
+}
+
+// The sink says nothing of the way behind it, as a headset does that is slower than it knows.
+TEST_F(Synchrony, ItDoesSoWhereTheSoundReachesTheEarLater)
+{
+    sound.AddSink({"room", "The Room Behind"});
+    sound.Control({"load-module", "module-loopback", "source=studio.monitor", "sink=room",
+                   "latency_msec=200", "source_dont_move=true", "sink_dont_move=true"});
+    const Ears earsInTheRoom(sound, "room");
+    hear = [&] { return earsInTheRoom.Heard(); };
+    MeasureWithDelay(200);
+}
+
+// No sink of this server sounds before it says so: what is heard is moved to where it would be.
+TEST_F(Synchrony, ItDoesSoWhereTheSoundReachesTheEarEarlier)
+{
+    hear = [this] {
+        Recording heard = ears.Heard();
+        for (auto& [moment, frame] : heard.marks)
+            moment -= 150ms;
+        return heard;
+    };
+    MeasureWithDelay(-150);
 }
 
 TEST_F(Synchrony, ThePictureKeepsWithTheSound)

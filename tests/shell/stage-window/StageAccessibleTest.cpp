@@ -36,7 +36,7 @@ TEST_F(StageAccessibleTest, TheWindowIsADialogOfGroups)
         if (panel.child(i)->role() == QAccessible::Grouping)
             groups.push_back(StageNameOf(*panel.child(i)));
     }
-    EXPECT_THAT(groups, ElementsAre("Voice guide", "Songs", "Picture"));
+    EXPECT_THAT(groups, ElementsAre("Sound delay", "Voice guide", "Songs", "Picture"));
 }
 
 TEST_F(StageAccessibleTest, AChoiceTellsItsNameAndWhetherItHolds)
@@ -76,6 +76,26 @@ TEST_F(StageAccessibleTest, ASwitchTellsWhetherItIsOnAndAButtonWhatItDoes)
         EXPECT_FALSE(known.text(QAccessible::Description).isEmpty());
         EXPECT_FALSE(known.state().disabled);
     }
+}
+
+TEST_F(StageAccessibleTest, TheDelayIsASliderOfMilliseconds)
+{
+    ASSERT_NO_FATAL_FAILURE(Show());
+    QAccessibleInterface& slider = StageKnownAs(window.DelaySlider());
+    EXPECT_EQ(slider.role(), QAccessible::Slider);
+    EXPECT_EQ(StageNameOf(slider), "Sound delay");
+    EXPECT_TRUE(slider.state().focusable);
+    ASSERT_NE(slider.valueInterface(), nullptr);
+    EXPECT_EQ(slider.valueInterface()->minimumValue().toInt(), -500);
+    EXPECT_EQ(slider.valueInterface()->maximumValue().toInt(), 500);
+    slider.valueInterface()->setCurrentValue(-75);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(engine.DelayMs, -75);
+    EXPECT_EQ(slider.valueInterface()->currentValue().toInt(), -75);
+    EXPECT_EQ(StageNameOf(StageKnownAs(window.DelayValue())), "-75 ms");
+    QAccessibleInterface& test = StageKnownAs(window.TestSwitch());
+    EXPECT_EQ(test.role(), QAccessible::CheckBox);
+    EXPECT_EQ(StageNameOf(test), "Click and flash");
 }
 
 TEST_F(StageAccessibleTest, AChoiceCanBeMade)

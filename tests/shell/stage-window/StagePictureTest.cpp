@@ -24,11 +24,16 @@ TEST_F(StagePictureTest, AtNeutral)
 
 TEST_F(StagePictureTest, WithEverythingChosen)
 {
+    engine.Device = {QStringLiteral("hdmi"), QStringLiteral("Living Room Television (HDMI)")};
+    stage.Follow(true);
+    stage.SetDelayMs(180);
+    window.ShowTest(true);
     stage.Set(&StageSettings::voiceGuide, VoiceGuide::Left);
     for (const StageSwitch& one : kStageSwitches)
         stage.Set(one.field, true);
     ASSERT_NO_FATAL_FAILURE(Show());
-    Type(Qt::Key_Tab);
+    for (int i = 0; i < 3; ++i)
+        Type(Qt::Key_Tab);
     EXPECT_TRUE(LooksLike("chosen"));
 }
 

@@ -6,6 +6,8 @@
 
 #include <gmock/gmock.h>
 
+#include <utility>
+
 namespace lantern {
 namespace {
 
@@ -59,10 +61,12 @@ TEST_F(frmStageTest, TheKeyboardAloneReachesAllAndActs)
         EXPECT_TRUE(mark->isVisible());
         Type(Qt::Key_Tab);
     } while (QApplication::focusWidget() != walk.front() && walk.size() < 50);
-    EXPECT_THAT(walk, ElementsAre(&window.Choice(0), &window.Choice(1), &window.Choice(2),
-                                  &window.Switch(0), &window.Switch(1), &window.Button(0),
-                                  &window.Button(1), &window.Switch(2), &window.HideButton()));
-    Type(Qt::Key_Tab);
+    EXPECT_THAT(walk, ElementsAre(&window.DelaySlider(), &window.TestSwitch(), &window.Choice(0),
+                                  &window.Choice(1), &window.Choice(2), &window.Switch(0),
+                                  &window.Switch(1), &window.Button(0), &window.Button(1),
+                                  &window.Switch(2), &window.HideButton()));
+    for (int i = 0; i < 3; ++i)
+        Type(Qt::Key_Tab);
     Type(Qt::Key_Space);
     EXPECT_EQ(engine.Guide, VoiceGuide::Left);
     EXPECT_TRUE(window.Choice(1).Value());
@@ -92,6 +96,103 @@ TEST_F(frmStageTest, SwitchesActAndSongsCanBeForgotten)
     QTest::mouseClick(&window.Button(1), Qt::LeftButton);
     QTest::mouseClick(&window.Button(0), Qt::LeftButton);
     EXPECT_THAT(deeds, ElementsAre(StageDeed::ForgetAllSongs, StageDeed::ForgetSong));
+}
+
+TEST_F(frmStageTest, TheArrowKeysMoveTheDelayOfTheDevice)
+{
+    ASSERT_NO_FATAL_FAILURE(Show());
+    EXPECT_EQ(window.DelayValue().text(), QStringLiteral("0 ms"));
+    EXPECT_EQ(window.DelayDevice().text(), QStringLiteral("Default"));
+    const std::pair<Qt::Key, int> keys[] = {
+        {Qt::Key_Right, 5},   {Qt::Key_Up, 10},        {Qt::Key_PageUp, 60},
+        {Qt::Key_Left, 55},   {Qt::Key_Down, 50},      {Qt::Key_End, 500},
+        {Qt::Key_Right, 500}, {Qt::Key_PageDown, 450}, {Qt::Key_Home, -500}};
+    for (const auto& [key, delay] : keys) {
+        Type(key);
+        EXPECT_EQ(engine.DelayMs, delay) << key;
+        EXPECT_EQ(window.DelaySlider().Value(), delay);
+    }
+    EXPECT_EQ(window.DelayValue().text(), QStringLiteral("-500 ms"));
+    Type(Qt::Key_PageUp);
+    Type(Qt::Key_Escape);
+    EXPECT_EQ(folder.Written(), "delay.built-in\t-450\r\n");
+    EXPECT_THAT(player.TakeCalls(), IsEmpty());
+}
+
+TEST_F(frmStageTest, TheMouseMovesTheDelayToo)
+{
+    ASSERT_NO_FATAL_FAILURE(Show());
+    ctlSlide& slider = window.DelaySlider();
+    QTest::mouseClick(&slider, Qt::LeftButton, {}, {slider.width() - 1, 6});
+    EXPECT_EQ(engine.DelayMs, 500);
+    EXPECT_EQ(window.DelayValue().text(), QStringLiteral("+500 ms"));
+    QTest::mouseClick(&slider, Qt::LeftButton, {}, {slider.width() / 2, 6});
+    EXPECT_EQ(engine.DelayMs, 0);
+}
+
+TEST_F(frmStageTest, AnotherDeviceHasItsOwnDelay)
+{
+    ASSERT_NO_FATAL_FAILURE(Show());
+    Type(Qt::Key_PageUp);
+    engine.Device = {QStringLiteral("hdmi"), QString(100, u'W')};
+    for (int tick = 0; tick < 20; ++tick)
+        stage.Follow(true);
+    EXPECT_EQ(window.DelaySlider().Value(), 0);
+    EXPECT_EQ(window.DelayValue().text(), QStringLiteral("0 ms"));
+    EXPECT_LE(window.DelayDevice().sizeHint().width(), window.DelayDevice().width());
+    EXPECT_EQ(window.DelayDevice().toolTip(), engine.Device.name);
+    engine.Device = {};
+    for (int tick = 0; tick < 20; ++tick)
+        stage.Follow(true);
+    EXPECT_EQ(window.DelayDevice().text(), QStringLiteral("No sound device"));
+    Type(Qt::Key_PageUp);
+    EXPECT_EQ(engine.DelayMs, 0);
+    EXPECT_EQ(window.DelaySlider().Value(), 0);
+}
+
+TEST_F(frmStageTest, TheTestBeginsByItsSwitchAndEndsByEscapeBeforeTheWindowCloses)
+{
+    std::vector<bool> asked;
+    window.Test = [&](bool isOn) {
+        asked.push_back(isOn);
+        window.ShowTest(isOn);
+    };
+    ASSERT_NO_FATAL_FAILURE(Show());
+    Type(Qt::Key_Tab);
+    Type(Qt::Key_Space);
+    EXPECT_EQ(asked, std::vector{true});
+    EXPECT_EQ(QApplication::focusWidget(), &window.DelaySlider());
+    Type(Qt::Key_Right);
+    EXPECT_EQ(engine.DelayMs, 5);
+    Type(Qt::Key_Escape);
+    EXPECT_EQ(asked, (std::vector{true, false}));
+    EXPECT_FALSE(window.TestSwitch().Value());
+    EXPECT_TRUE(window.isVisible());
+    window.TestSwitch().Press();
+    window.ShowForm(false);
+    EXPECT_EQ(asked, (std::vector{true, false, true, false}));
+    Show();
+    Type(Qt::Key_Escape);
+    EXPECT_FALSE(window.isVisible());
+    EXPECT_EQ(asked.size(), 4U);
+}
+
+// The clicks are no song to remember anything of.
+TEST_F(frmStageTest, TheTestEndsBeforeAnythingIsDoneToTheSong)
+{
+    ASSERT_NO_FATAL_FAILURE(Show());
+    std::vector<std::string> order;
+    window.Test = [&](bool isOn) {
+        order.emplace_back(isOn ? "test" : "song");
+        window.ShowTest(isOn);
+    };
+    window.Do = [&](StageDeed) { order.emplace_back("deed"); };
+    stage.Changed = [&](const StageSettings&) { order.emplace_back("change"); };
+    window.TestSwitch().Press();
+    window.Switch(0).Press();
+    window.TestSwitch().Press();
+    window.Button(0).Press();
+    EXPECT_THAT(order, ElementsAre("test", "song", "change", "test", "song", "deed"));
 }
 
 TEST_F(frmStageTest, EscapeAndItsButtonHideItAndKeepWhatWasChosen)
