@@ -44,8 +44,8 @@ class Release(unittest.TestCase):
         self.assertEqual((manifest["id"], manifest["command"]), (ID, "lyric-lantern"))
         self.assertTrue({"--socket=pulseaudio", "--socket=wayland", "--filesystem=xdg-music:ro"}
                         <= set(manifest["finish-args"]))
-        session = (SOURCE / "shell/main-window/DesktopSession.cpp").read_text(encoding="utf-8")
-        names = re.findall(r'busName = QStringLiteral\("(.*)"\)', session)
+        names = re.findall(r'kApplicationBusName = QStringLiteral\("(.*)"\)',
+                           (SOURCE / "platform/values/Application.h").read_text(encoding="utf-8"))
         self.assertEqual([word for word in manifest["finish-args"] if "own-name" in word],
                          [f"--own-name=org.mpris.MediaPlayer2.{name}" for name in names])
 
