@@ -54,10 +54,15 @@ void EvenLoudness::SwitchOff()
     if (!m_isOn)
         return;
     m_isOn = false;
+    StopMeasuring();
+    m_engine.SetSoundGain(1.0F);
+}
+
+void EvenLoudness::StopMeasuring()
+{
     m_deadline.stop();
     if (LoudnessMeter* const meter = m_engine.Loudness())
         meter->Cancel();
-    m_engine.SetSoundGain(1.0F);
 }
 
 void EvenLoudness::TakeSong(const std::optional<KeptLoudness>& known)
@@ -66,7 +71,7 @@ void EvenLoudness::TakeSong(const std::optional<KeptLoudness>& known)
     m_isFixed = false;
     m_estimate.reset();
     m_sound.clear();
-    m_deadline.stop();
+    StopMeasuring(); // of the song before
     for (const AudioClip& clip : m_track.ClipList) {
         if (m_sound.isEmpty() && !clip.IsFiller)
             m_sound = FingerprintOf(clip);
@@ -83,8 +88,7 @@ void EvenLoudness::TakeRecord(const std::optional<KeptLoudness>& known)
 {
     if (m_isFixed || !known || known->sound != m_sound)
         return;
-    if (LoudnessMeter* const meter = m_engine.Loudness())
-        meter->Cancel();
+    StopMeasuring();
     Fix(LoudnessOf(*known));
 }
 

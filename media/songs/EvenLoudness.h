@@ -43,6 +43,7 @@ public:
 
 private:
     void Measure();
+    void StopMeasuring();
     void TakeMeasured(const SoundLoudness& loudness);
     void Fix(const SoundLoudness& loudness);
 

@@ -198,5 +198,15 @@ TEST_F(EvenLoudnessCase, ATrackWithoutASoundIsNotMeasured)
     EXPECT_EQ(m_engine.Meter.Measurements, 0);
 }
 
+TEST_F(EvenLoudnessCase, WhatIsMeasuredOfTheSongBeforeIsNotTakenForOneWithoutASound)
+{
+    m_even.TakeSong({});
+    m_track.ClipList.Erase();
+    m_even.TakeSong({});
+    m_engine.Meter.Tell(Whole(-11, 0));
+    EXPECT_EQ(m_engine.SoundGain, 1.0F);
+    EXPECT_TRUE(m_kept.empty());
+}
+
 } // namespace
 } // namespace lantern
