@@ -80,6 +80,7 @@ void SongKeeper::HaveMemory()
 void SongKeeper::NameSong()
 {
     m_song = HasSong() ? IdentityOf(m_track) : SongId();
+    m_measuredEarly.reset();
 }
 
 void SongKeeper::End()
@@ -117,6 +118,8 @@ void SongKeeper::MemoryRead()
         TakeTune();
     else if (awaited == Awaited::Switch)
         KeepTune();
+    if (const auto early = std::exchange(m_measuredEarly, std::nullopt))
+        KeepLoudness(*early);
     if (m_evensOut)
         m_even.TakeRecord(record.loudness);
 }
@@ -142,6 +145,10 @@ void SongKeeper::KeepLoudness(const KeptLoudness& loudness)
 {
     if (!m_memory || m_song.isEmpty())
         return;
+    if (!m_memory->IsRead()) { // or the record would go, and the song's key and speed with it
+        m_measuredEarly = loudness;
+        return;
+    }
     SongRecord record = m_memory->Find(m_song);
     record.loudness = loudness;
     m_memory->Keep(m_song, record);

@@ -8,6 +8,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 
 namespace lantern {
 
@@ -69,7 +70,8 @@ private:
     std::unique_ptr<SongMemory> m_memory; // none before it is needed
     SongId m_song;
     EvenLoudness m_even;
-    Awaited m_awaited = Awaited::Nothing; // since when the memory is waited for
+    std::optional<KeptLoudness> m_measuredEarly; // before the song's record could be read
+    Awaited m_awaited = Awaited::Nothing;        // since when the memory is waited for
     bool m_isSetting = false;
 };
 

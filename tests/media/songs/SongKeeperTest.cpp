@@ -239,6 +239,35 @@ TEST_F(SongKeeperCase, WhatTheUserSetsBeforeTheFileIsReadHolds)
     EXPECT_EQ(Tune(), (SongTune{4, 0}));
 }
 
+TEST_F(SongKeeperCase, WhatIsMeasuredBeforeTheFileIsReadLeavesTheTuneAndIsKeptThen)
+{
+    SwitchOn();
+    Open(1);
+    m_audio.SetPitch(-3, true);
+    m_keeper.RememberTunes(false);
+
+    m_file->Hang(true);
+    m_keeper.RememberTunes(true);
+    m_keeper.EvenOut(true);
+    Clear();
+    AudioClip clip;
+    clip.Kind = ClipKind::Data;
+    clip.Data = SoundImage(std::vector<std::uint8_t>(100, 5));
+    m_track.PacketStore.Add(packets::Tile({.colour1 = 1, .row = 1, .rows = {1}}));
+    m_track.ClipList.Add(clip);
+    m_keeper.SongOpens();
+    m_engine.Meter.Tell({.lufs = -11, .truePeak = 1, .isWhole = true});
+    m_file->Hang(false);
+    Settle();
+    EXPECT_EQ(Tune(), (SongTune{-3, 0}));
+    m_keeper.End();
+    const SongRecords kept = m_file->Records();
+    ASSERT_EQ(kept.size(), 1);
+    EXPECT_EQ(kept.begin()->tune, (SongTune{-3, 0}));
+    ASSERT_TRUE(kept.begin()->loudness);
+    EXPECT_EQ(kept.begin()->loudness->lufs, -11);
+}
+
 TEST_F(SongKeeperCase, AForgottenSongGoesBackToNeutralAndTheOthersStay)
 {
     SwitchOn();
