@@ -10,6 +10,10 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
+#include <memory>
+#include <new>
+#include <type_traits>
+#include <utility>
 #include <vector>
 
 // What a track is, whatever file it came from: every packet of its picture, and its audio
@@ -33,6 +37,40 @@ struct CdgPacket {
 inline constexpr std::size_t kPacketSize = 24;
 static_assert(sizeof(CdgPacket) == kPacketSize && alignof(CdgPacket) == 1);
 
+// Memory that the system gives as zeros: a page of it takes none before something is written there.
+// For elements of which zero bytes are a new one.
+template <typename Element>
+struct BlankMemory {
+    using value_type = Element;
+
+    BlankMemory() = default;
+    template <typename Other>
+    BlankMemory(const BlankMemory<Other>&) noexcept
+    {
+    }
+
+    Element* allocate(std::size_t count)
+    {
+        void* const memory = std::calloc(count, sizeof(Element));
+        if (!memory)
+            throw std::bad_alloc();
+        return static_cast<Element*>(memory);
+    }
+    void deallocate(Element* memory, std::size_t) noexcept { std::free(memory); }
+
+    template <typename Other>
+    void construct(Other*) // it is there
+    {
+    }
+    template <typename Other, typename... Arguments>
+    void construct(Other* place, Arguments&&... arguments)
+    {
+        ::new (static_cast<void*>(place)) Other(std::forward<Arguments>(arguments)...);
+    }
+
+    bool operator==(const BlankMemory&) const = default;
+};
+
 // An array whose first index is 1. An index outside it is a bug of ours and ends the program.
 template <typename Element>
 class OneBasedArray {
@@ -45,9 +83,15 @@ public:
 
     void Add(Element element) { m_elements.push_back(std::move(element)); }
     // New elements are value-initialised: a packet of zero bytes, which does nothing.
-    void Resize(std::int32_t count) { m_elements.resize(static_cast<std::size_t>(count)); }
+    void Resize(std::int32_t count)
+    {
+        // What goes is new again, should it come back.
+        for (std::int32_t index = count; index < Count(); ++index)
+            m_elements[static_cast<std::size_t>(index)] = Element();
+        m_elements.resize(static_cast<std::size_t>(count));
+    }
     // Gives the memory back, too.
-    void Erase() { std::vector<Element>().swap(m_elements); }
+    void Erase() { Elements().swap(m_elements); }
 
     Element* Data() { return m_elements.data(); }
     auto begin() const { return m_elements.begin(); }
@@ -61,7 +105,11 @@ private:
         return static_cast<std::size_t>(index) - 1;
     }
 
-    std::vector<Element> m_elements;
+    using Memory = std::conditional_t<std::is_trivially_copyable_v<Element>, BlankMemory<Element>,
+                                      std::allocator<Element>>;
+    using Elements = std::vector<Element, Memory>;
+
+    Elements m_elements;
 };
 
 enum class ClipKind { File, Data };

@@ -4,12 +4,12 @@
 #include "DecodedSound.h"
 #include "DecodedStream.h"
 #include "Encodings.h"
+#include "OwnMemory.h"
 #include "WatchedBytes.h"
 
 #include <array>
 #include <cerrno>
 #include <cmath>
-#include <fstream>
 #include <map>
 #include <numbers>
 #include <random>
@@ -164,17 +164,6 @@ TEST(WindowedSound, ADamagedSoundIsTheSameFromAnyPlaceOn)
     }
 }
 
-std::int64_t ResidentKibibytes()
-{
-    std::ifstream status("/proc/self/status");
-    for (std::string word; status >> word;) {
-        std::int64_t size = 0;
-        if (word == "RssAnon:" && status >> size)
-            return size;
-    }
-    return 0;
-}
-
 TEST(WindowedSound, AnHourTakesNoMoreMemoryThanSomeMinutes)
 {
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
@@ -184,7 +173,7 @@ TEST(WindowedSound, AnHourTakesNoMoreMemoryThanSomeMinutes)
     Bytes image;
     for (int i = 0; i < 180; ++i)
         image.insert(image.end(), once.begin(), once.end());
-    const std::int64_t before = ResidentKibibytes();
+    const std::int64_t before = test::OwnKibibytes();
     const auto decoder = SoundDecoder::OpenMemory(image);
     ASSERT_TRUE(decoder);
     WaitForEnd(*decoder);
@@ -192,7 +181,7 @@ TEST(WindowedSound, AnHourTakesNoMoreMemoryThanSomeMinutes)
     EXPECT_GT(decoder->FrameCount(), rate * 3600);
     EXPECT_EQ(decoder->CutBy(), 0);
     ReadInPieces(*decoder, rate * 2400, rate * 100);
-    EXPECT_LT(ResidentKibibytes() - before, 12 * 1024);
+    EXPECT_LT(test::OwnKibibytes() - before, 12 * 1024);
 }
 
 // What is read goes on for so long when nothing more can be decoded.
@@ -204,7 +193,7 @@ TEST(WindowedSound, TenSecondsAreDecodedAheadOfTheReader)
     WaitForEnd(*decoder);
     for (const int second : {0, 3, 30, 31, 150, 20, 77}) {
         ReadInPieces(*decoder, std::int64_t{kRate} * second, kRate);
-        std::this_thread::sleep_for(100ms);
+        std::this_thread::sleep_for(400ms);
         std::vector<float> ahead(2 * 441);
         EXPECT_EQ(decoder->Read(std::int64_t{kRate} * (second + 10), ahead).frames, 441) << second;
     }
