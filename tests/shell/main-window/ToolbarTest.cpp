@@ -10,7 +10,7 @@
 namespace lantern {
 namespace {
 
-using Commands = std::initializer_list<CommandId>;
+using CommandList = std::initializer_list<CommandId>;
 
 class ToolbarTest : public ToolbarFixture {};
 
@@ -92,11 +92,12 @@ TEST_F(ToolbarTest, ANarrowBarHidesTheSizesAndNothingElse)
     Show();
     EXPECT_FALSE(toolbar.TBarZoom().isVisible());
     for (const CommandId command :
-         Commands{CommandId::Size1, CommandId::Size2, CommandId::Size3, CommandId::Size4,
-                  CommandId::Size5, CommandId::FullScreen})
+         CommandList{CommandId::Size1, CommandId::Size2, CommandId::Size3, CommandId::Size4,
+                     CommandId::Size5, CommandId::FullScreen})
         EXPECT_FALSE(toolbar.tBtn(command).isVisible()) << NumberOf(command);
-    for (const CommandId command : Commands{CommandId::Larger, CommandId::Smaller, CommandId::Exit,
-                                            CommandId::Mute, CommandId::Options})
+    for (const CommandId command :
+         CommandList{CommandId::Larger, CommandId::Smaller, CommandId::Exit, CommandId::Mute,
+                     CommandId::Options})
         EXPECT_TRUE(toolbar.tBtn(command).isVisible()) << NumberOf(command);
     SetWidth(kWide);
     EXPECT_TRUE(toolbar.tBtn(CommandId::Size5).isVisible());
@@ -106,10 +107,10 @@ TEST_F(ToolbarTest, InANarrowWindowTheLeftGroupCanStillBeClicked)
 {
     SetWidth(kNarrow);
     Show();
-    for (const CommandId command :
-         Commands{CommandId::Open, CommandId::Stop, CommandId::QuickPlay, CommandId::Back10Seconds,
-                  CommandId::Forward10Seconds, CommandId::CopyPicture, CommandId::Options,
-                  CommandId::Mute, CommandId::Larger, CommandId::Smaller, CommandId::Exit})
+    for (const CommandId command : CommandList{
+             CommandId::Open, CommandId::Stop, CommandId::QuickPlay, CommandId::Back10Seconds,
+             CommandId::Forward10Seconds, CommandId::CopyPicture, CommandId::Options,
+             CommandId::Mute, CommandId::Larger, CommandId::Smaller, CommandId::Exit})
         ClickAt(FreePlaceOf(command));
     EXPECT_EQ(clicks,
               (std::vector<CommandId>{CommandId::Open, CommandId::Stop, CommandId::QuickPlay,
