@@ -172,6 +172,8 @@ void SongKeeper::SetTune(const SongTune& tune)
         m_audio.SetPitch(tune.keyPitch, false);
     if (now.speed != tune.speed)
         m_audio.SetSpeed(tune.speed, false);
+    if (now != tune && TuneSet)
+        TuneSet();
 }
 
 void SongKeeper::ForgetSong()

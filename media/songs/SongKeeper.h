@@ -44,6 +44,8 @@ public:
     // Both off, as at the start, once what has changed is kept.
     void End();
 
+    // Called when the keeper, and no hand, has set key or speed.
+    std::function<void()> TuneSet;
     // Called once, if songs can't be remembered, with why not.
     std::function<void(const QString& reason)> Trouble;
 

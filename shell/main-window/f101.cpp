@@ -97,6 +97,8 @@ void f101::ConnectParts()
     };
     m_stage.Changed = [this](const StageSettings& settings) { ActOnStage(settings); };
     m_stage.SaveFailed = ShowFileError;
+    // A slider that the next refresh moved would take the wheel along.
+    m_songs.TuneSet = [this] { m_refresh.SetOptions(m_options.get()); };
     m_songs.Trouble = [this](const QString& reason) { ShowStatus(reason); };
     m_timer1.callOnTimeout(this, [this] { UpdatePlayer(); });
     m_paintTimer.setSingleShot(true);

@@ -95,6 +95,26 @@ TEST_F(WindowSongsTest, EachSongOpensWithItsOwnKeyAndSpeedBeforeItSounds)
     EXPECT_LT(place("SetEngineTempo 10"), place("StartSound"));
 }
 
+TEST_F(WindowSongsTest, ASongsOwnKeyAndSpeedLeaveTheWheelAsItIs)
+{
+    WriteStage("remembertunes\tY\r\n");
+    const QString first = MakeSong(1);
+    Load(first);
+    SettleSongs();
+    Sing(-2, 10);
+    window.UpdatePlayer();
+    window.SetWheelType(WheelMode::Volume);
+    window.OpenMedia(MakeSong(2));
+    window.UpdatePlayer();
+    window.OpenMedia(first);
+    window.UpdatePlayer();
+    const float before = engine.Volume;
+    window.MouseWheel(0, -1, 0, 0);
+    EXPECT_LT(engine.Volume, before);
+    EXPECT_EQ(engine.Pitch, -2);
+    EXPECT_EQ(engine.Tempo, 10);
+}
+
 TEST_F(WindowSongsTest, TheNextRunKnowsTheSongsUnderWhateverName)
 {
     const QString song = MakeSong(1);
