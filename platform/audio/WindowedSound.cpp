@@ -31,6 +31,8 @@ constexpr std::int64_t LeastAhead(std::int64_t window)
 constexpr int kNearMs = 5000;
 // A change of the key is led in with what precedes the place.
 constexpr int kBeforeMs = 250;
+// A file that fails is tried again after so much has been read.
+constexpr int kRetryMs = 2000;
 
 std::int64_t WindowFrames(const DecodedStream& stream)
 {
@@ -177,7 +179,7 @@ bool WindowedSound::FillWindow(std::int64_t read)
     m_filling = (m_filling && ahead < Ahead(m_window.CapacityFrames())) ||
                 ahead < LeastAhead(m_window.CapacityFrames());
     const bool countBringsIt = !m_ended && m_window.NextFrame() == m_index.Frames();
-    return m_filling && !countBringsIt && !HoldsTheRest() && Extend();
+    return m_filling && !countBringsIt && !HoldsTheRest() && Extend(read);
 }
 
 bool WindowedSound::HoldsTheRest() const
@@ -197,7 +199,7 @@ bool WindowedSound::Leap(std::int64_t read)
     if (!BeginAt(std::max<std::int64_t>(read - FramesIn(kBeforeMs), 0)))
         return false;
     m_window.Restart(m_follower.NextFrame());
-    return Extend();
+    return Extend(read);
 }
 
 bool WindowedSound::BeginAt(std::int64_t frame)
@@ -210,7 +212,7 @@ bool WindowedSound::BeginAt(std::int64_t frame)
     return isPossible;
 }
 
-bool WindowedSound::Extend()
+bool WindowedSound::Extend(std::int64_t read)
 {
     const std::int64_t next = m_window.NextFrame();
     const bool isOvertaken = !m_follower.IsProven() && next < m_index.Frames();
@@ -222,6 +224,7 @@ bool WindowedSound::Extend()
     const SoundFollower::Step step = m_follower.Next();
     switch (step.outcome) {
     case SoundFollower::Outcome::Frames: {
+        m_failing = false;
         const auto skipped =
             static_cast<std::size_t>(next - first) * StereoFrameSize(m_index.Kind());
         m_window.Append(step.frames.subspan(std::min(skipped, step.frames.size())));
@@ -234,9 +237,14 @@ bool WindowedSound::Extend()
     case SoundFollower::Outcome::End:
         break;
     }
-    if (!m_sound.limit->Reached()) {
+    // More is known to be there: a share or a drive may only be away for a while.
+    m_failing = m_follower.IsProven();
+    const bool mayWait = m_failing && read + FramesIn(kRetryMs) < next;
+    if (mayWait)
+        m_follower.Leave(); // and is begun anew
+    if (!mayWait && !m_sound.limit->Reached()) {
         m_window.SetEnd(true);
-        if (m_follower.IsProven())
+        if (m_failing)
             m_trouble.store(EIO, std::memory_order_relaxed);
     }
     return false;
@@ -250,7 +258,7 @@ void WindowedSound::SetCalm(std::int64_t read)
     const std::int64_t least = LeastAhead(m_window.CapacityFrames());
     Calm calm = {first, HoldsTheRest() ? kEver : next - least + 1};
     if (read < calm.from || read >= calm.until)
-        calm = {read, read + 1};
+        calm = {read, m_failing ? std::clamp(next, read + 1, read + FramesIn(kRetryMs)) : read + 1};
     m_calmFrom.store(calm.from);
     m_calmUntil.store(calm.until);
 }

@@ -49,7 +49,7 @@ private:
     bool FillWindow(std::int64_t read);
     bool Leap(std::int64_t read);
     bool BeginAt(std::int64_t frame);
-    bool Extend();
+    bool Extend(std::int64_t read);
     bool HoldsTheRest() const;
     void SetCalm(std::int64_t read);
     std::int64_t FramesIn(int milliseconds) const
@@ -75,6 +75,7 @@ private:
     SoundFollower m_follower;
     std::int64_t m_impossibleFrom = std::numeric_limits<std::int64_t>::max();
     bool m_filling = false;
+    bool m_failing = false; // what is known to be there can't be read
 
     std::thread m_thread; // last: it uses all of the above
 };

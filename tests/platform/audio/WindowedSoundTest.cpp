@@ -8,6 +8,7 @@
 #include "WatchedBytes.h"
 
 #include <array>
+#include <atomic>
 #include <cerrno>
 #include <cmath>
 #include <map>
@@ -197,6 +198,52 @@ TEST(WindowedSound, TenSecondsAreDecodedAheadOfTheReader)
         std::vector<float> ahead(2 * 441);
         EXPECT_EQ(decoder->Read(std::int64_t{kRate} * (second + 10), ahead).frames, 441) << second;
     }
+}
+
+// A share that does not answer for a while.
+class FailingBytes final : public ByteSource {
+public:
+    FailingBytes(Bytes bytes, const std::atomic<bool>& fails)
+        : m_bytes(std::move(bytes)), m_fails(fails)
+    {
+    }
+
+    std::int64_t Size() const override { return static_cast<std::int64_t>(m_bytes.size()); }
+    std::size_t ReadAt(std::int64_t offset, std::span<std::uint8_t> out) const override
+    {
+        const auto first = m_fails ? m_bytes.size() : static_cast<std::size_t>(offset);
+        const auto rest = std::span(m_bytes).subspan(std::min(first, m_bytes.size()));
+        const auto part = rest.first(std::min(rest.size(), out.size()));
+        std::ranges::copy(part, out.begin());
+        return part.size();
+    }
+
+private:
+    const Bytes m_bytes;
+    const std::atomic<bool>& m_fails;
+};
+
+TEST(WindowedSound, AFileThatFailsForAWhilePlaysOn)
+{
+    const Pcm music = MakeMusic(kRate, 2, 60);
+    const std::vector<float> all = StereoFloats(music);
+    std::atomic<bool> fails = false;
+    const auto decoder =
+        SoundDecoder::Open(std::make_unique<FailingBytes>(WavImage(music), fails), 400ms);
+    ASSERT_TRUE(decoder);
+    WaitForEnd(*decoder);
+    const std::vector<float> before = ReadInPieces(*decoder, 0, kRate);
+    std::this_thread::sleep_for(50ms);
+    fails = true;
+    for (int second = 1; second < 40; ++second) {
+        fails = second < 28;
+        std::this_thread::sleep_for(10ms);
+        const auto first = static_cast<std::size_t>(second) * 2 * kRate;
+        EXPECT_TRUE(std::ranges::equal(ReadInPieces(*decoder, std::int64_t{kRate} * second, kRate),
+                                       std::span(all).subspan(first, std::size_t{2} * kRate)))
+            << second;
+    }
+    EXPECT_EQ(decoder->CutBy(), 0);
 }
 
 } // namespace
