@@ -40,7 +40,8 @@ TEST(FullDisk, WhatHasBeenDecodedPlaysAndTheCauseIsTold)
             return;
         const auto decoder = SoundDecoder::OpenMemory(image);
         ASSERT_TRUE(decoder);
-        EXPECT_EQ(decoder->FrameCount(), kCutFrames);
+        // On a slow machine the length is an estimate until all has been decoded.
+        EXPECT_NEAR(static_cast<double>(decoder->FrameCount()), kCutFrames, 0.02 * kCutFrames);
         WaitForEnd(*decoder);
         EXPECT_EQ(decoder->CutBy(), ENOSPC);
         EXPECT_EQ(decoder->FrameCount(), kFramesInMemory);
