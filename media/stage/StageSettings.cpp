@@ -34,11 +34,6 @@ void Read(const QString& text, VoiceGuide& value)
     value = found == kGuideNames.end() ? VoiceGuide::Both : found->guide;
 }
 
-void Read(const QString& text, QString& value)
-{
-    value = text;
-}
-
 QString Written(bool value)
 {
     return value ? QStringLiteral("Y") : QString();
@@ -48,11 +43,6 @@ QString Written(VoiceGuide value)
 {
     const auto* const found = std::ranges::find(kGuideNames, value, &GuideName::guide);
     return found == kGuideNames.end() ? QString() : found->name.toString();
-}
-
-QString Written(const QString& value)
-{
-    return value;
 }
 
 // A delay that is no whole number of milliseconds, or too long, is none.

@@ -34,8 +34,7 @@ inline constexpr QStringView kStageSection = u"stage";
 
 struct StageSettingRow {
     QStringView key;
-    std::variant<bool StageSettings::*, VoiceGuide StageSettings::*, QString StageSettings::*>
-        field;
+    std::variant<bool StageSettings::*, VoiceGuide StageSettings::*> field;
 };
 
 // Each field that is one value, by its key in the file.
