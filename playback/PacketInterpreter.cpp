@@ -9,10 +9,7 @@ namespace lantern {
 
 namespace {
 
-// Every field has six bits at most; the two above them belong to the P and Q channels.
-constexpr std::uint8_t kSymbolMask = 0x3F;
 constexpr std::uint8_t kColourMask = 0x0F;
-constexpr std::uint8_t kGraphicsCommand = 9;
 
 // A paint at every so many packets: 20 a second.
 constexpr PacketIndex kRepaintInterval = 15;
@@ -87,31 +84,31 @@ void PacketInterpreter::ClearPicture()
 bool PacketInterpreter::Interpret(bool repaint)
 {
     m_picture.CurrentPacket.Instruction &= kSymbolMask;
-    const auto instruction = static_cast<Instruction>(m_picture.CurrentPacket.Instruction);
+    const auto instruction = static_cast<CdgInstruction>(m_picture.CurrentPacket.Instruction);
     switch (instruction) {
-    case Instruction::MemoryPreset:
+    case CdgInstruction::MemoryPreset:
         MemoryPreset();
         return repaint;
-    case Instruction::BorderPreset:
+    case CdgInstruction::BorderPreset:
         BorderPreset();
         return true;
-    case Instruction::TileBlock:
-    case Instruction::TileBlockXor:
-        TileBlock(instruction == Instruction::TileBlockXor);
+    case CdgInstruction::TileBlock:
+    case CdgInstruction::TileBlockXor:
+        TileBlock(instruction == CdgInstruction::TileBlockXor);
         return repaint;
-    case Instruction::ScrollPreset:
-    case Instruction::ScrollCopy:
+    case CdgInstruction::ScrollPreset:
+    case CdgInstruction::ScrollCopy:
         Scroll(instruction);
         return repaint;
     // The low half of the table holds back even a paint that is due, so that a low load and the
     // high one that follows are shown as one.
-    case Instruction::LoadColourTableLow:
+    case CdgInstruction::LoadColourTableLow:
         LoadColourTable(0);
         return false;
-    case Instruction::LoadColourTableHigh:
+    case CdgInstruction::LoadColourTableHigh:
         LoadColourTable(kColourCount / 2);
         return true;
-    case Instruction::DefineTransparentColour:
+    case CdgInstruction::DefineTransparentColour:
         break;
     }
     return repaint;
@@ -150,7 +147,7 @@ void PacketInterpreter::TileBlock(bool exclusive)
     m_picture.PictureDirty = true;
 }
 
-void PacketInterpreter::Scroll(Instruction instruction)
+void PacketInterpreter::Scroll(CdgInstruction instruction)
 {
     const auto& data = m_picture.CurrentPacket.PacketData;
     const int colour = data[0] & kColourMask;
@@ -172,10 +169,10 @@ void PacketInterpreter::Scroll(Instruction instruction)
 
 // The strip that leaves the picture comes in again on the far side. A preset colours it, a copy
 // lets it wrap as it is.
-void PacketInterpreter::FillScrollEdge(Instruction instruction, int minX, int maxX, int minY,
+void PacketInterpreter::FillScrollEdge(CdgInstruction instruction, int minX, int maxX, int minY,
                                        int maxY, int colour)
 {
-    if (instruction != Instruction::ScrollPreset)
+    if (instruction != CdgInstruction::ScrollPreset)
         return;
     m_buffers.FGsetcolor(colour);
     m_buffers.FGrect(minX, maxX, minY, maxY);

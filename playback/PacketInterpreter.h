@@ -22,26 +22,12 @@ public:
     void ClearPicture();
 
 private:
-    // The codes that the disc standard names. DefineTransparentColour and unknown codes are passed
-    // over.
-    enum class Instruction : std::uint8_t {
-        MemoryPreset = 1,
-        BorderPreset = 2,
-        TileBlock = 6,
-        ScrollPreset = 20,
-        ScrollCopy = 24,
-        DefineTransparentColour = 28,
-        LoadColourTableLow = 30,
-        LoadColourTableHigh = 31,
-        TileBlockXor = 38,
-    };
-
     bool Interpret(bool repaint);
     void MemoryPreset();
     void BorderPreset();
     void TileBlock(bool exclusive);
-    void Scroll(Instruction instruction);
-    void FillScrollEdge(Instruction instruction, int minX, int maxX, int minY, int maxY,
+    void Scroll(CdgInstruction instruction);
+    void FillScrollEdge(CdgInstruction instruction, int minX, int maxX, int minY, int maxY,
                         int colour);
     void LoadColourTable(int baseEntry);
 

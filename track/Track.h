@@ -34,6 +34,33 @@ struct CdgPacket {
 
     bool operator==(const CdgPacket&) const = default;
 };
+// Every field has six bits at most; the two above them belong to the P and Q channels.
+inline constexpr std::uint8_t kSymbolMask = 0x3F;
+
+// The codes of the disc standard: the command of a packet that changes the picture, and what the
+// instruction of such a packet may be.
+inline constexpr std::uint8_t kGraphicsCommand = 9;
+enum class CdgInstruction : std::uint8_t {
+    MemoryPreset = 1,
+    BorderPreset = 2,
+    TileBlock = 6,
+    ScrollPreset = 20,
+    ScrollCopy = 24,
+    DefineTransparentColour = 28,
+    LoadColourTableLow = 30,
+    LoadColourTableHigh = 31,
+    TileBlockXor = 38,
+};
+
+// A packet of that kind whose data are zeros.
+inline CdgPacket GraphicsPacket(CdgInstruction instruction)
+{
+    CdgPacket packet;
+    packet.Command = kGraphicsCommand;
+    packet.Instruction = static_cast<std::uint8_t>(instruction);
+    return packet;
+}
+
 inline constexpr std::size_t kPacketSize = 24;
 static_assert(sizeof(CdgPacket) == kPacketSize && alignof(CdgPacket) == 1);
 

@@ -17,12 +17,6 @@ namespace {
 
 constexpr auto kAlgorithm = QCryptographicHash::Blake2b_160;
 
-// Of each byte of a packet, what belongs to the picture.
-constexpr std::uint8_t kPictureBits = 0x3F;
-constexpr std::uint8_t kPictureCommand = 9;
-constexpr std::uint8_t kTileBlock = 6;
-constexpr std::uint8_t kTileBlockXor = 38;
-
 // A sound of up to all the pieces is read whole.
 constexpr std::int64_t kPieceBytes = std::int64_t{32} << 10;
 constexpr std::int64_t kPieces = 16;
@@ -54,13 +48,14 @@ PacketDigest DigestOf(const OneBasedArray<CdgPacket>& packets)
     std::vector<std::uint8_t> kept;
     kept.reserve(kBatch + kKept);
     for (const CdgPacket& packet : packets) {
-        if ((packet.Command & kPictureBits) != kPictureCommand)
+        if ((packet.Command & kSymbolMask) != kGraphicsCommand)
             continue;
-        const auto instruction = static_cast<std::uint8_t>(packet.Instruction & kPictureBits);
-        digest.draws = digest.draws || instruction == kTileBlock || instruction == kTileBlockXor;
-        kept.push_back(instruction);
+        const auto instruction = static_cast<CdgInstruction>(packet.Instruction & kSymbolMask);
+        digest.draws = digest.draws || instruction == CdgInstruction::TileBlock ||
+                       instruction == CdgInstruction::TileBlockXor;
+        kept.push_back(static_cast<std::uint8_t>(instruction));
         for (const std::uint8_t byte : packet.PacketData)
-            kept.push_back(byte & kPictureBits);
+            kept.push_back(byte & kSymbolMask);
         if (kept.size() >= kBatch) {
             hash.addData(ViewOf(kept));
             kept.clear();

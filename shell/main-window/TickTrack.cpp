@@ -10,11 +10,6 @@
 namespace lantern {
 namespace {
 
-constexpr std::uint8_t kGraphicsCommand = 9; // by the disc standard, as are the codes below
-constexpr std::uint8_t kMemoryPreset = 1;
-constexpr std::uint8_t kBorderPreset = 2;
-// Of the two halves of the colour table, the one whose change is shown at once.
-constexpr std::uint8_t kLoadColoursHigh = 31;
 constexpr std::uint8_t kFirstHighColour = 8;
 
 // Four bits of each, as a packet holds them: RRRRGG GGBBBB.
@@ -26,24 +21,17 @@ constexpr PacketColour kDark = {0b000000, 0b000000};
 constexpr PacketColour kBright = {0b111111, 0b111111};
 constexpr std::uint8_t kShown = 1; // which colour of that half the picture has
 
-CdgPacket PacketOf(std::uint8_t instruction)
+CdgPacket Preset(CdgInstruction instruction)
 {
-    CdgPacket packet;
-    packet.Command = kGraphicsCommand;
-    packet.Instruction = instruction;
-    return packet;
-}
-
-CdgPacket Preset(std::uint8_t instruction)
-{
-    CdgPacket packet = PacketOf(instruction);
+    CdgPacket packet = GraphicsPacket(instruction);
     packet.PacketData[0] = kFirstHighColour + kShown;
     return packet;
 }
 
 CdgPacket Colours(PacketColour shown)
 {
-    CdgPacket packet = PacketOf(kLoadColoursHigh);
+    // Of the two halves of the colour table, the one whose change is shown at once.
+    CdgPacket packet = GraphicsPacket(CdgInstruction::LoadColourTableHigh);
     packet.PacketData[2 * kShown] = shown.high;
     packet.PacketData[2 * kShown + 1] = shown.low;
     return packet;
@@ -95,8 +83,8 @@ Track MakeTickTrack(int msBetween)
     track.TotalLengthMs = tens * 10 * (kTicksOfTrack + 1);
     track.PacketStore.Resize(packetsBetween * (kTicksOfTrack + 1));
     track.PacketStore[1] = Colours(kDark);
-    track.PacketStore[2] = Preset(kMemoryPreset);
-    track.PacketStore[3] = Preset(kBorderPreset);
+    track.PacketStore[2] = Preset(CdgInstruction::MemoryPreset);
+    track.PacketStore[3] = Preset(CdgInstruction::BorderPreset);
     for (int tick = 1; tick <= kTicksOfTrack; ++tick) {
         track.PacketStore[tick * packetsBetween] = Colours(kBright);
         track.PacketStore[tick * packetsBetween + packetsOfFlash] = Colours(kDark);

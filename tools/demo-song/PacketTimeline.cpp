@@ -7,19 +7,10 @@
 namespace lantern::demo {
 namespace {
 
-constexpr std::uint8_t kGraphicsCommand = 9; // by the disc standard, as are the codes below
-
-CdgPacket Instruction(int code)
+CdgPacket Tile(CdgInstruction code, int column, int row, int colour0, int colour1,
+               const TileRows& rows)
 {
-    CdgPacket packet;
-    packet.Command = kGraphicsCommand;
-    packet.Instruction = static_cast<std::uint8_t>(code);
-    return packet;
-}
-
-CdgPacket Tile(int code, int column, int row, int colour0, int colour1, const TileRows& rows)
-{
-    CdgPacket packet = Instruction(code);
+    CdgPacket packet = GraphicsPacket(code);
     packet.PacketData[0] = static_cast<std::uint8_t>(colour0);
     packet.PacketData[1] = static_cast<std::uint8_t>(colour1);
     packet.PacketData[2] = static_cast<std::uint8_t>(row);
@@ -30,9 +21,9 @@ CdgPacket Tile(int code, int column, int row, int colour0, int colour1, const Ti
 }
 
 // Two bytes of six bits an entry: RRRRGG GGBBBB.
-CdgPacket LoadColours(int code, const Palette& palette, std::size_t first)
+CdgPacket LoadColours(CdgInstruction code, const Palette& palette, std::size_t first)
 {
-    CdgPacket packet = Instruction(code);
+    CdgPacket packet = GraphicsPacket(code);
     for (std::size_t i = 0; i < 8; ++i) {
         const Colour colour = palette[first + i];
         packet.PacketData[2 * i] = static_cast<std::uint8_t>(colour.red << 2 | colour.green >> 2);
@@ -46,31 +37,31 @@ CdgPacket LoadColours(int code, const Palette& palette, std::size_t first)
 
 CdgPacket MemoryPreset(int colour)
 {
-    CdgPacket packet = Instruction(1);
+    CdgPacket packet = GraphicsPacket(CdgInstruction::MemoryPreset);
     packet.PacketData[0] = static_cast<std::uint8_t>(colour);
     return packet;
 }
 
 CdgPacket BorderPreset(int colour)
 {
-    CdgPacket packet = Instruction(2);
+    CdgPacket packet = GraphicsPacket(CdgInstruction::BorderPreset);
     packet.PacketData[0] = static_cast<std::uint8_t>(colour);
     return packet;
 }
 
 CdgPacket TileBlock(int column, int row, int colour0, int colour1, const TileRows& rows)
 {
-    return Tile(6, column, row, colour0, colour1, rows);
+    return Tile(CdgInstruction::TileBlock, column, row, colour0, colour1, rows);
 }
 
 CdgPacket TileBlockXor(int column, int row, int colour0, int colour1, const TileRows& rows)
 {
-    return Tile(38, column, row, colour0, colour1, rows);
+    return Tile(CdgInstruction::TileBlockXor, column, row, colour0, colour1, rows);
 }
 
 CdgPacket ScrollPreset(int colour, int verticalCommand, int verticalOffset)
 {
-    CdgPacket packet = Instruction(20);
+    CdgPacket packet = GraphicsPacket(CdgInstruction::ScrollPreset);
     packet.PacketData[0] = static_cast<std::uint8_t>(colour);
     packet.PacketData[2] = static_cast<std::uint8_t>(verticalCommand << 4 | verticalOffset);
     return packet;
@@ -78,12 +69,12 @@ CdgPacket ScrollPreset(int colour, int verticalCommand, int verticalOffset)
 
 CdgPacket LoadLow(const Palette& palette)
 {
-    return LoadColours(30, palette, 0);
+    return LoadColours(CdgInstruction::LoadColourTableLow, palette, 0);
 }
 
 CdgPacket LoadHigh(const Palette& palette)
 {
-    return LoadColours(31, palette, 8);
+    return LoadColours(CdgInstruction::LoadColourTableHigh, palette, 8);
 }
 
 PacketTimeline::PacketTimeline(double seconds)

@@ -22,10 +22,9 @@ struct FrameRequest {
     PictureLook look = PictureLook::Sharp;
 };
 
-// Writes the picture at each packet: what the window would show as a PNG, in its
-// own size or scaled, or, raw, the whole
-// picture's colour indexes as a PGM with the colours in a text file beside it. The result is an
-// error message, empty on success.
+// Writes the picture at each packet: what the window would show as a PNG, in its own size or
+// scaled, or, raw, the whole picture's colour indexes as a PGM with the colours in a text file
+// beside it. The result is an error message, empty on success.
 [[nodiscard]] QString WriteFrames(const Track& track, const FrameRequest& request);
 
 } // namespace lantern::tool
