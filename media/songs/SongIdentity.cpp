@@ -9,7 +9,6 @@
 
 #include <algorithm>
 #include <span>
-#include <unistd.h>
 #include <vector>
 
 namespace lantern {
@@ -89,8 +88,7 @@ public:
             return m_image.subspan(static_cast<std::size_t>(offset),
                                    static_cast<std::size_t>(size));
         m_piece.resize(static_cast<std::size_t>(size));
-        const ssize_t came = pread(m_file->Descriptor(), m_piece.data(), m_piece.size(), offset);
-        return std::span(m_piece).first(static_cast<std::size_t>(std::max<ssize_t>(came, 0)));
+        return std::span(m_piece).first(m_file->ReadAt(offset, m_piece));
     }
 
 private:

@@ -40,4 +40,19 @@ std::size_t NativeFile::Read(std::span<std::uint8_t> bytes)
     return came > 0 ? static_cast<std::size_t>(came) : 0;
 }
 
+std::size_t NativeFile::ReadAt(std::int64_t offset, std::span<std::uint8_t> bytes) const
+{
+    std::size_t filled = 0;
+    while (filled < bytes.size()) {
+        const auto rest = bytes.subspan(filled);
+        const ssize_t came =
+            TEMP_FAILURE_RETRY(pread(m_descriptor.Number(), rest.data(), rest.size(),
+                                     offset + static_cast<std::int64_t>(filled)));
+        if (came <= 0)
+            break;
+        filled += static_cast<std::size_t>(came);
+    }
+    return filled;
+}
+
 } // namespace lantern

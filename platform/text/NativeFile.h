@@ -20,11 +20,12 @@ public:
     static std::optional<NativeFile> OpenForReading(const QString& path);
 
     std::int64_t Size() const { return m_size; } // when it was opened
-    int Descriptor() const { return m_descriptor.Number(); }
 
     // One read of the system from where the last one ended: the number of bytes that came, 0 at
     // the end of the file and on a failure.
     std::size_t Read(std::span<std::uint8_t> bytes);
+    // From a place on, wherever that was; fills the bytes as far as the file goes.
+    std::size_t ReadAt(std::int64_t offset, std::span<std::uint8_t> bytes) const;
 
 private:
     NativeFile(OwnedDescriptor descriptor, std::int64_t size);

@@ -3,7 +3,6 @@
 
 #include <algorithm>
 #include <limits>
-#include <unistd.h>
 
 namespace lantern {
 
@@ -16,16 +15,8 @@ std::vector<std::uint8_t> ArchiveBytes::Piece(std::uint64_t offset, std::size_t 
 
 std::size_t FileBytes::ReadAt(std::uint64_t offset, std::span<std::uint8_t> bytes) const
 {
-    std::size_t filled = 0;
-    while (filled < bytes.size() && offset + filled <= std::numeric_limits<off_t>::max()) {
-        const auto rest = bytes.subspan(filled);
-        const ssize_t came = pread(m_file.Descriptor(), rest.data(), rest.size(),
-                                   static_cast<off_t>(offset + filled));
-        if (came <= 0)
-            break;
-        filled += static_cast<std::size_t>(came);
-    }
-    return filled;
+    constexpr std::uint64_t kFarthest = std::numeric_limits<std::int64_t>::max();
+    return offset > kFarthest ? 0 : m_file.ReadAt(static_cast<std::int64_t>(offset), bytes);
 }
 
 std::size_t MemoryBytes::ReadAt(std::uint64_t offset, std::span<std::uint8_t> bytes) const

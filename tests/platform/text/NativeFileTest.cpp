@@ -39,6 +39,22 @@ TEST_F(NativeFileTest, ReadsOnFromWhereTheLastReadEnded)
     EXPECT_EQ(file->Read(bytes), 0U);
 }
 
+TEST_F(NativeFileTest, ReadsFromAnyPlaceAsFarAsTheFileGoes)
+{
+    Make("a", "abcde");
+    auto file = NativeFile::OpenForReading(In("a"));
+    ASSERT_TRUE(file);
+    std::array<std::uint8_t, 3> bytes = {};
+    EXPECT_EQ(file->ReadAt(1, bytes), 3U);
+    EXPECT_EQ(bytes, (std::array<std::uint8_t, 3>{'b', 'c', 'd'}));
+    EXPECT_EQ(file->ReadAt(4, bytes), 1U);
+    EXPECT_EQ(bytes[0], 'e');
+    EXPECT_EQ(file->ReadAt(5, bytes), 0U);
+    EXPECT_EQ(file->ReadAt(-1, bytes), 0U);
+    EXPECT_EQ(file->Read(bytes), 3U); // its place is its own
+    EXPECT_EQ(bytes[0], 'a');
+}
+
 TEST_F(NativeFileTest, TheNameIsFoundWhateverItsLetterCase)
 {
     Make("Song.Mp3", "x");
@@ -58,13 +74,13 @@ TEST_F(NativeFileTest, FoldersFifosAndDevicesDontOpen)
 TEST_F(NativeFileTest, TheDescriptorIsClosedForProgramsThatAreStartedAndWhenTheFileGoes)
 {
     Make("a", "x");
-    int descriptor = -1;
+    const int descriptor = dup(STDIN_FILENO); // the lowest that is free
+    close(descriptor);
     {
         auto opened = NativeFile::OpenForReading(In("a"));
         ASSERT_TRUE(opened);
         const NativeFile moved = std::move(*opened);
-        descriptor = moved.Descriptor();
-        EXPECT_NE(fcntl(descriptor, F_GETFD) & FD_CLOEXEC, 0);
+        EXPECT_EQ(fcntl(descriptor, F_GETFD), FD_CLOEXEC);
     }
     EXPECT_EQ(fcntl(descriptor, F_GETFD), -1);
 }
