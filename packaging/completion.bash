@@ -34,15 +34,17 @@ _lantern_tool() {
     local word=${COMP_WORDS[COMP_CWORD]} before=${COMP_WORDS[COMP_CWORD - 1]} options=
     COMPREPLY=()
     case ${COMP_WORDS[1]} in
-    frame) options='--packet --at --out --raw --size --smooth' ;;
-    thumbnail) options='--size --out' ;;
+    info) options='--json' ;;
+    frame) options='--packet --at --out --raw --size --smooth --force' ;;
+    thumbnail) options='--size --out --force' ;;
     esac
+    options+=' --recursive --jobs --quiet'
     if [ "$COMP_CWORD" -eq 1 ]; then
         _lyric_lantern_words 'info frame thumbnail --help --version -h -v' "$word"
     elif [ "$before" = --out ]; then
         compopt -o filenames 2>/dev/null
         mapfile -t COMPREPLY < <(compgen -f -- "$word")
-    elif [[ $before == --packet || $before == --at || $before == --size ]]; then
+    elif [[ $before == --packet || $before == --at || $before == --size || $before == --jobs ]]; then
         return 0
     elif [[ $word == -* ]]; then
         _lyric_lantern_words "$options" "$word"

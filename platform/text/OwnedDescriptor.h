@@ -26,6 +26,8 @@ public:
     }
 
     int Number() const { return m_number; }
+    // It is the caller's to close from here on.
+    int Release() { return std::exchange(m_number, -1); }
     explicit operator bool() const { return m_number >= 0; }
 
 private:

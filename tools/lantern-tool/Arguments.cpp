@@ -1,179 +1,60 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "Arguments.h"
 
-#include "PlaybackClock.h"
-
-#include <QCommandLineParser>
-
-#include <algorithm>
-#include <array>
-#include <cmath>
-#include <limits>
-#include <optional>
+#include "CommandTable.h"
+#include "TrackList.h"
 
 namespace lantern::tool {
 namespace {
 
+constexpr int kMostJobs = 64;
+
 const QCommandLineOption kHelp(QStringList{QStringLiteral("h"), QStringLiteral("help")});
 const QCommandLineOption kVersion(QStringList{QStringLiteral("v"), QStringLiteral("version")});
-const QCommandLineOption kPacket(QStringLiteral("packet"), {}, QStringLiteral("N"));
-const QCommandLineOption kAt(QStringLiteral("at"), {}, QStringLiteral("SECONDS"));
-const QCommandLineOption kOut(QStringLiteral("out"), {}, QStringLiteral("FILE"));
-const QCommandLineOption kRaw(QStringLiteral("raw"));
-const QCommandLineOption kSize(QStringLiteral("size"), {}, QStringLiteral("SIZE"));
-const QCommandLineOption kSmooth(QStringLiteral("smooth"));
-const QList<QCommandLineOption> kCommandOptions = {kPacket, kAt, kOut, kRaw, kSize, kSmooth};
+const QCommandLineOption kRecursive(QStringLiteral("recursive"));
+const QCommandLineOption kQuiet(QStringLiteral("quiet"));
+const QCommandLineOption kJobs(QStringLiteral("jobs"), {}, QStringLiteral("N"));
+// Of all commands.
+const QList<QCommandLineOption> kSharedOptions = {kHelp, kVersion, kRecursive, kQuiet, kJobs};
 
-Arguments Failure(const QString& error)
+// The result is an error message, empty on success.
+QString ReadShared(const QCommandLineParser& parser, SharedOptions& shared)
 {
-    Arguments arguments;
-    arguments.error = error;
-    return arguments;
+    shared.recursive = parser.isSet(kRecursive);
+    shared.quiet = parser.isSet(kQuiet);
+    shared.force = parser.isSet(option::kForce);
+    shared.json = parser.isSet(option::kJson);
+    if (!parser.isSet(kJobs))
+        return {};
+    const QString jobs = parser.value(kJobs);
+    shared.jobs = jobs.toInt(); // 0 for what is no number
+    const bool isPossible = shared.jobs >= 1 && shared.jobs <= kMostJobs;
+    return isPossible ? QString() : BadValue(kJobs, jobs);
 }
 
-Arguments BadSize(const QString& text)
-{
-    return Failure(QStringLiteral("Bad value for --size: '%1'").arg(text));
-}
-
-// Of the form 1920x1280.
-std::optional<QSize> SizeFrom(const QString& text)
-{
-    const QStringList sides = text.split(u'x');
-    if (sides.size() != 2)
-        return std::nullopt;
-    bool isWidth = false;
-    bool isHeight = false;
-    const QSize size(sides[0].toInt(&isWidth), sides[1].toInt(&isHeight));
-    const bool isPossible = isWidth && isHeight && size.width() >= 1 && size.height() >= 1 &&
-                            size.width() <= kLargestFrame && size.height() <= kLargestFrame;
-    return isPossible ? std::optional(size) : std::nullopt;
-}
-
-std::optional<PacketIndex> PacketFromNumber(const QString& text)
-{
-    bool isNumber = false;
-    const int packet = text.toInt(&isNumber);
-    return isNumber && packet >= 0 ? std::optional<PacketIndex>(packet) : std::nullopt;
-}
-
-std::optional<PacketIndex> PacketFromSeconds(const QString& text)
-{
-    bool isNumber = false;
-    const double positionMs = std::round(text.toDouble(&isNumber) * 1000);
-    // A NaN is not in the range, either.
-    if (!isNumber || !(positionMs >= 0 && positionMs <= std::numeric_limits<std::int32_t>::max()))
-        return std::nullopt;
-    return PacketsFromMs(static_cast<std::int32_t>(positionMs));
-}
-
-// The packets of one of the two options; nothing in the result and no error if it wasn't given.
-template <typename Read>
-QString ReadPackets(const QCommandLineParser& parser, const QCommandLineOption& option, Read read,
-                    std::vector<PacketIndex>& packets)
-{
-    for (const QString& list : parser.values(option)) {
-        for (const QString& text : list.split(u',')) {
-            const std::optional<PacketIndex> packet = read(text);
-            if (!packet) {
-                return QStringLiteral("Bad value for --%1: '%2'")
-                    .arg(option.names().constFirst(), text);
-            }
-            packets.push_back(*packet);
-        }
-    }
-    return {};
-}
-
-Arguments ParseFrame(const QCommandLineParser& parser)
-{
-    Arguments arguments;
-    arguments.command = Command::Frame;
-    FrameRequest& frame = arguments.frame;
-    if (parser.isSet(kPacket) == parser.isSet(kAt))
-        return Failure(QStringLiteral("frame needs either --packet or --at"));
-    arguments.error = ReadPackets(parser, kPacket, PacketFromNumber, frame.packets);
-    if (arguments.error.isEmpty())
-        arguments.error = ReadPackets(parser, kAt, PacketFromSeconds, frame.packets);
-    if (!arguments.error.isEmpty())
-        return arguments;
-
-    frame.out = parser.value(kOut);
-    frame.raw = parser.isSet(kRaw);
-    if (parser.isSet(kSize)) {
-        const std::optional<QSize> size = SizeFrom(parser.value(kSize));
-        if (!size)
-            return BadSize(parser.value(kSize));
-        frame.size = *size;
-    }
-    if (parser.isSet(kSmooth))
-        frame.look = PictureLook::Smooth;
-    if (parser.isSet(kSmooth) && !parser.isSet(kSize))
-        return Failure(QStringLiteral("--smooth needs --size"));
-    if (frame.raw && parser.isSet(kSize))
-        return Failure(QStringLiteral("--raw has a size of its own"));
-    if (frame.out.isEmpty())
-        return Failure(QStringLiteral("frame needs --out FILE"));
-    if (frame.packets.size() > 1 && !frame.out.contains(QStringLiteral("%d")))
-        return Failure(QStringLiteral("several frames need a %d in --out"));
-    return arguments;
-}
-
-Arguments ParseThumbnail(const QCommandLineParser& parser)
-{
-    constexpr int kLargest = 4096;
-    Arguments arguments;
-    arguments.command = Command::Thumbnail;
-    ThumbnailRequest& thumbnail = arguments.thumbnail;
-    if (parser.isSet(kSize)) {
-        const QString text = parser.value(kSize);
-        thumbnail.size = PacketFromNumber(text).value_or(0);
-        if (thumbnail.size < 1 || thumbnail.size > kLargest)
-            return BadSize(text);
-    }
-    thumbnail.out = parser.value(kOut);
-    if (thumbnail.out.isEmpty())
-        return Failure(QStringLiteral("thumbnail needs --out FILE"));
-    return arguments;
-}
-
-Arguments ParseInfo(const QCommandLineParser&)
-{
-    Arguments arguments;
-    arguments.command = Command::Info;
-    return arguments;
-}
-
-struct CommandRow {
-    QString name;
-    QStringList options; // those that it takes
-    Arguments (*parse)(const QCommandLineParser&);
-};
-const std::array kCommands = {
-    CommandRow{QStringLiteral("info"), {}, ParseInfo},
-    CommandRow{QStringLiteral("frame"),
-               {QStringLiteral("packet"), QStringLiteral("at"), QStringLiteral("out"),
-                QStringLiteral("raw"), QStringLiteral("size"), QStringLiteral("smooth")},
-               ParseFrame},
-    CommandRow{QStringLiteral("thumbnail"),
-               {QStringLiteral("size"), QStringLiteral("out")},
-               ParseThumbnail},
-};
-
-Arguments ParseCommand(const QCommandLineParser& parser)
+void ReadCommand(const QCommandLineParser& parser, Arguments& arguments)
 {
     const QString command = parser.positionalArguments().value(0);
-    if (command.isEmpty())
-        return Failure(QStringLiteral("no command; try --help"));
-    const auto* row = std::ranges::find(kCommands, command, &CommandRow::name);
-    if (row == kCommands.end())
-        return Failure(QStringLiteral("Unknown command '%1'").arg(command));
-    for (const QCommandLineOption& option : kCommandOptions) {
-        const QString name = option.names().constFirst();
-        if (parser.isSet(option) && !row->options.contains(name))
-            return Failure(QStringLiteral("--%1 is not for %2").arg(name, command));
+    const CommandRow* const row = FindCommand(command);
+    if (!row) {
+        arguments.error = command.isEmpty() ? QStringLiteral("no command; try --help")
+                                            : QStringLiteral("Unknown command '%1'").arg(command);
+        return;
     }
-    return row->parse(parser);
+    arguments.errorCode = row->failureCode;
+    for (const QCommandLineOption& option : CommandOptions()) {
+        const QString name = option.names().constFirst();
+        if (parser.isSet(option) && !row->options.contains(name)) {
+            arguments.error = QStringLiteral("--%1 is not for %2").arg(name, command);
+            return;
+        }
+    }
+    arguments.error = ReadShared(parser, arguments.shared);
+    if (!arguments.error.isEmpty())
+        return;
+    ParsedCommand parsed = row->parse(parser, arguments.shared);
+    arguments.command = std::move(parsed.command);
+    arguments.error = parsed.error;
 }
 
 } // namespace
@@ -181,21 +62,23 @@ Arguments ParseCommand(const QCommandLineParser& parser)
 Arguments ParseArguments(const QStringList& commandLine)
 {
     QCommandLineParser parser;
-    parser.addOptions(QList<QCommandLineOption>{kHelp, kVersion} + kCommandOptions);
-    if (!parser.parse(commandLine))
-        return Failure(parser.errorText());
+    parser.addOptions(kSharedOptions + CommandOptions());
     Arguments arguments;
-    if (parser.isSet(kHelp) || parser.isSet(kVersion)) {
-        arguments.command = parser.isSet(kHelp) ? Command::Help : Command::Version;
+    if (!parser.parse(commandLine)) {
+        arguments.error = parser.errorText();
+        const CommandRow* const row = FindCommand(parser.positionalArguments().value(0));
+        arguments.errorCode = row ? row->failureCode : 1;
         return arguments;
     }
-    arguments = ParseCommand(parser);
-    const QStringList words = parser.positionalArguments();
-    if (arguments.error.isEmpty() && words.size() != 2) {
-        return Failure(words.size() < 2 ? QStringLiteral("no track")
-                                        : QStringLiteral("more than one track"));
+    if (parser.isSet(kHelp) || parser.isSet(kVersion)) {
+        arguments.wish = parser.isSet(kHelp) ? Wish::Help : Wish::Version;
+        return arguments;
     }
-    arguments.track = words.value(1);
+    arguments.tracks = parser.positionalArguments().mid(1);
+    arguments.shared.several = NamesSeveral(arguments.tracks);
+    ReadCommand(parser, arguments);
+    if (arguments.error.isEmpty() && arguments.tracks.isEmpty())
+        arguments.error = QStringLiteral("no track");
     return arguments;
 }
 

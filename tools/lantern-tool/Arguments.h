@@ -1,26 +1,24 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "FrameWriter.h"
+#include "TrackCommand.h"
 
 #include <QString>
 #include <QStringList>
 
+#include <memory>
+
 namespace lantern::tool {
 
-enum class Command { Help, Version, Info, Frame, Thumbnail };
-
-struct ThumbnailRequest {
-    int size = 256; // of the longer side, in pixels
-    QString out;
-};
+enum class Wish { Help, Version, Tracks };
 
 struct Arguments {
-    Command command = Command::Help;
-    QString track;
-    FrameRequest frame;
-    ThumbnailRequest thumbnail;
+    Wish wish = Wish::Tracks;
+    std::unique_ptr<TrackCommand> command; // for tracks
+    QStringList tracks;
+    SharedOptions shared;
     QString error; // if it isn't empty, the rest means nothing
+    int errorCode = 1;
 };
 
 // From the command line, the program's name first.

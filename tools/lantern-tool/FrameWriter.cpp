@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "FrameWriter.h"
 
+#include "OutputName.h"
 #include "VisiblePicture.h"
 
 namespace lantern::tool {
@@ -26,32 +27,49 @@ QByteArray ColourLines(const ColourBytes& colours)
     return lines;
 }
 
-QString WriteFrame(PictureMemory& picture, const QString& path, const FrameRequest& request)
+QByteArray FrameBytes(PictureMemory& picture, const FrameRequest& request)
 {
-    if (request.size)
-        return WriteFile(path, PngOf(ScaledPicture(picture, *request.size, request.look)));
-    if (!request.raw)
-        return WriteFile(path, PngOf(VisiblePicture(picture)));
-    QString error = WriteFile(path, IndexPgm(picture));
-    if (!error.isEmpty())
+    if (request.raw)
+        return IndexPgm(picture);
+    return PngOf(request.size ? ScaledPicture(picture, *request.size, request.look)
+                              : VisiblePicture(picture));
+}
+
+QString WriteFrame(PictureMemory& picture, const QString& path, const FrameRequest& request,
+                   IfExists ifExists)
+{
+    QString error = WriteOutput(path, FrameBytes(picture, request), ifExists);
+    if (!error.isEmpty() || !request.raw)
         return error;
-    return WriteFile(path + QStringLiteral(".colours"), ColourLines(picture.ColourTable));
+    return WriteOutput(path + QStringLiteral(".colours"), ColourLines(picture.ColourTable),
+                       ifExists);
 }
 
 } // namespace
 
-QString WriteFrames(const Track& track, const FrameRequest& request)
+IfExists PictureIfExists(const WantedTrack& wanted, bool force)
 {
+    return force || !wanted.isOneOfMany ? IfExists::Replace : IfExists::Keep;
+}
+
+QString WriteFrames(const Track& track, const WantedTrack& wanted, const FrameRequest& request,
+                    bool force)
+{
+    const QString number = request.packets.size() > 1 ? QStringLiteral(" %d") : QString();
+    const OutputName name(request.out, wanted,
+                          number + (request.raw ? QStringLiteral(".pgm") : QStringLiteral(".png")));
+    QString error = name.MakeFolder();
     OfflinePicture offline;
-    for (const PacketIndex packet : request.packets) {
-        offline.RunTo(track.PacketStore, packet);
-        QString path = request.out;
-        path.replace(QStringLiteral("%d"), QString::number(packet));
-        QString error = WriteFrame(offline.Memory(), path, request);
+    for (std::size_t i = 0; i < request.packets.size() && error.isEmpty(); ++i) {
+        const PacketIndex packet = request.packets[i];
+        const QString path = name.Path(QString::number(packet));
+        error = ClaimOutput(path, wanted);
         if (!error.isEmpty())
-            return error;
+            break;
+        offline.RunTo(track.PacketStore, packet);
+        error = WriteFrame(offline.Memory(), path, request, PictureIfExists(wanted, force));
     }
-    return {};
+    return error;
 }
 
 } // namespace lantern::tool

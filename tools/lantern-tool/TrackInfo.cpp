@@ -30,12 +30,15 @@ QJsonArray SkippedInfo(const std::vector<SkippedMember>& skipped)
 
 } // namespace
 
-QByteArray TrackInfo(const Track& track, const std::vector<SkippedMember>& skipped)
+QByteArray TrackInfo(const Track& track, const std::vector<SkippedMember>& skipped,
+                     const QString& path)
 {
     QJsonArray clips;
     for (const AudioClip& clip : track.ClipList)
         clips.append(ClipInfo(clip));
     QJsonObject info;
+    if (!path.isEmpty())
+        info[u"track"] = path;
     info[u"packets"] = track.PacketCount();
     info[u"length_ms"] = track.TotalLengthMs;
     info[u"clips"] = clips;

@@ -58,6 +58,8 @@ QString LoadTrack(const QString& path, Track& track, std::vector<SkippedMember>&
     // There is no folder of the program to unpack to, and nothing is unpacked to one.
     MediaLoader loader(track, *engine, window, {[] { return MakeZipHandler(); }, QString()});
     QString message = loader.AddMedia(path);
+    if (!message.isEmpty() && !message.endsWith(path))
+        message += QStringLiteral(": ") + path;
     if (!message.isEmpty())
         return message;
     if (track.PacketCount() == 0 && track.ClipCount() == 0)

@@ -1,14 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "VisiblePicture.h"
 
-#include "PathText.h"
 #include "RunToPacket.h"
 
 #include <QBuffer>
-
-#include <cerrno>
-#include <cstdio>
-#include <cstring>
 
 namespace lantern::tool {
 namespace {
@@ -89,21 +84,6 @@ QByteArray PngOf(const QImage& image)
     constexpr int kLittleEffort = 80;
     image.save(&buffer, "PNG", kLittleEffort);
     return png;
-}
-
-QString WriteFile(const QString& path, const QByteArray& bytes)
-{
-    FILE* const file = std::fopen(NativeFromText(path).constData(), "wbe");
-    bool written = file != nullptr;
-    if (file) {
-        const auto size = static_cast<std::size_t>(bytes.size());
-        written = std::fwrite(bytes.constData(), 1, size, file) == size;
-        // What the system could not store may be told only here.
-        written = std::fclose(file) == 0 && written;
-    }
-    if (written)
-        return {};
-    return QStringLiteral("Cannot write %1: %2").arg(path, QString::fromLocal8Bit(strerror(errno)));
 }
 
 } // namespace lantern::tool

@@ -7,7 +7,6 @@
 #include "Track.h"
 
 #include <QImage>
-#include <QString>
 
 namespace lantern::tool {
 
@@ -37,8 +36,5 @@ QImage VisiblePicture(PictureMemory& picture);
 QImage ScaledPicture(PictureMemory& picture, QSize size, PictureLook look);
 
 QByteArray PngOf(const QImage& image);
-
-// The result is an error message, empty on success.
-[[nodiscard]] QString WriteFile(const QString& path, const QByteArray& bytes);
 
 } // namespace lantern::tool

@@ -1,0 +1,60 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "CommandTable.h"
+
+#include "FrameCommand.h"
+#include "InfoCommand.h"
+#include "ThumbnailCommand.h"
+
+#include <algorithm>
+#include <array>
+
+namespace lantern::tool {
+namespace option {
+
+const QCommandLineOption kPacket(QStringLiteral("packet"), {}, QStringLiteral("N"));
+const QCommandLineOption kAt(QStringLiteral("at"), {}, QStringLiteral("SECONDS"));
+const QCommandLineOption kOut(QStringLiteral("out"), {}, QStringLiteral("FILE"));
+const QCommandLineOption kRaw(QStringLiteral("raw"));
+const QCommandLineOption kSize(QStringLiteral("size"), {}, QStringLiteral("SIZE"));
+const QCommandLineOption kSmooth(QStringLiteral("smooth"));
+const QCommandLineOption kForce(QStringLiteral("force"));
+const QCommandLineOption kJson(QStringLiteral("json"));
+
+} // namespace option
+
+namespace {
+
+const std::array kCommands = {
+    CommandRow{QStringLiteral("info"), {QStringLiteral("json")}, ParseInfo},
+    CommandRow{QStringLiteral("frame"),
+               {QStringLiteral("packet"), QStringLiteral("at"), QStringLiteral("out"),
+                QStringLiteral("raw"), QStringLiteral("size"), QStringLiteral("smooth"),
+                QStringLiteral("force")},
+               ParseFrame},
+    CommandRow{QStringLiteral("thumbnail"),
+               {QStringLiteral("size"), QStringLiteral("out"), QStringLiteral("force")},
+               ParseThumbnail},
+};
+
+} // namespace
+
+const CommandRow* FindCommand(const QString& name)
+{
+    const auto* row = std::ranges::find(kCommands, name, &CommandRow::name);
+    return row == kCommands.end() ? nullptr : &*row;
+}
+
+const QList<QCommandLineOption>& CommandOptions()
+{
+    static const QList<QCommandLineOption> options = {
+        option::kPacket, option::kAt,     option::kOut,   option::kRaw,
+        option::kSize,   option::kSmooth, option::kForce, option::kJson};
+    return options;
+}
+
+QString BadValue(const QCommandLineOption& option, const QString& value)
+{
+    return QStringLiteral("Bad value for --%1: '%2'").arg(option.names().constFirst(), value);
+}
+
+} // namespace lantern::tool

@@ -1,0 +1,53 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "HelpText.h"
+
+namespace lantern::tool {
+
+const char* const kHelpText =
+    R"(usage: lantern-tool info TRACK... [--json]
+       lantern-tool frame TRACK... --packet N[,N...] --out FILE
+                    [--raw | --size WxH [--smooth]] [--force]
+       lantern-tool frame TRACK... --at SECONDS[,SECONDS...] --out FILE
+                    [--raw | --size WxH [--smooth]] [--force]
+       lantern-tool thumbnail TRACK... [--size N] --out FILE [--force]
+       lantern-tool --help | --version
+
+TRACK is what the player opens: a .cdg file, an audio file, a .bin or a .zip.
+A folder stands for the tracks in it.
+
+info   prints one JSON object: packets, length_ms, clips, each with its kind
+       ("FILE" or "DATA"), start_ms, length_ms and, where it has one, path, and
+       skipped: the members of a .zip that are no part of the track, each with
+       its name and the reason. A byte of a path or a name that is no UTF-8
+       appears as \udc80 to \udcff, the escape whose low byte it is.
+       Of several tracks it prints a list, each with its path as track.
+frame  writes the picture after packet N (300 packets are a second; 0 is the
+       empty picture before the first, and a number beyond the last packet shows
+       the last picture): the visible 288 by 192 pixels as a PNG. Several
+       packets are visited in the order given. Each %d in FILE becomes N.
+       --size WxH scales it to W by H pixels, 8192 by 8192 at most, as sharp
+       as in the window. With --smooth its letters have smooth edges, if it is
+       1.5 times as large or more.
+       --raw writes the whole picture of 300 by 216 colour indexes as a PGM
+       instead, and its 16 colours to FILE.colours, one #rrggbb a line.
+thumbnail
+       writes a telling picture of the track, one with many words, as a PNG whose
+       longer side has N pixels (256). Of a .cdg file nothing but its first ten
+       minutes is read.
+
+All commands:
+--recursive  goes into the folders of folders, too.
+--jobs N     does so many tracks at a time; otherwise as many as there are
+             processors.
+--quiet      shows no progress bar. In a pipe there is none.
+
+In FILE %t stands for the track's title and %f for the folder that it lies in.
+For several tracks a FILE without %t is a folder, in which each has a file of
+its title. An output of one of several tracks that exists is kept, unless
+--force is given.
+
+The exit code is 0, or 1 with a line on standard error for each track that
+failed.
+)";
+
+} // namespace lantern::tool
