@@ -35,12 +35,13 @@ _lantern_tool() {
     COMPREPLY=()
     case ${COMP_WORDS[1]} in
     info) options='--json' ;;
+    check) options='--json --quick' ;;
     frame) options='--packet --at --out --raw --size --smooth --force' ;;
     thumbnail) options='--size --out --force' ;;
     esac
     options+=' --recursive --jobs --quiet'
     if [ "$COMP_CWORD" -eq 1 ]; then
-        _lyric_lantern_words 'info frame thumbnail --help --version -h -v' "$word"
+        _lyric_lantern_words 'info frame thumbnail check --help --version -h -v' "$word"
     elif [ "$before" = --out ]; then
         compopt -o filenames 2>/dev/null
         mapfile -t COMPREPLY < <(compgen -f -- "$word")

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "CommandTable.h"
 
+#include "CheckCommand.h"
 #include "FrameCommand.h"
 #include "InfoCommand.h"
 #include "ThumbnailCommand.h"
@@ -19,6 +20,7 @@ const QCommandLineOption kSize(QStringLiteral("size"), {}, QStringLiteral("SIZE"
 const QCommandLineOption kSmooth(QStringLiteral("smooth"));
 const QCommandLineOption kForce(QStringLiteral("force"));
 const QCommandLineOption kJson(QStringLiteral("json"));
+const QCommandLineOption kQuick(QStringLiteral("quick"));
 
 } // namespace option
 
@@ -34,6 +36,8 @@ const std::array kCommands = {
     CommandRow{QStringLiteral("thumbnail"),
                {QStringLiteral("size"), QStringLiteral("out"), QStringLiteral("force")},
                ParseThumbnail},
+    CommandRow{
+        QStringLiteral("check"), {QStringLiteral("json"), QStringLiteral("quick")}, ParseCheck, 2},
 };
 
 } // namespace
@@ -47,8 +51,8 @@ const CommandRow* FindCommand(const QString& name)
 const QList<QCommandLineOption>& CommandOptions()
 {
     static const QList<QCommandLineOption> options = {
-        option::kPacket, option::kAt,     option::kOut,   option::kRaw,
-        option::kSize,   option::kSmooth, option::kForce, option::kJson};
+        option::kPacket, option::kAt,    option::kOut,  option::kRaw,  option::kSize,
+        option::kSmooth, option::kForce, option::kJson, option::kQuick};
     return options;
 }
 

@@ -29,6 +29,7 @@ extern const QCommandLineOption kSize;
 extern const QCommandLineOption kSmooth;
 extern const QCommandLineOption kForce;
 extern const QCommandLineOption kJson;
+extern const QCommandLineOption kQuick;
 } // namespace option
 
 struct CommandRow {

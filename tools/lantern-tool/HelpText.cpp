@@ -10,6 +10,7 @@ const char* const kHelpText =
        lantern-tool frame TRACK... --at SECONDS[,SECONDS...] --out FILE
                     [--raw | --size WxH [--smooth]] [--force]
        lantern-tool thumbnail TRACK... [--size N] --out FILE [--force]
+       lantern-tool check TRACK... [--json] [--quick]
        lantern-tool --help | --version
 
 TRACK is what the player opens: a .cdg file, an audio file, a .bin or a .zip.
@@ -34,6 +35,11 @@ thumbnail
        writes a telling picture of the track, one with many words, as a PNG whose
        longer side has N pixels (256). Of a .cdg file nothing but its first ten
        minutes is read.
+check  tells whether the track plays, here and elsewhere: its packets and their
+       parity, colours that are never defined, sound that ends before the words,
+       is missing, cut off or damaged, names that pair only here, and archives
+       that others can't read. --json tells all of it as JSON. --quick doesn't
+       decode the sound, which takes most of the time.
 
 All commands:
 --recursive  goes into the folders of folders, too.
@@ -47,7 +53,8 @@ its title. An output of one of several tracks that exists is kept, unless
 --force is given.
 
 The exit code is 0, or 1 with a line on standard error for each track that
-failed.
+failed. That of check is 0 if all tracks are good, 1 if some are faulty, and 2
+if some can't be read.
 )";
 
 } // namespace lantern::tool

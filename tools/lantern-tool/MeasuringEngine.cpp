@@ -1,7 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "MeasuringEngine.h"
 
+#include "ByteSource.h"
+#include "SoundExamination.h"
 #include "SoundModule.h"
+#include "WorkLimit.h"
 
 #include <type_traits>
 #include <utility>
@@ -10,6 +13,8 @@ namespace lantern::tool {
 namespace {
 
 constexpr std::int32_t kNoSound = -1;
+// An hour of sound takes some seconds.
+constexpr std::chrono::seconds kTimeToExamine{60};
 
 } // namespace
 
@@ -53,4 +58,14 @@ extern "C" __attribute__((visibility("default"))) lantern::AudioEngine* LanternM
 {
     return new lantern::tool::MeasuringEngine;
 }
+extern "C" __attribute__((visibility("default"))) void
+LanternExamineSound(const QString& path, std::span<const std::uint8_t> image,
+                    lantern::SoundHealth& health)
+{
+    const auto bytes =
+        path.isEmpty() ? lantern::OpenMemoryBytes(image) : lantern::OpenFileBytes(path);
+    if (bytes)
+        health = lantern::ExamineSound(*bytes, lantern::WorkLimit(lantern::tool::kTimeToExamine));
+}
+static_assert(std::is_same_v<decltype(&LanternExamineSound), lantern::tool::Examine>);
 static_assert(std::is_same_v<decltype(&LanternMakeMeasuringEngine), lantern::tool::MakeEngine>);

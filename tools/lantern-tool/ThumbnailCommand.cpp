@@ -22,9 +22,9 @@ public:
         const OutputName name(m_out, wanted, QStringLiteral(".png"));
         const QString path = name.Path();
         Track track;
-        QString error = ClaimOutput(path, wanted);
+        QString error = LoadPackets(wanted.path, kTellingPackets, track);
         if (error.isEmpty())
-            error = LoadPackets(wanted.path, kTellingPackets, track);
+            error = ClaimOutput(path, wanted);
         if (error.isEmpty())
             error = name.MakeFolder();
         if (!error.isEmpty())

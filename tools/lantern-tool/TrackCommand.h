@@ -57,6 +57,12 @@ public:
     // On several threads at a time, once for each track.
     virtual TrackResult DoTrack(const WantedTrack& track, const TellProgress& tell) = 0;
 
+    // What there is to tell where a track could not be done, as there was no memory for it.
+    virtual TrackResult Failed(const WantedTrack& track, const QString& error)
+    {
+        return TrackResult::Failure(error + QStringLiteral(": ") + track.path);
+    }
+
     // These come on the main thread. The first is called before any track is done, with whether
     // there may be several; the second for each result, in order; the last when all are done. What
     // they give goes to standard output.

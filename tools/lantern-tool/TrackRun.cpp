@@ -26,8 +26,7 @@ TrackResult Done(TrackCommand& command, const WantedTrack& track, const TellProg
     try {
         return command.DoTrack(track, tell);
     } catch (const std::bad_alloc&) {
-        return TrackResult::Failure(QStringLiteral("Out of memory: ") + track.path,
-                                    command.FailureCode());
+        return command.Failed(track, QStringLiteral("Out of memory"));
     }
 }
 
