@@ -30,16 +30,17 @@ void Display::PaintDisplay()
     m_host.PaintSoon();
 }
 
-void Display::ShowPicture()
+bool Display::ShowPicture()
 {
     if (!m_isPictureDue)
-        return;
+        return false;
     m_isPictureDue = false;
     const TwipSize pic = m_host.PicSize();
     const WindowFrame frame = m_host.Frame();
     m_picture.Buffers().FGvbscale(m_picture.ViewLeft, m_picture.ViewLeft + kVisibleWidth - 1,
                                   m_picture.ViewTop, m_picture.ViewTop + kVisibleHeight - 1, 0,
                                   pic.width / frame.twipsX, 0, pic.height / frame.twipsY);
+    return true;
 }
 
 // Every paint compares, so that a steady border costs no update of a control.

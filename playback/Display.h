@@ -22,8 +22,9 @@ public:
     // Colours the surroundings, and has the picture shown with the window's next painting. Of
     // several in a row only the last can be seen, and only that one is scaled.
     void PaintDisplay() override;
-    // Scales the picture if PaintDisplay asked for it. For the host, as it begins to paint.
-    void ShowPicture();
+    // Scales the picture if PaintDisplay asked for it, and tells whether. For the host, as it begins
+    // to paint.
+    bool ShowPicture();
 
     // The step that comes nearest to the current size; 0 in full screen.
     int NearestZoom();

@@ -3,6 +3,9 @@
 
 #include "clsINI.h"
 
+#include <QByteArray>
+#include <QStringList>
+
 #include <algorithm>
 #include <cstdlib>
 
@@ -34,6 +37,31 @@ void Read(const QString& text, VoiceGuide& value)
     value = found == kGuideNames.end() ? VoiceGuide::Both : found->guide;
 }
 
+// The parts of a screen, in the order in which they are written.
+constexpr std::array kScreenParts = {&ScreenIdentity::name, &ScreenIdentity::maker,
+                                     &ScreenIdentity::model, &ScreenIdentity::serial};
+constexpr QChar kBetweenParts = u'|';
+// Far more than any screen tells of itself.
+constexpr qsizetype kLongestPart = 256;
+
+void Read(const QString& text, ScreenIdentity& value)
+{
+    value = {};
+    const QStringList parts = text.split(kBetweenParts);
+    if (parts.size() != std::ssize(kScreenParts))
+        return;
+    ScreenIdentity screen;
+    auto field = kScreenParts.begin();
+    for (const QString& written : parts) {
+        const QString part = QString::fromUtf8(QByteArray::fromPercentEncoding(written.toUtf8()));
+        const auto isPrint = [](QChar character) { return character.isPrint(); };
+        if (part.size() > kLongestPart || !std::ranges::all_of(part, isPrint))
+            return;
+        screen.**field++ = part;
+    }
+    value = screen;
+}
+
 QString Written(bool value)
 {
     return value ? QStringLiteral("Y") : QString();
@@ -43,6 +71,16 @@ QString Written(VoiceGuide value)
 {
     const auto* const found = std::ranges::find(kGuideNames, value, &GuideName::guide);
     return found == kGuideNames.end() ? QString() : found->name.toString();
+}
+
+QString Written(const ScreenIdentity& value)
+{
+    if (value.IsNone())
+        return {};
+    QStringList parts;
+    for (const auto part : kScreenParts)
+        parts += QString::fromLatin1((value.*part).toUtf8().toPercentEncoding(" ()+,:;/"));
+    return parts.join(kBetweenParts);
 }
 
 // A delay that is no whole number of milliseconds, or too long, is none.

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "AudioEngine.h"
+#include "ScreenIdentity.h"
 
 #include <QString>
 #include <QStringView>
@@ -25,6 +26,7 @@ struct StageSettings {
     bool remembersTunes = false; // each song's own key and speed
     bool evensLoudness = false;
     bool smoothLetters = false;
+    ScreenIdentity singerScreen; // that shows the picture alone, if any
 
     bool operator==(const StageSettings&) const = default;
 };
@@ -34,7 +36,9 @@ inline constexpr QStringView kStageSection = u"stage";
 
 struct StageSettingRow {
     QStringView key;
-    std::variant<bool StageSettings::*, VoiceGuide StageSettings::*> field;
+    std::variant<bool StageSettings::*, VoiceGuide StageSettings::*,
+                 ScreenIdentity StageSettings::*>
+        field;
 };
 
 // Each field that is one value, by its key in the file.
@@ -43,6 +47,7 @@ inline constexpr std::array kStageSettings = {
     StageSettingRow{u"RememberTunes", &StageSettings::remembersTunes},
     StageSettingRow{u"EvenLoudness", &StageSettings::evensLoudness},
     StageSettingRow{u"SmoothLetters", &StageSettings::smoothLetters},
+    StageSettingRow{u"SingerScreen", &StageSettings::singerScreen},
 };
 
 // What a device is called in the settings, whose keys know neither capitals nor every character.

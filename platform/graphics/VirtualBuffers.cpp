@@ -234,6 +234,16 @@ void VirtualBuffers::FGvbscale(int minX, int maxX, int minY, int maxY, int toMin
     m_impl->view.Show(request, *m_impl->active, m_impl->colours, *m_impl->surface);
 }
 
+void VirtualBuffers::ShowOn(ScaleSurface& surface, PictureView& view, int minX, int maxX, int minY,
+                            int maxY, int toWidth, int toHeight) const
+{
+    if (!m_impl->active)
+        return;
+    const PictureView::Request request{
+        {minX, maxX, minY, maxY}, {0, toWidth, 0, toHeight}, m_impl->revision};
+    view.Show(request, *m_impl->active, m_impl->colours, surface);
+}
+
 void VirtualBuffers::FGvb2clip(int minX, int maxX, int minY, int maxY, ClipSink& sink) const
 {
     const PixelBounds bounds{minX, maxX, minY, maxY};

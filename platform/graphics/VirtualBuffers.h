@@ -14,6 +14,8 @@
 // Everything runs on the thread that made the object.
 namespace lantern {
 
+class PictureView;
+
 struct DeviceRect {
     int left = 0;
     int top = 0;
@@ -118,6 +120,10 @@ public:
     // comes to 0, 0, and what leaves on one side comes in on the other. A pixel outside is taken
     // as often around as it is away.
     void RollPage(int left, int top, int handle);
+
+    // FGvbscale for one more surface, and its view, which remembers what stands there.
+    void ShowOn(ScaleSurface& surface, PictureView& view, int minX, int maxX, int minY, int maxY,
+                int toWidth, int toHeight) const;
 
     // The indexes of a buffer, row by row without padding, up to the next operation on it; empty
     // for a handle of none.

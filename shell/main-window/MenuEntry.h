@@ -10,7 +10,7 @@ namespace lantern {
 // An item of the pop-up menu.
 struct MenuEntry {
     QString text; // "-" for a separator
-    QString key;  // the number of a command, or kOptionsKey; empty in a separator
+    QString key;  // the number of a command, kOptionsKey or a screen's; empty in a separator
     std::optional<bool> isChosen = {}; // of one among several of which one holds
 
     bool operator==(const MenuEntry&) const = default;

@@ -34,6 +34,11 @@ bool PopMenu::ShowDevices(const std::vector<MenuEntry>& items)
     return Show(QStringLiteral("Sound devices"), items, {});
 }
 
+bool PopMenu::ShowScreens(const std::vector<MenuEntry>& items)
+{
+    return Show(QStringLiteral("Screens"), items, {});
+}
+
 bool PopMenu::Show(const QString& name, const std::vector<MenuEntry>& items,
                    const PictureReference& sidePicture)
 {

@@ -9,8 +9,8 @@
 
 namespace lantern {
 
-// The main window's pop-up menu, which shows the commands or the devices for the sound. Everything
-// else in the program goes on while it is open.
+// The main window's pop-up menu, which shows the commands, the devices for the sound, or the
+// screens. Everything else in the program goes on while it is open.
 class PopMenu {
 public:
     // The window is borrowed and outlives the menu.
@@ -25,6 +25,7 @@ public:
     // one doesn't open. False if the window, and the menu with it, was destroyed meanwhile.
     [[nodiscard]] bool ShowCommands(const std::vector<MenuEntry>& items);
     [[nodiscard]] bool ShowDevices(const std::vector<MenuEntry>& items);
+    [[nodiscard]] bool ShowScreens(const std::vector<MenuEntry>& items);
 
 private:
     bool Show(const QString& name, const std::vector<MenuEntry>& items,

@@ -48,7 +48,8 @@ f101::f101(ProgramState& state, std::unique_ptr<AudioEngine> engine, ShowWarning
     : m_state(state), m_showWarning(std::move(showWarning)),
       m_parts(*this, {state.TwipsX, state.TwipsY}), m_mouse(*this, m_parts),
       m_picDrop(m_parts.Pic(), [this](const QString& path) { OpenMedia(path); }), m_popMenu(*this),
-      m_picture(m_buffers), m_display(m_picture, m_parts, m_clipboard), m_pace(m_display, m_parts),
+      m_picture(m_buffers), m_display(m_picture, m_parts, m_clipboard),
+      m_singer(*this, *this, m_picture), m_pace(m_display, m_parts),
       m_interpreter(m_picture, m_pace), m_engine(std::move(engine)), m_audio(*m_engine, *this),
       m_stage(*m_engine, state.UserDataPath), m_refresh(m_parts.Bar(), *m_engine, m_audio, m_track),
       m_clock(*m_engine, m_track, m_picture, m_interpreter, m_display, *this),
@@ -74,10 +75,9 @@ void f101::ConnectParts()
         if (m_isLoaded)
             m_display.PaintDisplay();
     };
-    m_parts.Pic().PaintPicture = [this] {
-        m_display.PaintDisplay();
-        m_display.ShowPicture();
-    };
+    m_parts.Pic().PaintPicture = [this] { ShowPictures(); };
+    m_singer.PictureLost = [this] { ShowPictures(); };
+    m_singer.Changed = [this] { ShowSinger(); };
     m_parts.Bar().Click = [this](CommandId command) { MainPopup(command); };
     m_parts.Bar().SliderChange = [this] { m_clock.HandleSliderScroll(); };
     m_parts.Bar().VolumeChange = [this] { VolumeMoved(); };
@@ -168,6 +168,7 @@ void f101::Unload()
     if (m_stageWindow)
         m_stageWindow->hide();
     ReleaseInstance(m_state);
+    m_singer.Choose({});
     m_delayTest.Stop();
     m_engine->StopSound();
     SaveSettingsToStore(*m_state.Settings, m_display.NearestZoom(), *m_engine, m_audio);
@@ -294,10 +295,24 @@ bool f101::Paint(QEvent* request)
         return true;
     }
     const double begin = m_parts.SystemTimer();
-    m_display.ShowPicture();
+    BringPictures();
     const bool isDone = QWidget::event(request);
+    m_singer.Flush();
     m_pace.NotePainted(begin);
     return isDone;
+}
+
+void f101::ShowPictures()
+{
+    m_display.PaintDisplay();
+    BringPictures();
+}
+
+// Both show the packet of the last painting that was asked for, and none after it.
+void f101::BringPictures()
+{
+    if (m_display.ShowPicture())
+        m_singer.ShowPicture(m_parts.WindowBackColor());
 }
 
 void f101::keyPressEvent(QKeyEvent* event)

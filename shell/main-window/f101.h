@@ -19,6 +19,7 @@
 #include "PictureMemory.h"
 #include "PlaybackClock.h"
 #include "PopMenu.h"
+#include "SingerScreen.h"
 #include "SongKeeper.h"
 #include "StageControl.h"
 #include "Track.h"
@@ -109,6 +110,12 @@ private:
     void HideSideWindows();
     void ActOnStage(const StageSettings& settings);
     void ForgetSongs(StageDeed deed);
+    void ShowSinger();
+    void ShowScreenMenu();
+    void ChooseScreen(int number);
+    void StepScreen(int by);
+    void ShowPictures();
+    void BringPictures();
 
     // PlaybackHost
     std::int32_t SliderValue() override;
@@ -153,6 +160,7 @@ private:
     VirtualBuffers m_buffers;
     PictureMemory m_picture;
     Display m_display;
+    SingerScreen m_singer;
     PaintPace m_pace;
     PacketInterpreter m_interpreter;
 
@@ -171,6 +179,7 @@ private:
     DesktopSession m_desktop;
     CommandLink m_link;
     WindowInput m_input;
+    ScreenIdentities m_offeredScreens; // by the last menu of them
     QTimer m_timer1;
     QTimer m_paintTimer;                     // runs while a painting is held back
     std::unique_ptr<frmOptions> m_options;   // made at the first touch

@@ -5,11 +5,14 @@
 #include "DeviceMenu.h"
 #include "MediaTypes.h"
 #include "PlayerSettings.h"
+#include "ScreenMenu.h"
 #include "frmOptions.h"
 #include "frmStage.h"
 #include "modAPI.h"
 
 #include <QCoreApplication>
+
+#include <algorithm>
 
 namespace lantern {
 
@@ -195,7 +198,9 @@ void f101::RunMenu(const std::function<bool()>& show)
 void f101::MenuClick(const QString& key)
 {
     SetOptionsOnTop(true);
-    if (key == kOptionsKey)
+    if (const std::optional<int> screen = ScreenOfKey(key))
+        ChooseScreen(*screen);
+    else if (key == kOptionsKey)
         ToggleOptions(true);
     else
         MainPopup(static_cast<CommandId>(key.toInt()));
@@ -237,6 +242,9 @@ frmStage& f101::Stage()
                 m_delayTest.Stop();
             m_stageWindow->ShowTest(m_delayTest.IsRunning());
         };
+        m_stageWindow->ChooseScreen = [this] { ShowScreenMenu(); };
+        m_stageWindow->StepScreen = [this](int by) { StepScreen(by); };
+        ShowSinger();
     }
     return *m_stageWindow;
 }
@@ -258,8 +266,45 @@ void f101::ActOnStage(const StageSettings& settings)
     m_songs.RememberTunes(settings.remembersTunes);
     m_songs.EvenOut(settings.evensLoudness);
     m_parts.Pic().SetLook(settings.smoothLetters ? PictureLook::Smooth : PictureLook::Sharp);
+    m_singer.SetLook(m_parts.Pic().Look());
+    m_singer.Choose(settings.singerScreen);
     if (m_stageWindow)
         m_stageWindow->ShowSettings();
+}
+
+void f101::ShowSinger()
+{
+    if (!m_stageWindow)
+        return;
+    const ScreenIdentities there = SingerScreen::Screens();
+    m_stageWindow->ShowSinger(ChosenCaption(m_singer.Chosen(), there),
+                              SingerStatus(m_singer.State(), there));
+}
+
+void f101::ShowScreenMenu()
+{
+    const ScreenIdentities there = SingerScreen::Screens();
+    m_offeredScreens = OfferedScreens(m_singer.Chosen(), there);
+    RunMenu([&] { return m_popMenu.ShowScreens(ScreenMenuItems(m_singer.Chosen(), there)); });
+}
+
+// As in the menu, from none on; there is nothing beyond either end.
+void f101::StepScreen(int by)
+{
+    m_offeredScreens = OfferedScreens(m_singer.Chosen(), SingerScreen::Screens());
+    const std::optional<std::size_t> now = FindScreen(m_singer.Chosen(), m_offeredScreens);
+    const int number = (now ? static_cast<int>(*now) : -1) + by;
+    ChooseScreen(std::clamp(number, -1, static_cast<int>(m_offeredScreens.size()) - 1));
+}
+
+// By its place in the menu; none of them switches it off.
+void f101::ChooseScreen(int number)
+{
+    ScreenIdentity chosen;
+    if (number >= 0 && number < std::ssize(m_offeredScreens))
+        chosen = m_offeredScreens[static_cast<std::size_t>(number)];
+    m_stage.Set(&StageSettings::singerScreen, chosen);
+    m_singer.OpenAgain();
 }
 
 // What has gone of all songs can't be had back.

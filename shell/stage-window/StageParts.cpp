@@ -5,6 +5,7 @@
 #include "SystemColours.h"
 
 #include <QApplication>
+#include <QKeyEvent>
 #include <QPainter>
 
 namespace lantern {
@@ -14,6 +15,25 @@ Spoken ChoiceButton::Speak() const
     Spoken spoken = ctlPicBtn::Speak();
     spoken.role = QAccessible::RadioButton;
     return spoken;
+}
+
+Spoken MenuButton::Speak() const
+{
+    Spoken spoken = ctlPicBtn::Speak();
+    spoken.role = QAccessible::ButtonMenu;
+    spoken.hasPopup = true;
+    return spoken;
+}
+
+void MenuButton::keyPressEvent(QKeyEvent* event)
+{
+    const int key = event->key();
+    const bool goesOn = key == Qt::Key_Right || key == Qt::Key_Down;
+    const bool goesBack = key == Qt::Key_Left || key == Qt::Key_Up;
+    if (!goesOn && !goesBack)
+        ctlPicBtn::keyPressEvent(event);
+    else if (Step)
+        Step(goesOn ? 1 : -1);
 }
 
 FocusMark::FocusMark(QWidget& window) : QFocusFrame(&window), m_window(window)

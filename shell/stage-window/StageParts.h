@@ -6,6 +6,8 @@
 
 #include <QFocusFrame>
 
+#include <functional>
+
 namespace lantern {
 
 // One of several, of which exactly one is down. The user can put it down, not up.
@@ -14,6 +16,20 @@ public:
     using ctlPicBtn::ctlPicBtn;
 
     Spoken Speak() const override;
+};
+
+// It opens a menu. No key walks in that: on the button itself the arrow keys go from choice to
+// choice.
+class MenuButton : public ctlPicBtn {
+public:
+    using ctlPicBtn::ctlPicBtn;
+
+    std::function<void(int by)> Step;
+
+    Spoken Speak() const override;
+
+protected:
+    void keyPressEvent(QKeyEvent* event) override;
 };
 
 // A line around the control that has the keyboard. The controls show nothing of that themselves,

@@ -23,7 +23,7 @@ inline constexpr std::int32_t kStageBottom = 480; // below the last one: the but
 inline constexpr std::int32_t kStageCorner = 120; // of that button, from the window's corner
 inline constexpr std::int32_t kStageButton = 360; // its size
 
-enum class StageGroup : std::uint8_t { SoundDelay, VoiceGuide, Songs, Picture };
+enum class StageGroup : std::uint8_t { SoundDelay, VoiceGuide, Songs, Picture, Singer };
 
 struct StageGroupRow {
     StageGroup group;
@@ -35,6 +35,7 @@ inline constexpr std::array kStageGroups = {
     StageGroupRow{StageGroup::VoiceGuide, u"Voice guide", 840},
     StageGroupRow{StageGroup::Songs, u"Songs", 1140},
     StageGroupRow{StageGroup::Picture, u"Picture", 720},
+    StageGroupRow{StageGroup::Singer, u"Singer's screen", 840},
 };
 
 constexpr std::int32_t StageGroupTop(StageGroup group)
@@ -71,6 +72,14 @@ inline constexpr QStringView kDelayTestToolTip =
 // By the arrow keys, and by those of a page.
 inline constexpr std::int32_t kDelayStepMs = 5;
 inline constexpr std::int32_t kDelayPageMs = 50;
+
+// The screen that shows the picture alone: its name, which opens a menu, and what is to be said of
+// it.
+inline constexpr TwipRect kSingerButton = {120, 345, 1890, 300};
+inline constexpr TwipRect kSingerStatus = {2160, 315, 3495, 300};
+inline constexpr QStringView kSingerName = u"Singer's screen";
+inline constexpr QStringView kSingerToolTip =
+    u"Choose the screen that shows the picture alone (by the arrow keys, too)";
 
 // One of several, of which exactly one holds.
 struct StageChoice {

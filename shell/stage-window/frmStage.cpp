@@ -66,6 +66,8 @@ void frmStage::MakeGroup(const StageGroupRow& row)
     frame->MouseUp = m_skinner.MouseUp;
     if (row.group == StageGroup::SoundDelay)
         MakeDelay();
+    else if (row.group == StageGroup::Singer)
+        MakeSinger();
     for (const StageSwitch& design : kStageSwitches) {
         if (design.group == row.group)
             MakeSwitch(design);
@@ -217,6 +219,37 @@ void frmStage::MakeButton(const StageButton& design)
         if (Do)
             Do(design.deed);
     };
+}
+
+void frmStage::MakeSinger()
+{
+    QWidget* const group = &Group(StageGroup::Singer);
+    m_screen = new MenuButton(group, SkinAmbient());
+    Dress(*m_screen, kSingerButton, {}, kSingerToolTip);
+    GiveStyle(*m_screen, {false, 0, kWhite, kAccentColour});
+    GiveFace(*m_screen, ButtonFace::Plate);
+    m_screen->Click = [this] {
+        EndTest();
+        if (ChooseScreen)
+            ChooseScreen();
+    };
+    m_screen->Step = [this](int by) {
+        if (StepScreen)
+            StepScreen(by);
+    };
+    m_singerStatus = new WhiteLabel(group);
+    m_singerStatus->setGeometry(PixelsOf(kSingerStatus, m_twips));
+    m_singerStatus->setAccessibleDescription(kSingerName.toString());
+}
+
+void frmStage::ShowSinger(const QString& screen, const QString& status)
+{
+    constexpr int kBesideText = 10; // pixels
+    const QFontMetrics letters(m_screen->Font());
+    m_screen->SetCaption(
+        letters.elidedText(screen, Qt::ElideMiddle, m_screen->width() - 2 * kBesideText));
+    m_screen->setAccessibleName(screen);
+    m_singerStatus->setText(status);
 }
 
 void frmStage::MakeHideButton()

@@ -35,11 +35,15 @@ public:
     std::function<void()> RightButtonUp;
     std::function<void(StageDeed)> Do;
 
+    std::function<void()> ChooseScreen;     // by a menu; it may run the event loop
+    std::function<void(int by)> StepScreen; // to the next choice, or to the one before
+
     // The test of the delay is to begin, or to end.
     std::function<void(bool isOn)> Test;
 
     void ShowForm(bool isShown);
     void ShowTest(bool isOn); // whether it runs
+    void ShowSinger(const QString& screen, const QString& status);
     // Brings the controls to what holds now.
     void ShowSettings();
 
@@ -51,6 +55,8 @@ public:
     ctlPicBtn& TestSwitch() { return *m_test; }
     ChoiceButton& Choice(std::size_t index) { return *m_choices.at(index); }
     ctlPicBtn& Button(std::size_t index) { return *m_buttons.at(index); }
+    MenuButton& ScreenButton() { return *m_screen; }
+    QLabel& SingerStatus() { return *m_singerStatus; }
     ctlPicBtn& HideButton() { return *m_hide; }
 
 protected:
@@ -64,6 +70,7 @@ private:
     void MakeGroup(const StageGroupRow& row);
     void MakeDelay();
     void ShowDelay();
+    void MakeSinger();
     bool MoveDelay(int key);
     void Escape();
     void SetTest(bool isOn);
@@ -90,6 +97,8 @@ private:
     WhiteLabel* m_delayValue = nullptr;
     WhiteLabel* m_delayDevice = nullptr;
     ctlPicBtn* m_test = nullptr;
+    MenuButton* m_screen = nullptr;
+    WhiteLabel* m_singerStatus = nullptr;
     ctlPicBtn* m_hide = nullptr;
 };
 

@@ -93,6 +93,29 @@ TEST_F(StageSettingsTest, SmoothLettersComeBack)
     EXPECT_FALSE(Read("smoothletters\tperhaps\r\n").smoothLetters);
 }
 
+TEST_F(StageSettingsTest, TheSingersScreenComesBackWhateverItIsCalled)
+{
+    StageSettings values;
+    values.singerScreen = {QStringLiteral("HDMI-1"), QStringLiteral("Acme & Co., Ltd."),
+                           QStringLiteral("TV|55% = \u6F22"), QStringLiteral("007")};
+    EXPECT_EQ(Read(Rewritten("", values)), values);
+    values.singerScreen = {QStringLiteral("second"), {}, {}, {}};
+    EXPECT_EQ(Rewritten("", values), "singerscreen\tsecond|||\r\n");
+    EXPECT_EQ(Read("singerscreen\tsecond|||\r\n"), values);
+    EXPECT_EQ(Rewritten("singerscreen\tsecond|||\r\n", StageSettings()), "");
+}
+
+TEST_F(StageSettingsTest, AScreenThatIsNoneIsOff)
+{
+    for (const std::string& text :
+         {std::string("second"), std::string("a|b|c"), std::string("a|b|c|d|e"), std::string("|||"),
+          std::string("a%0Ab|||"), std::string("a%00|||"), std::string(300, 'x') + "|||",
+          std::string(200'000, '|')})
+        EXPECT_EQ(Read("singerscreen\t" + text + "\r\n"), StageSettings()) << text.substr(0, 40);
+    EXPECT_EQ(Read("singerscreen\t%E9|||\r\n").singerScreen.name.size(), 1)
+        << "bytes that are no text are a name like any other";
+}
+
 TEST_F(StageSettingsTest, EachDeviceHasADelayOfItsOwn)
 {
     StageSettings values;

@@ -36,7 +36,8 @@ TEST_F(StageAccessibleTest, TheWindowIsADialogOfGroups)
         if (panel.child(i)->role() == QAccessible::Grouping)
             groups.push_back(StageNameOf(*panel.child(i)));
     }
-    EXPECT_THAT(groups, ElementsAre("Sound delay", "Voice guide", "Songs", "Picture"));
+    EXPECT_THAT(groups,
+                ElementsAre("Sound delay", "Voice guide", "Songs", "Picture", "Singer's screen"));
 }
 
 TEST_F(StageAccessibleTest, AChoiceTellsItsNameAndWhetherItHolds)
@@ -96,6 +97,21 @@ TEST_F(StageAccessibleTest, TheDelayIsASliderOfMilliseconds)
     QAccessibleInterface& test = StageKnownAs(window.TestSwitch());
     EXPECT_EQ(test.role(), QAccessible::CheckBox);
     EXPECT_EQ(StageNameOf(test), "Click and flash");
+}
+
+TEST_F(StageAccessibleTest, TheSingersScreenIsAButtonWithAMenu)
+{
+    ASSERT_NO_FATAL_FAILURE(Show());
+    const QString screen = QStringLiteral("A Maker of Large Screens Model 55");
+    window.ShowSinger(screen, QStringLiteral("Not connected"));
+    QAccessibleInterface& known = StageKnownAs(window.ScreenButton());
+    EXPECT_EQ(known.role(), QAccessible::ButtonMenu);
+    EXPECT_TRUE(known.state().hasPopup);
+    EXPECT_TRUE(known.state().focusable);
+    EXPECT_EQ(StageNameOf(known), screen.toStdString()) << "whole, whatever has room";
+    EXPECT_NE(window.ScreenButton().Caption(), screen);
+    EXPECT_FALSE(known.text(QAccessible::Description).isEmpty());
+    EXPECT_EQ(StageNameOf(StageKnownAs(window.SingerStatus())), "Not connected");
 }
 
 TEST_F(StageAccessibleTest, AChoiceCanBeMade)

@@ -18,6 +18,7 @@ protected:
 
 TEST_F(StagePictureTest, AtNeutral)
 {
+    window.ShowSinger(QStringLiteral("None"), QStringLiteral("There is no other screen"));
     ASSERT_NO_FATAL_FAILURE(Show());
     EXPECT_TRUE(LooksLike("neutral"));
 }
@@ -31,6 +32,8 @@ TEST_F(StagePictureTest, WithEverythingChosen)
     stage.Set(&StageSettings::voiceGuide, VoiceGuide::Left);
     for (const StageSwitch& one : kStageSwitches)
         stage.Set(one.field, true);
+    window.ShowSinger(QStringLiteral("Television of a Maker (HDMI-2)"),
+                      QStringLiteral("Move the player to another screen"));
     ASSERT_NO_FATAL_FAILURE(Show());
     for (int i = 0; i < 3; ++i)
         Type(Qt::Key_Tab);

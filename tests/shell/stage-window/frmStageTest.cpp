@@ -64,7 +64,7 @@ TEST_F(frmStageTest, TheKeyboardAloneReachesAllAndActs)
     EXPECT_THAT(walk, ElementsAre(&window.DelaySlider(), &window.TestSwitch(), &window.Choice(0),
                                   &window.Choice(1), &window.Choice(2), &window.Switch(0),
                                   &window.Switch(1), &window.Button(0), &window.Button(1),
-                                  &window.Switch(2), &window.HideButton()));
+                                  &window.Switch(2), &window.ScreenButton(), &window.HideButton()));
     for (int i = 0; i < 3; ++i)
         Type(Qt::Key_Tab);
     Type(Qt::Key_Space);

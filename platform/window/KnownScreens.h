@@ -1,0 +1,31 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "ScreenIdentity.h"
+
+#include <QStringList>
+
+#include <cstddef>
+#include <optional>
+#include <vector>
+
+class QScreen;
+
+namespace lantern {
+
+using ScreenIdentities = std::vector<ScreenIdentity>;
+
+ScreenIdentity IdentityOf(const QScreen& screen);
+
+// Which of the screens is the one that is wanted. One that tells what it is, is known by that on
+// any plug; of several that tell the same, the one on the same plug is meant. One that tells
+// nothing is known by its plug.
+std::optional<std::size_t> FindScreen(const ScreenIdentity& wanted,
+                                      const ScreenIdentities& screens);
+
+// What people call each of the screens: by its model, and where several are called the same, by
+// what tells them apart.
+QStringList ScreenCaptions(const ScreenIdentities& screens);
+QString ScreenCaption(const ScreenIdentity& screen);
+
+} // namespace lantern
