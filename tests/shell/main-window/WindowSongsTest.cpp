@@ -186,6 +186,9 @@ TEST_F(WindowSongsTest, LoudnessIsEvenFromTheStartAndOffByAFade)
     EXPECT_EQ(engine.Meter.Sounds.at(0).path, sound);
     engine.Meter.Tell({.lufs = -10, .truePeak = 1, .isWhole = true});
     EXPECT_NEAR(engine.SoundGain, 0.501, 0.001);
+    // Once it is in the file, all that was there has been read; before, a song would be measured
+    // anew.
+    ASSERT_TRUE(QTest::qWaitFor([this] { return QFile::exists(state.SongsFile); }));
 
     window.OpenMedia(MakeSong(2)); // without a sound
     EXPECT_EQ(engine.SoundGain, 1);
