@@ -70,6 +70,14 @@ void LookAtArchive(const QString& path, const Track& track, TrackFacts& facts)
         facts.names = PairOf(StripExtension(archive.packets), StripExtension(archive.audio));
 }
 
+void LookAtSectors(std::int64_t size, TrackFacts& facts)
+{
+    facts.isDisc = true;
+    facts.endsWithinPacket = size % std::int64_t{DiscSector::kBytes} != 0;
+    facts.lacksSubcode =
+        facts.endsWithinPacket && size % std::int64_t{DiscSector::kAudioBytes} == 0;
+}
+
 SoundHealth HealthOf(const AudioClip& clip)
 {
     return clip.Kind == ClipKind::File ? ExamineSound(clip.Path, {})
@@ -110,7 +118,7 @@ TrackFacts FindFacts(const QString& path, bool examineSound)
         TakePackets(track, std::int64_t{track.PacketCount()} * std::int64_t{kPacketSize}, facts);
     // The sound of a disc is samples and nothing else.
     if (isDisc)
-        facts.endsWithinPacket = SizeOf(path) % std::int64_t{DiscSector::kBytes} != 0;
+        LookAtSectors(SizeOf(path), facts);
     else if (examineSound && facts.clips > 0)
         facts.sound = HealthOf(track.ClipList[1]);
     return facts;

@@ -29,6 +29,8 @@ struct TrackFacts {
     QString unreadable; // why it can't be read at all; the rest means nothing then
 
     bool isArchive = false;
+    bool isDisc = false;       // sectors of sound and subcode
+    bool lacksSubcode = false; // it seems to have sectors of sound alone
     PacketCensus census;        // of the packets that its file holds
     std::int32_t pictureMs = 0; // as long as these last
     bool endsWithinPacket = false;

@@ -93,8 +93,15 @@ void JudgePicture(const TrackFacts& facts, Findings& findings)
         findings.Fault("picture-empty", QStringLiteral("no words: nothing is drawn in %1")
                                             .arg(Counted(census.packets, "packet")));
     }
-    if (facts.endsWithinPacket)
-        findings.Fault("picture-cut-off", QStringLiteral("picture is cut off within a packet"));
+    if (facts.lacksSubcode) {
+        findings.Fault(
+            "disc-without-subcode",
+            QStringLiteral("its sectors hold no subcode: no words, and noise for sound"));
+    } else if (facts.endsWithinPacket) {
+        findings.Fault("picture-cut-off",
+                       facts.isDisc ? QStringLiteral("disc image is cut off within a sector")
+                                    : QStringLiteral("picture is cut off within a packet"));
+    }
     if (ParityStateOf(census.p) == ParityState::Damaged) {
         findings.Fault("packets-damaged",
                        QStringLiteral("%1 damaged, by their parity")

@@ -112,6 +112,16 @@ TEST_F(Check, ParityOfThePacketsIsChecked)
     EXPECT_EQ(track[u"picture"][u"parity_q"][u"state"], QStringLiteral("right"));
 }
 
+TEST_F(Check, DiscsThatAreNoneAreFound)
+{
+    const std::string disc = Sectors(SomeWords(2));
+    EXPECT_EQ(Checked(Make("a.bin", disc.substr(0, disc.size() - 100)))[u"words"],
+              QStringLiteral("plays; disc image is cut off within a sector"));
+    // As most programs save a disc.
+    EXPECT_THAT(CodesOf(Make("b.bin", std::string(2352UL * 100, '\0'))),
+                ElementsAre("picture-empty", "disc-without-subcode"));
+}
+
 // The silence and the empty packets that the player fills up with are none of the track's own.
 TEST_F(Check, WhatIsShorterIsFound)
 {
