@@ -72,7 +72,7 @@ class Completion(CommandTest):
     def test_they_offer_every_option(self):
         self.assertEqual(self.answers("lyric-lantern", "-"), self.options_of("lyric-lantern"))
         offered = self.answers("lantern-tool", "-")
-        for command in ("info", "frame", "thumbnail", "check"):
+        for command in ("info", "frame", "thumbnail", "check", "video"):
             offered |= self.answers("lantern-tool", command, "--")
         self.assertEqual(offered - {"-h", "-v"}, self.options_of("lantern-tool"))
 

@@ -34,9 +34,10 @@ class Install(InstalledTest):
         files = {str(path.relative_to(self.root / "usr")) for path in self.root.rglob("*")
                  if not path.is_dir()}
         # Systems differ in where below lib/ they have it.
-        module = str(self.module.relative_to(self.root / "usr"))
-        self.assertRegex(module, "^lib.*/lyric-lantern/lantern-tool-sound.so$")
-        self.assertEqual(files, FILES | {module})
+        modules = {str(module.relative_to(self.root / "usr")) for module in self.modules}
+        for module in modules:
+            self.assertRegex(module, "^lib.*/lyric-lantern/lantern-tool-[a-z]+.so$")
+        self.assertEqual(files, FILES | modules)
 
     def test_each_is_a_file_that_its_owner_alone_may_write(self):
         for name in FILES:
@@ -47,7 +48,7 @@ class Install(InstalledTest):
     def test_nothing_in_them_leads_back_to_where_they_were_built(self):
         for name in FILES - {"bin/lantern-tool", "bin/lyric-lantern"}:
             self.assertNotIn(str(BUILD).encode(), (self.root / "usr" / name).read_bytes(), name)
-        for program in (self.bin / "lantern-tool", self.bin / "lyric-lantern", self.module):
+        for program in (self.bin / "lantern-tool", self.bin / "lyric-lantern", *self.modules):
             code, output = run("readelf", "--dynamic", program)
             self.assertEqual(code, 0, output)
             self.assertIn("NEEDED", output)
@@ -60,6 +61,10 @@ class Install(InstalledTest):
                            self.share / "lyric-lantern/demo/demo.cdg")
         self.assertEqual(code, 0, output)
         self.assertIn('"kind": "FILE"', output)
+        code, output = run(self.bin / "lantern-tool", "video",
+                           self.share / "lyric-lantern/demo/demo.cdg", "--to", "0.1",
+                           "--out", self.scratch / "film.webm")
+        self.assertEqual((code, output), (0, ""))
 
 
 if __name__ == "__main__":

@@ -35,7 +35,7 @@ class InstalledTest(unittest.TestCase):
         assert code == 0, output
         cls.share = cls.root / "usr/share"
         cls.bin = cls.root / "usr/bin"
-        cls.module = next(cls.root.rglob("lantern-tool-sound.so"))
+        cls.modules = [next(cls.root.rglob(f"lantern-tool-{part}.so")) for part in ("sound", "film")]
 
     def assert_silent(self, *command):
         """The command succeeds and has nothing to say."""

@@ -5,6 +5,7 @@
 #include "FrameCommand.h"
 #include "InfoCommand.h"
 #include "ThumbnailCommand.h"
+#include "VideoCommand.h"
 
 #include <algorithm>
 #include <array>
@@ -18,6 +19,11 @@ const QCommandLineOption kOut(QStringLiteral("out"), {}, QStringLiteral("FILE"))
 const QCommandLineOption kRaw(QStringLiteral("raw"));
 const QCommandLineOption kSize(QStringLiteral("size"), {}, QStringLiteral("SIZE"));
 const QCommandLineOption kSmooth(QStringLiteral("smooth"));
+const QCommandLineOption kFps(QStringLiteral("fps"), {}, QStringLiteral("N"));
+const QCommandLineOption kKey(QStringLiteral("key"), {}, QStringLiteral("N"));
+const QCommandLineOption kSpeed(QStringLiteral("speed"), {}, QStringLiteral("N"));
+const QCommandLineOption kFrom(QStringLiteral("from"), {}, QStringLiteral("SECONDS"));
+const QCommandLineOption kTo(QStringLiteral("to"), {}, QStringLiteral("SECONDS"));
 const QCommandLineOption kForce(QStringLiteral("force"));
 const QCommandLineOption kJson(QStringLiteral("json"));
 const QCommandLineOption kQuick(QStringLiteral("quick"));
@@ -38,6 +44,11 @@ const std::array kCommands = {
                ParseThumbnail},
     CommandRow{
         QStringLiteral("check"), {QStringLiteral("json"), QStringLiteral("quick")}, ParseCheck, 2},
+    CommandRow{QStringLiteral("video"),
+               {QStringLiteral("out"), QStringLiteral("size"), QStringLiteral("smooth"),
+                QStringLiteral("fps"), QStringLiteral("key"), QStringLiteral("speed"),
+                QStringLiteral("from"), QStringLiteral("to"), QStringLiteral("force")},
+               ParseVideo},
 };
 
 } // namespace
@@ -51,8 +62,9 @@ const CommandRow* FindCommand(const QString& name)
 const QList<QCommandLineOption>& CommandOptions()
 {
     static const QList<QCommandLineOption> options = {
-        option::kPacket, option::kAt,    option::kOut,  option::kRaw,  option::kSize,
-        option::kSmooth, option::kForce, option::kJson, option::kQuick};
+        option::kPacket, option::kAt,    option::kOut,  option::kRaw,   option::kSize,
+        option::kSmooth, option::kFps,   option::kKey,  option::kSpeed, option::kFrom,
+        option::kTo,     option::kForce, option::kJson, option::kQuick};
     return options;
 }
 

@@ -2,10 +2,10 @@
 #include "FrameCommand.h"
 
 #include "FrameWriter.h"
+#include "OptionValues.h"
 #include "PlaybackClock.h"
 #include "TrackLoad.h"
 
-#include <cmath>
 #include <limits>
 #include <optional>
 #include <utility>
@@ -33,35 +33,15 @@ private:
     bool m_force;
 };
 
-// Of the form 1920x1280.
-std::optional<QSize> SizeFrom(const QString& text)
-{
-    const QStringList sides = text.split(u'x');
-    if (sides.size() != 2)
-        return std::nullopt;
-    bool isWidth = false;
-    bool isHeight = false;
-    const QSize size(sides[0].toInt(&isWidth), sides[1].toInt(&isHeight));
-    const bool isPossible = isWidth && isHeight && size.width() >= 1 && size.height() >= 1 &&
-                            size.width() <= kLargestFrame && size.height() <= kLargestFrame;
-    return isPossible ? std::optional(size) : std::nullopt;
-}
-
 std::optional<PacketIndex> PacketFromNumber(const QString& text)
 {
-    bool isNumber = false;
-    const int packet = text.toInt(&isNumber);
-    return isNumber && packet >= 0 ? std::optional<PacketIndex>(packet) : std::nullopt;
+    return NumberFrom(text, 0, std::numeric_limits<PacketIndex>::max());
 }
 
 std::optional<PacketIndex> PacketFromSeconds(const QString& text)
 {
-    bool isNumber = false;
-    const double positionMs = std::round(text.toDouble(&isNumber) * 1000);
-    // A NaN is not in the range, either.
-    if (!isNumber || !(positionMs >= 0 && positionMs <= std::numeric_limits<std::int32_t>::max()))
-        return std::nullopt;
-    return PacketsFromMs(static_cast<std::int32_t>(positionMs));
+    const std::optional<std::int32_t> positionMs = MsFromSeconds(text);
+    return positionMs ? std::optional(PacketsFromMs(*positionMs)) : std::nullopt;
 }
 
 // The packets of one of the two options; nothing in the result and no error if it wasn't given.

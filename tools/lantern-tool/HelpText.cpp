@@ -11,6 +11,9 @@ const char* const kHelpText =
                     [--raw | --size WxH [--smooth]] [--force]
        lantern-tool thumbnail TRACK... [--size N] --out FILE [--force]
        lantern-tool check TRACK... [--json] [--quick]
+       lantern-tool video TRACK... --out FILE [--size WxH] [--smooth] [--fps N]
+                    [--key N] [--speed N] [--from SECONDS] [--to SECONDS]
+                    [--force]
        lantern-tool --help | --version
 
 TRACK is what the player opens: a .cdg file, an audio file, a .bin or a .zip.
@@ -40,6 +43,12 @@ check  tells whether the track plays, here and elsewhere: its packets and their
        is missing, cut off or damaged, names that pair only here, and archives
        that others can't read. --json tells all of it as JSON. --quick doesn't
        decode the sound, which takes most of the time.
+video  makes a film of the song, by the name of FILE: .mp4 (H.264 and AAC),
+       .webm (VP9 and Opus), or .mkv (FFV1 and FLAC: nothing is lost). It has
+       1920 by 1080 pixels, or those of --size, the picture in its middle with
+       the border around it, and up to 30 pictures a second, or so many as --fps
+       says. --key moves the sound by -10 to 10 semitones, --speed makes the song
+       -90 to 90 percent faster, --from and --to choose a part of it.
 
 All commands:
 --recursive  goes into the folders of folders, too.

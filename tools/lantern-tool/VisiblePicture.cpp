@@ -65,14 +65,19 @@ QImage VisiblePicture(PictureMemory& picture)
     return sink.image;
 }
 
+void ShowScaled(PictureMemory& picture, QSize size)
+{
+    picture.Buffers().FGvbscale(picture.ViewLeft, picture.ViewLeft + kVisibleWidth - 1,
+                                picture.ViewTop, picture.ViewTop + kVisibleHeight - 1, 0,
+                                size.width(), 0, size.height());
+}
+
 QImage ScaledPicture(PictureMemory& picture, QSize size, PictureLook look)
 {
     ImageSurface surface(size, look);
-    VirtualBuffers& buffers = picture.Buffers();
-    buffers.FGsetdc(&surface);
-    buffers.FGvbscale(picture.ViewLeft, picture.ViewLeft + kVisibleWidth - 1, picture.ViewTop,
-                      picture.ViewTop + kVisibleHeight - 1, 0, size.width(), 0, size.height());
-    buffers.FGsetdc(nullptr);
+    picture.Buffers().FGsetdc(&surface);
+    ShowScaled(picture, size);
+    picture.Buffers().FGsetdc(nullptr);
     return surface.image.convertToFormat(QImage::Format_RGB888);
 }
 

@@ -32,7 +32,9 @@ private:
 
 // What the window would show of the picture, 288 by 192 pixels in its colours.
 QImage VisiblePicture(PictureMemory& picture);
-// The same, scaled to a size by the window's own means.
+// The same, scaled to a size by the window's own means, on the surface of the picture's buffers.
+void ShowScaled(PictureMemory& picture, QSize size);
+// The same as an image.
 QImage ScaledPicture(PictureMemory& picture, QSize size, PictureLook look);
 
 QByteArray PngOf(const QImage& image);
