@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The singer's screen beside the player's, on one display with two monitors.
-#include "Journey.h"
-#include "ScreenWindow.h"
+#include "SingerJourney.h"
+
+#include <X11/Xlib.h>
 
 #include <algorithm>
 #include <vector>
@@ -9,50 +10,7 @@
 namespace lantern::test {
 namespace {
 
-constexpr QSize kOwnSize = {1200, 800};
-constexpr QRect kSingerArea = {1200, 0, 800, 600};
-constexpr Point kSingerMiddle = {1600, 300};
-constexpr Point kSingerBorder = {1600, 5}; // above the picture of 800 by 533
-constexpr QRgb kNothing = 0xFF000000;
-
-class Singer : public Journey {
-protected:
-    Singer() : Journey({kOwnSize.width() + kSingerArea.width(), kOwnSize.height()})
-    {
-        SetMonitors({"--setmonitor", "own", "1200/300x800/200+0+0", "screen"});
-        Plug();
-    }
-    ~Singer() override
-    {
-        Unplug();
-        SetMonitors({"--delmonitor", "own"});
-    }
-
-    void Plug() { SetMonitors({"--setmonitor", "stage", "800/200x600/150+1200+0", "none"}); }
-    void Unplug() { SetMonitors({"--delmonitor", "stage"}); }
-    void SetMonitors(std::vector<std::string> arguments)
-    {
-        arguments.insert(arguments.begin(), "xrandr");
-        EXPECT_EQ(Process({.arguments = arguments, .environment = screen.Environment()})
-                      .WaitForExit(kPatience),
-                  0);
-    }
-
-    void ChosenBefore()
-    {
-        std::filesystem::create_directories(home.SettingsFile().parent_path());
-        WriteFile(StageFile(), "singerscreen\tstage|||\r\n");
-    }
-    std::filesystem::path StageFile() const
-    {
-        return home.SettingsFile().parent_path() / "data_stage.ini";
-    }
-    void OpenTone() { OpenTrack(WriteToneTrack("tone", 120.0)); }
-
-    const ScreenWindow main{screen, kMainTitle};
-    const ScreenWindow singer{screen, "Lyric Lantern CDG Player Singer's Screen"};
-    const ScreenWindow stage{screen, "Lyric Lantern CDG Player Stage"};
-};
+using Singer = SingerJourney;
 
 TEST_F(Singer, ThePictureIsThereAloneAndTheKeyboardStays)
 {
@@ -180,6 +138,35 @@ TEST_F(Singer, BothPicturesChangeInOneAndTheSameMoment)
         EXPECT_TRUE(AwaitColour(kSingerMiddle, colour)) << "the singer sings on";
     main.BringBack();
     EXPECT_TRUE(main.HasKeyboardSoon());
+}
+
+// Somebody puts the window elsewhere again and again, as a window manager does that knows better.
+TEST_F(Singer, WhereAskingDoesNotHelpItTakesItsPlace)
+{
+    ChosenBefore();
+    ASSERT_NO_FATAL_FAILURE(OpenTone());
+    ASSERT_TRUE(AwaitColour(kSingerMiddle, kPicture));
+    const QRect place = main.Area();
+    const XConnection connection(screen.DisplayName());
+    const auto isLeftAlone = [&] {
+        for (const unsigned long id : connection.Property(connection.Root(), "_NET_CLIENT_LIST")) {
+            if (connection.TextProperty(id, "_NET_WM_NAME") != kSingerTitle)
+                continue;
+            XMoveWindow(connection.Display(), id, 300, 200);
+            XSync(connection.Display(), False);
+            return false;
+        }
+        return true;
+    };
+    EXPECT_TRUE(Eventually(isLeftAlone, kPatience, 50ms));
+    EXPECT_TRUE(AwaitColour(kSingerMiddle, kPicture));
+    EXPECT_TRUE(AwaitColour(kSingerBorder, kBorder));
+    EXPECT_TRUE(main.HasKeyboardSoon());
+    EXPECT_EQ(main.Area(), place);
+    Unplug();
+    EXPECT_TRUE(AwaitColour(kSingerMiddle, kNothing));
+    Plug();
+    EXPECT_TRUE(singer.IsThereSoon()) << "asked again, as at first";
 }
 
 } // namespace
