@@ -66,7 +66,8 @@ ZipMember Failure(const QString& reason)
 
 ZipMember Damaged(const QString& how)
 {
-    return Failure(QStringLiteral("damaged: ") + how);
+    const QString damaged = QStringLiteral("damaged");
+    return Failure(how.isEmpty() ? damaged : damaged + QStringLiteral(": ") + how);
 }
 
 bool IsBomb(const ZipEntry& entry)

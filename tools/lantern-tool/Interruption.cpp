@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "Interruption.h"
 
+#include "ErrorLine.h"
+
 #include <array>
 #include <csignal>
 #include <cstdio>
@@ -32,7 +34,7 @@ void EndBy(int signal)
     for (const QByteArray& path : files.paths)
         unlink(path.constData());
     if (files.isLineShown)
-        std::fputs("\r\x1B[K", stderr);
+        std::fputs("\r\x1B[K", ErrorStream());
     std::signal(signal, SIG_DFL);
     sigset_t set;
     sigemptyset(&set);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "OutputFile.h"
 
+#include "ErrorLine.h"
 #include "Interruption.h"
 #include "PathText.h"
 #include "ReplaceFile.h"
@@ -111,14 +112,17 @@ QString OutputFile::Open(const QString& path, IfExists ifExists)
         errno = EINVAL;
         return ErrorNow();
     }
-    m_target = EndOfLinksFrom(NativeFromText(path));
-
+    // Standard error may have another number by now.
+    const QByteArray name = path == QStringLiteral("/dev/stderr")
+                                ? "/proc/self/fd/" + QByteArray::number(fileno(ErrorStream()))
+                                : NativeFromText(path);
     struct stat status = {};
-    const bool isThere = stat(m_target.constData(), &status) == 0;
+    const bool isThere = stat(name.constData(), &status) == 0;
     if (isThere && !S_ISREG(status.st_mode)) {
-        m_file = OwnedDescriptor(open(m_target.constData(), O_WRONLY | O_CLOEXEC | O_NOCTTY));
+        m_file = OwnedDescriptor(open(name.constData(), O_WRONLY | O_CLOEXEC | O_NOCTTY));
         return m_file ? QString() : ErrorNow();
     }
+    m_target = EndOfLinksFrom(name);
     if (isThere && ifExists == IfExists::Keep)
         return Exists(path);
     if (isThere && access(m_target.constData(), W_OK) != 0)

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ProgressBar.h"
 
+#include "ErrorLine.h"
 #include "Interruption.h"
 
 #include <algorithm>
@@ -57,7 +58,7 @@ ProgressBar::ProgressBar(bool isWanted, std::size_t tracks) : m_isWanted(isWante
 
 bool ProgressBar::IsOnTerminal()
 {
-    return isatty(STDERR_FILENO) == 1;
+    return isatty(fileno(ErrorStream())) == 1;
 }
 
 void ProgressBar::Show(double tracksDone)
@@ -70,14 +71,15 @@ void ProgressBar::Show(double tracksDone)
     if (!m_isShown)
         Interruption::SetLineShown(true);
     m_isShown = true;
-    std::fprintf(stderr, "\r%s\x1B[K", ProgressText(tracksDone, m_tracks, elapsed).constData());
+    std::fprintf(ErrorStream(), "\r%s\x1B[K",
+                 ProgressText(tracksDone, m_tracks, elapsed).constData());
 }
 
 void ProgressBar::Hide()
 {
     if (!m_isShown)
         return;
-    std::fputs("\r\x1B[K", stderr);
+    std::fputs("\r\x1B[K", ErrorStream());
     m_isShown = false;
     Interruption::SetLineShown(false);
 }

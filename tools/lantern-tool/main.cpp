@@ -31,6 +31,7 @@ int main(int argc, char** argv)
     if (arguments.error.isEmpty() && arguments.wish != Wish::Tracks)
         arguments.error = PrintWished(arguments.wish);
     else if (arguments.error.isEmpty()) {
+        SilenceLibraries();
         Interruption::Watch();
         return RunTracks(*arguments.command, arguments.tracks, arguments.shared);
     }

@@ -101,7 +101,7 @@ TEST_F(ZipMethodsTest, ADamagedStreamOfEachMethodIsSkipped)
         EXPECT_TRUE(outcome.members == (Pairs{{"b.mp3", m_sound}}));
         EXPECT_THAT(outcome.skipped,
                     ElementsAre(Pair(
-                        "a.cdg", ::testing::AnyOf(StartsWith("damaged: "), StartsWith("wrong ")))));
+                        "a.cdg", ::testing::AnyOf(StartsWith("damaged"), StartsWith("wrong ")))));
         std::filesystem::remove(m_folder / "a.zip");
     }
 }

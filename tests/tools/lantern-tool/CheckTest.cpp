@@ -259,6 +259,9 @@ TEST_F(Check, ACommandLineThatIsBadIsLikeATrackThatCannotBeRead)
 // Scripts read it: it never changes.
 TEST_F(Check, TheDemoSongIsToldOfAsEver)
 {
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+    GTEST_SKIP() << "it is not made under sanitizers";
+#endif
     const std::string demo = LANTERN_DEMO_FOLDER "/demo.cdg";
     const Result text = Run({"check", demo});
     EXPECT_EQ(text.code, 0);

@@ -354,6 +354,21 @@ TEST_F(LanternToolTest, AnArchiveWithNothingToPlayTellsWhyInOneLine)
                 ::testing::EndsWith("4: not of the types asked for; ...)\n"));
 }
 
+// A library has more to say of it.
+TEST_F(LanternToolTest, WhatIsPackedWrongIsOneLine)
+{
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+    GTEST_SKIP() << "what watches for faults must be heard";
+#endif
+    std::string bytes = test::ReadFile(std::string(LANTERN_CORPUS) + "/fuzz_zip/deflate64");
+    constexpr std::size_t kInThePackedData = 45;
+    bytes.at(kInThePackedData) ^= 0x55;
+    const std::string zip = Make("a.zip", bytes);
+    ExpectFailure({"info", zip},
+                  "Nothing to play: " + zip + " (a.cdg: damaged; b.mp3: no usable sound)");
+    EXPECT_EQ(Run({"check", zip}).error, "");
+}
+
 TEST_F(LanternToolTest, AnOutputThatCannotBeWrittenIsOneLine)
 {
     const std::string track = MakeBlocks();

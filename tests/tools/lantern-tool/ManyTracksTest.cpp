@@ -187,6 +187,15 @@ TEST_F(ManyTracks, TheOutputOfASingleTrackIsReplaced)
     EXPECT_EQ(std::filesystem::status(In("new.png")).permissions(), std::filesystem::perms(0644));
     EXPECT_EQ(Run({"thumbnail", track, "--out", "/dev/stdout"}).output,
               test::ReadFile(In("new.png")));
+    EXPECT_EQ(Run({"thumbnail", track, "--out", "/dev/stderr"}).error,
+              test::ReadFile(In("new.png")));
+    for (const char* stream : {"/dev/stdout", "/dev/stderr"}) {
+        EXPECT_EQ(
+            test::OutputOf({.arguments = {"sh", "-c", "\"$0\" \"$@\" 2>&1 | cat", LANTERN_TOOL,
+                                          "thumbnail", track, "--out", stream}}),
+            test::ReadFile(In("new.png")))
+            << stream;
+    }
 }
 
 TEST_F(ManyTracks, TwoTracksWithOneOutputAreNotMixedUp)
