@@ -50,6 +50,13 @@ std::uint16_t ColoursOfTile(const CdgPacket& packet)
     return colours;
 }
 
+// Otherwise it only moves the view, and nothing comes in from the side.
+bool Scrolls(const CdgPacket& packet)
+{
+    constexpr std::uint8_t kDirection = 0x30;
+    return ((packet.PacketData[1] | packet.PacketData[2]) & kDirection) != 0;
+}
+
 // What the instruction does; false for one that the disc standard doesn't know.
 bool NoteGraphics(const CdgPacket& packet, PacketCensus& census, bool& draws)
 {
@@ -72,6 +79,9 @@ bool NoteGraphics(const CdgPacket& packet, PacketCensus& census, bool& draws)
         census.definedColours |= kHighEntries;
         return true;
     case CdgInstruction::ScrollPreset:
+        if (Scrolls(packet))
+            census.drawnColours |= BitOf(packet.PacketData[0]);
+        return true;
     case CdgInstruction::ScrollCopy:
     case CdgInstruction::DefineTransparentColour:
         return true;

@@ -2,6 +2,7 @@
 #include "PacketCensus.h"
 #include "PacketParity.h"
 
+#include <algorithm>
 #include <gtest/gtest.h>
 #include <vector>
 
@@ -43,6 +44,34 @@ TEST(PacketCensus, CountsWhatPacketsAre)
     EXPECT_EQ(census.firstDrawing, 4);
     EXPECT_EQ(census.lastDrawing, 6);
     EXPECT_EQ(CountPackets({}).firstDrawing, 0);
+}
+
+TEST(PacketCensus, KnowsAllInstructionsOfTheDiscStandard)
+{
+    for (int instruction = 0; instruction < 64; ++instruction) {
+        CdgPacket packet = GraphicsPacket(CdgInstruction::TileBlock);
+        packet.Instruction = static_cast<std::uint8_t>(instruction);
+        const std::vector<int> known = {1, 2, 6, 20, 24, 28, 30, 31, 38};
+        const bool isKnown = std::ranges::find(known, instruction) != known.end();
+        EXPECT_EQ(CountPackets(std::vector{packet}).unknownInstructions, isKnown ? 0 : 1)
+            << instruction;
+    }
+}
+
+TEST(PacketCensus, AScrollDrawsItsColourWhereItMovesThePicture)
+{
+    CdgPacket packet = GraphicsPacket(CdgInstruction::ScrollPreset);
+    packet.PacketData[0] = 5;
+    packet.PacketData[1] = 7;
+    packet.PacketData[2] = 11;
+    EXPECT_EQ(CountPackets(std::vector{packet}).drawnColours, 0U);
+    for (const std::size_t place : {1U, 2U}) {
+        CdgPacket moved = packet;
+        moved.PacketData[place] |= 0x20;
+        EXPECT_EQ(CountPackets(std::vector{moved}).drawnColours, 1U << 5U);
+        moved.Instruction = static_cast<std::uint8_t>(CdgInstruction::ScrollCopy);
+        EXPECT_EQ(CountPackets(std::vector{moved}).drawnColours, 0U);
+    }
 }
 
 TEST(PacketCensus, CountsParity)
