@@ -54,6 +54,18 @@ std::optional<std::size_t> FindScreen(const ScreenIdentity& wanted, const Screen
     return found;
 }
 
+std::optional<std::size_t> FindFreeScreen(const ScreenIdentity& wanted,
+                                          const ScreenIdentities& screens,
+                                          const std::function<bool(std::size_t)>& isFree)
+{
+    const std::optional<std::size_t> found = FindScreen(wanted, screens);
+    for (std::size_t i = 0; found && i < screens.size(); ++i) {
+        if (screens[i] == screens[*found] && isFree(i))
+            return i;
+    }
+    return found;
+}
+
 QString ScreenCaption(const ScreenIdentity& screen)
 {
     if (screen.model.isEmpty())

@@ -6,6 +6,7 @@
 #include <QStringList>
 
 #include <cstddef>
+#include <functional>
 #include <optional>
 #include <vector>
 
@@ -22,6 +23,10 @@ ScreenIdentity IdentityOf(const QScreen& screen);
 // nothing is known by its plug.
 std::optional<std::size_t> FindScreen(const ScreenIdentity& wanted,
                                       const ScreenIdentities& screens);
+// The same; of those that nothing tells apart it is the first that is free.
+std::optional<std::size_t> FindFreeScreen(const ScreenIdentity& wanted,
+                                          const ScreenIdentities& screens,
+                                          const std::function<bool(std::size_t)>& isFree);
 
 // What people call each of the screens: by its model, and where several are called the same, by
 // what tells them apart.

@@ -137,15 +137,22 @@ void SingerScreen::Follow()
 
 QScreen* SingerScreen::ChosenScreen() const
 {
-    const std::optional<std::size_t> found = FindScreen(m_chosen, Screens());
-    return found ? QGuiApplication::screens().at(static_cast<qsizetype>(*found)) : nullptr;
+    const QList<QScreen*> screens = QGuiApplication::screens();
+    const auto isFree = [&](std::size_t i) {
+        return !IsPlayers(*screens.at(static_cast<qsizetype>(i)));
+    };
+    const std::optional<std::size_t> found = FindFreeScreen(m_chosen, Screens(), isFree);
+    return found ? screens.at(static_cast<qsizetype>(*found)) : nullptr;
 }
 
-// Two screens that show the same have one place.
+// Two screens that show the same have one place. Those of two desktops may, too, and do not.
 bool SingerScreen::IsPlayers(const QScreen& screen) const
 {
     const QScreen* const own = m_mainWindow.screen();
-    return own && (own == &screen || own->geometry().intersects(screen.geometry()));
+    if (!own || own == &screen)
+        return own != nullptr;
+    return own->virtualSiblings().contains(&screen) &&
+           own->geometry().intersects(screen.geometry());
 }
 
 void SingerScreen::Open(QScreen& screen, WindowCare care)

@@ -69,6 +69,23 @@ TEST_F(Singer, ItGoesWithTheScreenAndComesBackWithIt)
     EXPECT_TRUE(AwaitColour(kSingerMiddle, kPicture));
 }
 
+TEST_F(Singer, AScreenThatShowsThePlayerTooIsNotCovered)
+{
+    ChosenBefore();
+    ASSERT_NO_FATAL_FAILURE(OpenTone());
+    ASSERT_TRUE(singer.IsThereSoon());
+    Unplug();
+    EXPECT_TRUE(singer.IsGoneSoon());
+    SetMonitors({"--setmonitor", "stage", "800/200x600/150+100+0", "none"}); // a twin
+    std::this_thread::sleep_for(1500ms);
+    EXPECT_FALSE(singer.IsThere());
+    EXPECT_TRUE(main.HasKeyboard());
+    Unplug();
+    Plug();
+    EXPECT_TRUE(singer.IsThereSoon());
+    EXPECT_TRUE(AwaitColour(kSingerMiddle, kPicture));
+}
+
 TEST_F(Singer, TheKeyboardAloneChoosesItAndItIsRemembered)
 {
     ASSERT_NO_FATAL_FAILURE(OpenTone());

@@ -42,6 +42,16 @@ TEST(KnownScreensTest, OneThatTellsNothingIsKnownByItsPlug)
     EXPECT_EQ(FindScreen(Known(""), {Known("")}), std::nullopt) << "none is no screen";
 }
 
+TEST(KnownScreensTest, OfScreensThatNothingTellsApartItIsAFreeOne)
+{
+    const ScreenIdentities screens = {Known("screen"), Known("screen"), Known("other")};
+    const auto isFree = [](std::size_t screen) { return screen != 0; };
+    EXPECT_EQ(FindFreeScreen(Known("screen"), screens, isFree), 1U);
+    EXPECT_EQ(FindFreeScreen(Known("screen"), {Known("screen"), Known("other")}, isFree), 0U);
+    EXPECT_EQ(FindFreeScreen(Known("other"), screens, isFree), 2U);
+    EXPECT_EQ(FindFreeScreen(Known("another"), screens, isFree), std::nullopt);
+}
+
 TEST(KnownScreensTest, ScreensAreCalledByWhatTellsThemApart)
 {
     EXPECT_EQ(ScreenCaptions({Known("eDP-1"), Known("HDMI-1", "Acme", "TV", "7")}),
