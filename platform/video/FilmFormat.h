@@ -22,7 +22,8 @@ struct FilmFormat {
     FilmKind kind = FilmKind::Mp4;
     int width = 0;
     int height = 0;
-    int picturesPerSecond = 0; // of the grid on which pictures stand
+    int placesPerSecond = 0;   // of the grid on which pictures stand
+    int picturesPerSecond = 0; // the most of them that change, up to the places
     int soundRate = 0;         // one that FilmSoundRate gave
     QString title;             // empty for none
     QString artist;

@@ -70,6 +70,8 @@ struct FilmWriter::Film {
 
     QString Show(std::int64_t place)
     {
+        if (isChanged)
+            lastChanged = place;
         isChanged = false;
         lastShown = place;
         return picture.Add(painted.Frame(), place);
@@ -82,6 +84,7 @@ struct FilmWriter::Film {
     SoundStream sound;
     std::int64_t places = 0;
     std::int64_t lastShown = -1;
+    std::int64_t lastChanged = -1; // -1 for none
     bool isChanged = true;
 };
 
@@ -112,10 +115,17 @@ void FilmWriter::Paint(const FilmPixels& pixels, const FilmRect& changed)
     m_film->isChanged = true;
 }
 
+bool FilmWriter::TakesPicture() const
+{
+    const std::int64_t since = m_film->places - m_film->lastChanged;
+    const FilmFormat& format = m_film->format;
+    return m_film->lastChanged < 0 || since * format.picturesPerSecond >= format.placesPerSecond;
+}
+
 QString FilmWriter::NextPicture()
 {
     const std::int64_t place = m_film->places++;
-    const bool isDue = place - m_film->lastShown >= m_film->format.picturesPerSecond;
+    const bool isDue = place - m_film->lastShown >= m_film->format.placesPerSecond;
     return m_film->isChanged || isDue ? m_film->Show(place) : QString();
 }
 

@@ -29,6 +29,8 @@ public:
     FilmWriter(const FilmWriter&) = delete;
     FilmWriter& operator=(const FilmWriter&) = delete;
 
+    // Whether the next picture may be another one: so many in a second don't come too soon.
+    bool TakesPicture() const;
     // What has changed in the next picture. At first all is black.
     void Paint(const FilmPixels& pixels, const FilmRect& changed);
     // The next place of the grid, the first one at 0, shows what is painted.

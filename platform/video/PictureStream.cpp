@@ -21,7 +21,7 @@ QString PictureStream::Open(const FilmFormat& format)
     encoder.width = format.width;
     encoder.height = format.height;
     encoder.sample_aspect_ratio = {1, 1};
-    encoder.time_base = {1, format.picturesPerSecond};
+    encoder.time_base = {1, format.placesPerSecond};
     encoder.framerate = {format.picturesPerSecond, 1};
     m_isExact = codecs.isExact;
     if (m_isExact) {
@@ -36,7 +36,7 @@ QString PictureStream::Open(const FilmFormat& format)
         encoder.chroma_sample_location = AVCHROMA_LOC_LEFT;
         encoder.gop_size = std::numeric_limits<int>::max(); // they are asked for
     }
-    m_mostBetweenKeys = std::int64_t{kSecondsBetweenKeys} * format.picturesPerSecond;
+    m_mostBetweenKeys = std::int64_t{kSecondsBetweenKeys} * format.placesPerSecond;
     return FilmStream::Open(codecs.pictureOptions);
 }
 

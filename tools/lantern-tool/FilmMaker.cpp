@@ -13,28 +13,27 @@ namespace lantern::tool {
 namespace {
 
 constexpr int kWholeSpeed = 100;
+constexpr int kPlacesOfAPiece = 20;
 
 std::int64_t Speed(const FilmOrder& order)
 {
     return kWholeSpeed + order.speedPercent;
 }
 
-// The places of the grid that lie in the film. The last one may reach over its end.
-std::int64_t PictureCount(const FilmOrder& order)
+// The places of the grid that lie in the film: milliseconds. The last one may reach over its end.
+constexpr int kPlacesPerSecond = 1000;
+
+std::int64_t PlaceCount(const FilmOrder& order)
 {
     const std::int64_t lengthMs = std::int64_t{order.toMs} - order.fromMs;
-    const std::int64_t divisor = 1000 * Speed(order);
-    return (lengthMs * kWholeSpeed * order.picturesPerSecond + divisor - 1) / divisor;
+    return (lengthMs * kWholeSpeed + Speed(order) - 1) / Speed(order);
 }
 
-// The packet whose picture is seen at a place of the grid.
+// The packet whose picture is due at a place: what the player has there.
 PacketIndex PacketAt(const FilmOrder& order, std::int64_t place)
 {
-    constexpr std::int64_t kPacketsIn10Ms = kPacketsPerSecond / 100;
-    const std::int64_t divisor = std::int64_t{kWholeSpeed} * order.picturesPerSecond;
-    const std::int64_t from = kPacketsIn10Ms * order.fromMs * divisor;
-    const std::int64_t run = 10 * kPacketsPerSecond * Speed(order) * place;
-    return static_cast<PacketIndex>((from + run) / (10 * divisor));
+    const std::int64_t positionMs = order.fromMs + place * Speed(order) / kWholeSpeed;
+    return static_cast<PacketIndex>(positionMs * kPacketsPerSecond / 1000);
 }
 
 class FilmMaker {
@@ -55,16 +54,21 @@ public:
                                   {.kind = m_order.kind,
                                    .width = m_order.size.width(),
                                    .height = m_order.size.height(),
+                                   .placesPerSecond = kPlacesPerSecond,
                                    .picturesPerSecond = m_order.picturesPerSecond,
                                    .soundRate = m_rate,
                                    .title = m_order.title,
                                    .artist = m_order.artist},
                                   m_trouble.file);
-        const std::int64_t count = PictureCount(m_order);
+        const std::int64_t count = PlaceCount(m_order);
         for (std::int64_t place = 0; place < count && m_trouble.IsNone(); ++place) {
-            AddPicture(place);
-            AddSoundUpTo(place + 1);
-            m_client.tellDone(static_cast<double>(place + 1) / static_cast<double>(count));
+            const bool isLast = place + 1 == count;
+            AddPicture(place, isLast);
+            // In pieces that are worth it.
+            if ((place + 1) % kPlacesOfAPiece == 0 || isLast) {
+                AddSoundUpTo(place + 1);
+                m_client.tellDone(static_cast<double>(place + 1) / static_cast<double>(count));
+            }
         }
         // A sound is not as long as whole milliseconds.
         if (m_trouble.IsNone())
@@ -74,19 +78,22 @@ public:
     }
 
 private:
-    void AddPicture(std::int64_t place)
+    void AddPicture(std::int64_t place, bool isLast)
     {
-        m_client.showPicture(PacketAt(m_order, place),
-                             [this](const FilmPixels& pixels, const FilmRect& changed) {
-                                 m_film->Paint(pixels, changed);
-                             });
+        const PacketIndex packet = PacketAt(m_order, place);
+        if (packet != m_shown && (isLast || m_film->TakesPicture())) {
+            m_shown = packet;
+            m_client.showPicture(packet, [this](const FilmPixels& pixels, const FilmRect& changed) {
+                m_film->Paint(pixels, changed);
+            });
+        }
         m_trouble.file = m_film->NextPicture();
     }
 
     // A place of the grid.
     void AddSoundUpTo(std::int64_t place)
     {
-        const std::int64_t wanted = place * m_rate / m_order.picturesPerSecond;
+        const std::int64_t wanted = place * m_rate / kPlacesPerSecond;
         if (m_trouble.IsNone())
             AddSound(wanted - m_frames);
         m_frames = wanted;
@@ -106,6 +113,7 @@ private:
     FilmTrouble& m_trouble;
     FilmSound m_sound;
     std::unique_ptr<FilmWriter> m_film;
+    PacketIndex m_shown = -1;
     int m_rate = 0;
     std::int64_t m_frames = 0; // of the sound, so far
     std::vector<float> m_samples;

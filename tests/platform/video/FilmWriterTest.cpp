@@ -23,6 +23,7 @@ FilmFormat Format(FilmKind kind)
     return {.kind = kind,
             .width = kWidth,
             .height = kHeight,
+            .placesPerSecond = kPicturesPerSecond,
             .picturesPerSecond = kPicturesPerSecond,
             .soundRate = kRate,
             .title = {},
@@ -109,6 +110,28 @@ TEST_P(EachFilm, HasAPictureWhereItChangesEachSecondAndAtItsEnd)
     }
     EXPECT_NEAR(film.seconds, 3.5, 0.05);
     EXPECT_NEAR(static_cast<double>(film.stereo.size()) / 2 / film.soundRate, 3.5, 0.03);
+}
+
+TEST_F(FilmWriterTest, PicturesThatChangeComeNoSoonerThanTold)
+{
+    FilmFormat format = Format(FilmKind::Matroska);
+    format.placesPerSecond = 100;
+    format.picturesPerSecond = 30;
+    const auto writer = Open(format, QStringLiteral("film.mkv"));
+    std::vector<int> takes;
+    for (int place = 0; place < 200; ++place) {
+        // A picture that stands still meanwhile is no reason to wait.
+        const bool isStill = place > 20 && place < 150;
+        if (writer->TakesPicture() && !isStill) {
+            takes.push_back(place);
+            const std::uint32_t pixel = 0xFF000000 | static_cast<std::uint32_t>(place);
+            writer->Paint({&pixel, 0}, {0, 0, 1, 1});
+        }
+        ASSERT_EQ(writer->NextPicture(), QString());
+    }
+    takes.resize(9);
+    EXPECT_EQ(takes, (std::vector<int>{0, 4, 8, 12, 16, 20, 150, 154, 158}));
+    ASSERT_EQ(writer->Finish(), QString());
 }
 
 TEST_P(EachFilm, HasAKeyPictureEveryFewSeconds)
