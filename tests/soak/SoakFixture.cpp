@@ -1,9 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "SoakFixture.h"
 
+#include "ScreenWindow.h"
+
 #include <algorithm>
 #include <cstdlib>
+#include <fstream>
+#include <sched.h>
 #include <sstream>
+#include <sys/mount.h>
 
 namespace lantern::test {
 namespace {
@@ -15,6 +20,14 @@ constexpr int kStepsToWarmUp = 25;
 constexpr std::ptrdiff_t kMoreDescriptors = 16;
 constexpr std::ptrdiff_t kMoreThreads = 6;
 constexpr long kMoreKibibytes = 48 * 1024;
+
+// For this thread and what it starts from now on. Only an administrator may.
+bool MountSmallDisk(const std::filesystem::path& folder)
+{
+    return unshare(CLONE_NEWNS) == 0 &&
+           mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0 &&
+           mount("tmpfs", folder.c_str(), "tmpfs", 0, "size=4m") == 0;
+}
 
 } // namespace
 
@@ -33,7 +46,7 @@ Holdings Holdings::Of(const Process& process)
     return {entries("fd"), entries("task"), process.ResidentKibibytes()};
 }
 
-SoakFixture::SoakFixture()
+SoakFixture::SoakFixture() : m_hasSmallDisk(MountSmallDisk(SettingsDisk()))
 {
     m_random.seed(m_seed);
     MoveClock(0);
@@ -69,6 +82,22 @@ void SoakFixture::Begin()
 void SoakFixture::Restart()
 {
     Leave();
+    BeginAnew();
+}
+
+void SoakFixture::RestartWithFullDisk()
+{
+    hand.Key("ctrl+q");
+    const ScreenWindow message(screen, "Cannot Write to Settings File");
+    EXPECT_TRUE(message.HasKeyboardSoon());
+    hand.Key("Return");
+    EXPECT_EQ(player->Program().WaitForExit(kPatience), 0);
+    EmptyDisk();
+    BeginAnew();
+}
+
+void SoakFixture::BeginAnew()
+{
     EXPECT_EQ(player->Log(), "");
     const std::string settings = ReadFile(home.SettingsFile());
     EXPECT_GE(std::ranges::count(settings, '\n'), m_settingLines) << settings;
@@ -118,6 +147,19 @@ std::optional<double> SoakFixture::Position() const
     if (number == std::string::npos)
         return std::nullopt;
     return std::atof(told->c_str() + number + 6) / 1e6;
+}
+
+void SoakFixture::FillDisk()
+{
+    std::ofstream filler(SettingsDisk() / "filler", std::ios::binary | std::ios::app);
+    const std::string page(4096, 'x');
+    while (filler << page << std::flush) {
+    }
+}
+
+void SoakFixture::EmptyDisk()
+{
+    std::filesystem::remove(SettingsDisk() / "filler");
 }
 
 bool SoakFixture::Is(const char* status) const

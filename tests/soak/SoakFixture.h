@@ -46,6 +46,12 @@ protected:
     SoakTracks::Shown Shown();
 
     void ExpectAnswer();
+    // Whether the settings lie on a small disk, which can be filled to its last byte. The player
+    // then says at its end that they can't be written; the next one finds those from before.
+    bool CanFillDisk() const { return m_hasSmallDisk; }
+    void FillDisk();
+    void RestartWithFullDisk();
+
     // It plays, and its picture is that of the position.
     void ExpectThePicture();
     void ExpectNothingLost();
@@ -60,6 +66,14 @@ protected:
 private:
     // What the player tells over the bus; nothing if it doesn't.
     std::optional<std::string> Property(const std::string& name) const;
+
+    const bool m_hasSmallDisk;
+    std::filesystem::path SettingsDisk() const
+    {
+        return home.SettingsFile().parent_path().parent_path();
+    }
+    void EmptyDisk();
+    void BeginAnew();
 
     StallWatch m_stalls;
     std::ptrdiff_t m_settingLines = 0;

@@ -188,6 +188,13 @@ protected:
                  });
              }},
             {"a new start", 2, [this] { Restart(); }},
+            {"the disk is full", CanFillDisk() ? 2 : 0,
+             [this] {
+                 FillDisk();
+                 Keys("Up", 1 + Any(3));
+                 Open((m_track + 1) % m_tracks.Count());
+                 RestartWithFullDisk();
+             }},
             {"the bus goes", 1,
              [this] {
                  m_bus->Daemon().Signal(SIGKILL);
