@@ -5,6 +5,8 @@
 #include <filesystem>
 #include <fstream>
 #include <iostream>
+#include <sched.h>
+#include <sys/resource.h>
 #include <unistd.h>
 
 #include <gtest/gtest.h>
@@ -31,6 +33,11 @@ TEST(Samples, IsBusyForAWhile)
 TEST(Samples, FailsBesideABusyOne)
 {
     EXPECT_FALSE(std::filesystem::exists(kBusy));
+}
+
+TEST(Samples, StaysBehindAllOthers)
+{
+    EXPECT_TRUE(sched_getscheduler(0) == SCHED_IDLE || getpriority(PRIO_PROCESS, 0) == 19);
 }
 
 // The process that waits for this one, the runner, stands still.

@@ -6,7 +6,10 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
+#include <fcntl.h>
 #include <future>
+#include <sys/file.h>
+#include <unistd.h>
 
 using testing::HasSubstr;
 using testing::Not;
@@ -150,6 +153,18 @@ TEST_F(RunCases, TriesAgainWhenNothingRunsBeside)
     EXPECT_THAT(ran.said, HasSubstr("FAILED Samples.FailsBesideABusyOne ("));
     EXPECT_THAT(ran.said, HasSubstr("second try of Samples.FailsBesideABusyOne: passed"));
     EXPECT_EQ(busy.get().code, 0);
+}
+
+TEST_F(RunCases, WhatStaysBehindAllOthersDoesNotWaitForOneThatHasTheMachineAlone)
+{
+    const std::string machine = folder / "machine";
+    const int alone = open(machine.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
+    ASSERT_EQ(flock(alone, LOCK_EX), 0);
+    const Ran ran =
+        Run({"--behind", "--machine", machine, "--filter=Samples.StaysBehindAllOthers"});
+    EXPECT_EQ(ran.code, 0);
+    EXPECT_EQ(ran.said, "    cases: 1 passed, 0 failed, 0 skipped\n");
+    close(alone);
 }
 
 TEST_F(RunCases, NamesTheCaseThatCrashesAndGoesOnBehindIt)

@@ -1,7 +1,8 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 """Runs a program of GoogleTest cases: all in one process, and each that failed once more.
 
-run_cases.py [--limit SECONDS] [--show-all] [--moments] [--machine FILE] [--filter FILTER] PROGRAM
+run_cases.py [--limit SECONDS] [--show-all] [--moments] [--behind] [--machine FILE]
+             [--filter FILTER] PROGRAM
 
 A case that crashes the program, or has not ended within the limit, fails by its name, and a new
 process goes on with the cases behind it. A failed case gets a second try, alone in a process, and
@@ -9,7 +10,8 @@ up to three more while the machine stalls, for then the failure says little abou
 waits a while for the machine to be calm. All programs of tests that are given the same FILE share
 the machine; further tries have it alone. Where the cases measure moments, one that failed each try
 on a machine that stood still for as long as the sound lasts that waits was not measured: it counts
-as skipped.
+as skipped. Cases that only compute may stay behind all others: they take what time of the processors
+is left, and so share the machine even with one that has it alone, but in their further tries.
 Nothing of that is hidden: a failure is printed where it happens, and every further try is told.
 The variable LANTERN_CASES holds a filter of GoogleTest, too: only cases that fit both are run.
 """
@@ -18,6 +20,7 @@ import argparse
 import contextlib
 import fcntl
 import os
+import pathlib
 import re
 import selectors
 import signal
@@ -40,6 +43,7 @@ MOST_WATCHED = 8  # watching more would itself load the machine
 MOST_ENDS = 5  # after so many crashes and hangs the program is given up
 SLOW_SECONDS = 2.0  # a case that takes longer is shown
 CASES = "LANTERN_CASES"
+BEHIND = pathlib.Path(__file__).resolve().parents[2] / "scripts" / "behind"
 
 RUN = re.compile(r"\[ RUN      \] (\S+)$")
 END = re.compile(r"\[(       OK |  FAILED  |  SKIPPED )\] (\S+?)(?:,? .*)?$")
@@ -130,7 +134,7 @@ def await_calm():
 class Run:
     """One process of the program. `ended(case, mark, seconds, output)` hears of each case."""
 
-    def __init__(self, program, case_filter, limit, ended):
+    def __init__(self, program, case_filter, limit, ended, before=()):
         self.limit = limit
         self.ended = ended
         self.outcome = {}  # of each case, in order
@@ -139,12 +143,13 @@ class Run:
         self.count = None  # of the cases, as the program says at its end
         self.crashed = False  # in a case: there may be more behind it
         self.trouble = None  # what went wrong outside of the cases
-        # Killed with its whole session at a hang, and by the kernel should this script go.
+        # Killed with its whole group at a hang, and by the kernel should this script go. It stays
+        # in the session: the kernel may give each of those the same time, whatever is behind.
         self.process = subprocess.Popen(
-            ["setpriv", "--pdeathsig", "KILL", program, "--gtest_color=no",
+            [*before, "setpriv", "--pdeathsig", "KILL", program, "--gtest_color=no",
              "--gtest_filter=" + case_filter],
             stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=subprocess.STDOUT,
-            start_new_session=True)
+            process_group=0)
         if self.follow():
             self.judge(self.process.wait())
         else:
@@ -246,15 +251,17 @@ class Suite:
         self.trouble = []
 
     def run(self):
-        with self.machine.shared(), StallWatch() as watch:
+        shared = contextlib.nullcontext() if self.options.behind else self.machine.shared()
+        with shared, StallWatch() as watch:
             self.run_all()
         self.try_again(MOST_SECOND_TRIES if watch.share < MUCH_STALLED else len(self.outcome))
         self.sum_up()
 
     def run_all(self):
         ends = 0
+        before = [BEHIND] if self.options.behind else []
         while True:
-            run = Run(self.options.program, self.filter(), self.options.limit, self.show)
+            run = Run(self.options.program, self.filter(), self.options.limit, self.show, before)
             self.outcome |= run.outcome
             if run.trouble:
                 self.trouble.append(run.trouble)
@@ -348,6 +355,7 @@ def main():
     parser.add_argument("--limit", type=float, default=120.0)
     parser.add_argument("--show-all", action="store_true")
     parser.add_argument("--moments", action="store_true")
+    parser.add_argument("--behind", action="store_true")
     parser.add_argument("--machine", metavar="FILE")
     parser.add_argument("--filter", default="*")
     parser.add_argument("program")
