@@ -59,6 +59,9 @@ struct FilmWriter::Film {
         const int opened = avio_open(&container->pb, container->url, AVIO_FLAG_WRITE);
         if (opened < 0)
             return FilmErrorText(opened);
+        const bool isSeekable = (container->pb->seekable & AVIO_SEEKABLE_NORMAL) != 0;
+        if (format.kind == FilmKind::Mp4 && !isSeekable)
+            return QStringLiteral("it is a pipe, through which no .mp4 goes");
         AVDictionary* options = nullptr;
         // What a player needs first stands first in an .mp4. Other containers do so anyway.
         if (format.kind == FilmKind::Mp4)

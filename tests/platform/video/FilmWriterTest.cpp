@@ -1,12 +1,17 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "FilmWriter.h"
 #include "DecodedFilm.h"
+#include "OwnedDescriptor.h"
 #include "Process.h"
 
+#include <array>
 #include <cmath>
+#include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <random>
+#include <sys/stat.h>
+#include <unistd.h>
 
 namespace lantern {
 namespace {
@@ -271,6 +276,25 @@ TEST_F(FilmWriterTest, WhatCannotBeWrittenIsTold)
     EXPECT_EQ(error, QStringLiteral("No such file or directory"));
     EXPECT_FALSE(FilmWriter::Open(In(QString()), Format(FilmKind::WebM), error));
     EXPECT_EQ(error, QStringLiteral("Is a directory"));
+}
+
+TEST_P(EachFilm, GoesThroughAPipeIfItsContainerCan)
+{
+    const std::string pipe = In(NameOf(GetParam())).toStdString();
+    ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+    const OwnedDescriptor reader(open(pipe.c_str(), O_RDWR | O_CLOEXEC));
+    QString error;
+    const auto writer = FilmWriter::Open(In(NameOf(GetParam())), Format(GetParam()), error);
+    if (GetParam() == FilmKind::Mp4) {
+        EXPECT_EQ(error, QStringLiteral("it is a pipe, through which no .mp4 goes"));
+        return;
+    }
+    ASSERT_EQ(error, QString());
+    ASSERT_EQ(writer->NextPicture(), QString());
+    ASSERT_EQ(writer->Finish(), QString());
+    std::array<char, 4096> bytes = {};
+    EXPECT_GT(read(reader.Number(), bytes.data(), bytes.size()), 100);
+    EXPECT_EQ(std::string(bytes.data(), 4), "\x1A\x45\xDF\xA3"); // as such a file begins
 }
 
 TEST_P(EachFilm, AFullDiskIsTold)
