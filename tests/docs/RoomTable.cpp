@@ -32,6 +32,7 @@ constexpr std::array kLibraries = {
     Library{"libunarr", "unarr.h"},
     Library{"liblzma", "lzma.h"},
     Library{"zlib", "zlib.h"},
+    Library{"Tesseract", "tesseract/"},
     Library{"xcb", "xcb/"},
     Library{"libXss", "X11/"},
 };
