@@ -36,17 +36,20 @@ _lantern_tool() {
     case ${COMP_WORDS[1]} in
     info) options='--json' ;;
     check) options='--json --quick' ;;
+    lyrics) options='--format --language --out --force' ;;
     frame) options='--packet --at --out --raw --size --smooth --force' ;;
     thumbnail) options='--size --out --force' ;;
     video) options='--out --size --smooth --fps --key --speed --from --to --force' ;;
     esac
     options+=' --recursive --jobs --quiet'
     if [ "$COMP_CWORD" -eq 1 ]; then
-        _lyric_lantern_words 'info frame thumbnail check video --help --version -h -v' "$word"
+        _lyric_lantern_words 'info frame thumbnail check video lyrics --help --version -h -v' "$word"
     elif [ "$before" = --out ]; then
         compopt -o filenames 2>/dev/null
         mapfile -t COMPREPLY < <(compgen -f -- "$word")
-    elif [[ $before =~ ^--(packet|at|size|jobs|fps|key|speed|from|to)$ ]]; then
+    elif [ "$before" = --format ]; then
+        _lyric_lantern_words 'txt lrc srt json' "$word"
+    elif [[ $before =~ ^--(packet|at|size|jobs|fps|key|speed|from|to|language)$ ]]; then
         return 0
     elif [[ $word == -* ]]; then
         _lyric_lantern_words "$options" "$word"

@@ -4,6 +4,7 @@
 #include "CheckCommand.h"
 #include "FrameCommand.h"
 #include "InfoCommand.h"
+#include "LyricsCommand.h"
 #include "ThumbnailCommand.h"
 #include "VideoCommand.h"
 
@@ -27,6 +28,8 @@ const QCommandLineOption kTo(QStringLiteral("to"), {}, QStringLiteral("SECONDS")
 const QCommandLineOption kForce(QStringLiteral("force"));
 const QCommandLineOption kJson(QStringLiteral("json"));
 const QCommandLineOption kQuick(QStringLiteral("quick"));
+const QCommandLineOption kFormat(QStringLiteral("format"), {}, QStringLiteral("FORMAT"));
+const QCommandLineOption kLanguage(QStringLiteral("language"), {}, QStringLiteral("LANGUAGE"));
 
 } // namespace option
 
@@ -49,6 +52,10 @@ const std::array kCommands = {
                 QStringLiteral("fps"), QStringLiteral("key"), QStringLiteral("speed"),
                 QStringLiteral("from"), QStringLiteral("to"), QStringLiteral("force")},
                ParseVideo},
+    CommandRow{QStringLiteral("lyrics"),
+               {QStringLiteral("format"), QStringLiteral("language"), QStringLiteral("out"),
+                QStringLiteral("force")},
+               ParseLyrics},
 };
 
 } // namespace
@@ -62,9 +69,10 @@ const CommandRow* FindCommand(const QString& name)
 const QList<QCommandLineOption>& CommandOptions()
 {
     static const QList<QCommandLineOption> options = {
-        option::kPacket, option::kAt,    option::kOut,  option::kRaw,   option::kSize,
-        option::kSmooth, option::kFps,   option::kKey,  option::kSpeed, option::kFrom,
-        option::kTo,     option::kForce, option::kJson, option::kQuick};
+        option::kPacket, option::kAt,     option::kOut,    option::kRaw,
+        option::kSize,   option::kSmooth, option::kFps,    option::kKey,
+        option::kSpeed,  option::kFrom,   option::kTo,     option::kForce,
+        option::kJson,   option::kQuick,  option::kFormat, option::kLanguage};
     return options;
 }
 

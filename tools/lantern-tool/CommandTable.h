@@ -35,6 +35,8 @@ extern const QCommandLineOption kTo;
 extern const QCommandLineOption kForce;
 extern const QCommandLineOption kJson;
 extern const QCommandLineOption kQuick;
+extern const QCommandLineOption kFormat;
+extern const QCommandLineOption kLanguage;
 } // namespace option
 
 struct CommandRow {

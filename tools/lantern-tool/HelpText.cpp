@@ -14,6 +14,8 @@ const char* const kHelpText =
        lantern-tool video TRACK... --out FILE [--size WxH] [--smooth] [--fps N]
                     [--key N] [--speed N] [--from SECONDS] [--to SECONDS]
                     [--force]
+       lantern-tool lyrics TRACK... [--format txt|lrc|srt|json]
+                    [--language LANGUAGE] [--out FILE] [--force]
        lantern-tool --help | --version
 
 TRACK is what the player opens: a .cdg file, an audio file, a .bin or a .zip.
@@ -49,6 +51,11 @@ video  makes a film of the song, by the name of FILE: .mp4 (H.264 and AAC),
        the border around it, and up to 30 pictures a second, or so many as --fps
        says. --key moves the sound by -10 to 10 semitones, --speed makes the song
        -90 to 90 percent faster, --from and --to choose a part of it.
+lyrics reads the words out of the picture, and when they are sung, and prints
+       them: as lines (txt), with times (lrc), as subtitles (srt) or with all
+       that is known (json). They are recognised and may err. It needs
+       Tesseract and its data for the language, which is eng if nothing is
+       said. An output that exists is kept, unless --force is given.
 
 All commands:
 --recursive  goes into the folders of folders, too.
