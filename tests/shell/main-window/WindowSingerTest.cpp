@@ -133,13 +133,46 @@ TEST_F(WindowSingerTest, BothPicturesShowTheSamePacket)
         }
         return lit;
     };
-    int last = -1;
+    const auto own = [&] { return columns(window, PartNamed("pic").geometry()); };
+    const auto singers = [&] { return columns(*Singer(), Singer()->Pic().geometry()); };
     for (int positionMs = 1900; positionMs < 4500; positionMs += 10) {
         Tick(positionMs);
-        last = columns(window, PartNamed("pic").geometry());
-        EXPECT_EQ(columns(*Singer(), Singer()->Pic().geometry()), last) << positionMs;
+        EXPECT_EQ(singers(), own()) << positionMs;
     }
-    EXPECT_EQ(last, 48);
+    // So many paintings in so short a time are thinned out.
+    EXPECT_TRUE(QTest::qWaitFor([&] { return own() == 48 && singers() == 48; }));
+}
+
+TEST_F(WindowSingerTest, TheOutermostPixelsOfThePictureLieAtItsEdges)
+{
+    packets::TileFields first = {.colour1 = 1, .row = 1, .column = 1};
+    packets::TileFields last = {.colour1 = 1, .row = 16, .column = 48};
+    first.rows.fill(0x3F);
+    last.rows.fill(0x3F);
+    LoadWithSinger(MakeTrack({packets::Colours(false, {0x000, 0xFFF}), packets::MemoryPreset(0),
+                              packets::Tile(first), packets::Tile(last)}));
+    Tick(50);
+    const QRect pic = Singer()->Pic().geometry();
+    EXPECT_EQ(ShownAt(*Singer(), pic.topLeft()), 0xFFFFFFFF);
+    EXPECT_EQ(ShownAt(*Singer(), pic.bottomRight()), 0xFFFFFFFF);
+    EXPECT_EQ(ShownAt(*Singer(), pic.topLeft() + QPoint(18, 34)), 0xFF000000)
+        << "a tile is so large";
+    EXPECT_EQ(ShownAt(*Singer(), pic.bottomRight() - QPoint(18, 34)), 0xFF000000);
+}
+
+TEST_F(WindowSingerTest, WhatALargerWindowHasLostIsPaintedThoughNothingPlays)
+{
+    LoadWithSinger(MakeBlueTrack());
+    Tick(50);
+    window.MainPopup(CommandId::Pause);
+    Settle();
+    Singer()->windowHandle()->setWindowState(Qt::WindowNoState);
+    for (const int less : {300, 100, 0}) {
+        Singer()->windowHandle()->setGeometry(
+            Screen(kSecondScreen).geometry().adjusted(0, 0, -less, -less));
+        Settle();
+        EXPECT_EQ(ShownAt(*Singer(), Singer()->rect().center()), kSongPicture) << less;
+    }
 }
 
 TEST_F(WindowSingerTest, OnlyWhatChangedIsPaintedThere)
