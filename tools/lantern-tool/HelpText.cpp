@@ -65,8 +65,8 @@ All commands:
 
 In FILE %t stands for the track's title and %f for the folder that it lies in.
 For several tracks a FILE without %t is a folder, in which each has a file of
-its title. An output of one of several tracks that exists is kept, unless
---force is given.
+its title. Films and words that exist are kept, unless --force is given, and so
+is each picture of several tracks. A file of the track itself is never replaced.
 
 The exit code is 0, or 1 with a line on standard error for each track that
 failed. That of check is 0 if all tracks are good, 1 if some are faulty, and 2

@@ -2,11 +2,14 @@
 #include "OutputName.h"
 
 #include "MediaTypes.h"
+#include "NameSearch.h"
 #include "PathHelpers.h"
 #include "PathText.h"
 
 #include <QHash>
 
+#include <algorithm>
+#include <array>
 #include <cerrno>
 #include <cstring>
 #include <mutex>
@@ -44,6 +47,29 @@ QString Expanded(const QString& pattern, const QString& track, const QString& nu
         ++i;
     }
     return text;
+}
+
+bool IsRegular(const QString& path, struct stat& status)
+{
+    return !path.isEmpty() && stat(NativeFromText(path).constData(), &status) == 0 &&
+           S_ISREG(status.st_mode);
+}
+
+// The file that was named, or the one that is its other half, under whatever name.
+bool IsFileOfTrack(const QString& path, const QString& track)
+{
+    constexpr std::array<QStringView, 1> kPacketKind = {u"cdg"};
+    struct stat output = {};
+    if (path.contains(QChar(u'\0')) || !IsRegular(path, output))
+        return false;
+    const QString name = ResolveName(track);
+    const QString stem = StripExtension(name);
+    const std::array files = {name, FindFile(stem, AudioExtensions), FindFile(stem, kPacketKind)};
+    return std::ranges::any_of(files, [&](const QString& file) {
+        struct stat status = {};
+        return IsRegular(file, status) && status.st_dev == output.st_dev &&
+               status.st_ino == output.st_ino;
+    });
 }
 
 } // namespace
@@ -85,6 +111,8 @@ QString ClaimOutput(const QString& path, const WantedTrack& track)
 {
     static std::mutex mutex;
     static QHash<QString, QString> claims;
+    if (IsFileOfTrack(path, track.path))
+        return QStringLiteral("Cannot write %1: it is a file of the track").arg(path);
     if (!track.isOneOfMany)
         return {};
     const std::lock_guard lock(mutex);

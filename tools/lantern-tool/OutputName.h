@@ -30,8 +30,9 @@ private:
     QString m_track;
 };
 
-// Of two tracks with one output the second is refused. The result is an error message, empty on
-// success. From any thread.
+// Of two tracks with one output the second is refused, and so is an output that is the track or the
+// other half of it: nothing brings a song back. The result is an error message, empty on success.
+// From any thread.
 [[nodiscard]] QString ClaimOutput(const QString& path, const WantedTrack& track);
 
 } // namespace lantern::tool

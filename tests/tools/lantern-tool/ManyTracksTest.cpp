@@ -198,6 +198,31 @@ TEST_F(ManyTracks, TheOutputOfASingleTrackIsReplaced)
     }
 }
 
+// The output of a single track replaces what was there, and --force everything else, but no song.
+TEST_F(ManyTracks, AnOutputNeverReplacesAFileOfItsTrack)
+{
+    const std::string track = MakeTrack("a.cdg");
+    const std::string sound = Make("A.MP4", SilentWav(44100));
+    const std::string other = MakeTrack("b.cdg");
+    const std::string packets = test::ReadFile(track);
+    std::filesystem::create_symlink("a.cdg", In("link.png"));
+    const auto isRefused = [&](const Words& words, const std::string& out) {
+        const Result result = Run(words);
+        EXPECT_EQ(result.code, 1);
+        EXPECT_EQ(result.error,
+                  "lantern-tool: Cannot write " + out + ": it is a file of the track\n");
+        EXPECT_TRUE(test::ReadFile(track) == packets);
+        EXPECT_TRUE(test::ReadFile(sound) == SilentWav(44100));
+    };
+    isRefused({"thumbnail", track, "--out", track}, track);
+    isRefused({"thumbnail", track, "--out", In("link.png")}, In("link.png"));
+    isRefused({"thumbnail", track, "--out", In("./A.MP4")}, In("./A.MP4"));
+    isRefused({"frame", track, "--packet", "1", "--out", In("%t.cdg"), "--force"}, track);
+    isRefused({"frame", sound, "--packet", "1", "--out", track}, track);
+    isRefused({"video", track, "--size", "32x32", "--force", "--out", sound}, sound);
+    EXPECT_EQ(Run({"thumbnail", other, "--out", "/dev/null"}).code, 0);
+}
+
 TEST_F(ManyTracks, TwoTracksWithOneOutputAreNotMixedUp)
 {
     MakeFolder("a");
