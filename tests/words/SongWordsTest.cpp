@@ -8,8 +8,9 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
 #include <numeric>
-#include <set>
+#include <random>
 
 namespace lantern::test {
 namespace {
@@ -109,6 +110,54 @@ TEST(SongWordsTest, FindsNothingInATrackWithoutLetters)
     EXPECT_TRUE(ReadSongWords(packets, *offer.reader).empty());
     packets.Resize(9000);
     EXPECT_TRUE(ReadSongWords(packets, *offer.reader).empty());
+}
+
+// Sees words everywhere, also beyond the edges of what it is shown.
+class WildReader final : public LineReader {
+public:
+    std::vector<ReadWord> Read(const GreyPicture& line) override
+    {
+        EXPECT_EQ(line.pixels.size(),
+                  static_cast<std::size_t>(line.width) * static_cast<std::size_t>(line.height));
+        ++lines;
+        return {{{{QStringLiteral("m"), -50, 3}, {QStringLiteral("|"), 3, 9}}, 0.9},
+                {{{QStringLiteral("rn"), 20, 10}}, 0.6},
+                {{{QStringLiteral("m"), line.width - 1, line.width + 500}}, 0.9}};
+    }
+
+    int lines = 0;
+};
+
+// Packets of any bits, those of scrolls, presets and colours among them.
+TEST(SongWordsTest, TakesAnyPacketsAndAnyReader)
+{
+    WildReader reader;
+    for (const unsigned seed : {1U, 2U, 3U, 4U}) {
+        std::mt19937 random(seed);
+        // Tiles alone leave more to read than all kinds together.
+        constexpr std::array<std::uint8_t, 10> kInstructions = {6, 38, 6, 38, 20, 24, 30, 31, 1, 2};
+        OneBasedArray<CdgPacket> packets;
+        for (int i = 0; i < 6000; ++i) {
+            CdgPacket packet;
+            packet.Command = i % 40 == 0 ? 0 : kGraphicsCommand;
+            packet.Instruction = kInstructions[random() % (i % 10 == 0 ? 10 : 2)];
+            for (std::uint8_t& byte : packet.PacketData)
+                byte =
+                    static_cast<std::uint8_t>(i % 3 == 0 ? random() : random() & random() & 0x1F);
+            // Pauses, in which lines stand.
+            packets.Add(i % 1000 < 600 ? packet : CdgPacket());
+        }
+        for (const SongLine& line : ReadSongWords(packets, reader)) {
+            ASSERT_FALSE(line.words.empty());
+            for (const SongWord& word : line.words) {
+                EXPECT_FALSE(word.text.isEmpty());
+                EXPECT_GE(word.start, 0);
+                EXPECT_GE(word.end, 0);
+                EXPECT_LE(word.start, packets.Count() + 100);
+            }
+        }
+    }
+    EXPECT_GT(reader.lines, 10);
 }
 
 // What all styles together have to be read with.
