@@ -45,6 +45,12 @@ void EndBy(int signal)
     _exit(128 + signal);
 }
 
+// The signal comes to the thread that writes, in the middle of its write: it holds no lock then.
+void EndByBrokenPipe(int signal)
+{
+    EndBy(signal);
+}
+
 } // namespace
 
 void Interruption::Watch()
@@ -57,6 +63,11 @@ void Interruption::Watch()
             sigaddset(&set, signal);
     }
     pthread_sigmask(SIG_BLOCK, &set, nullptr);
+    struct sigaction onBrokenPipe = {};
+    if (sigaction(SIGPIPE, nullptr, &onBrokenPipe) == 0 && onBrokenPipe.sa_handler == SIG_DFL) {
+        onBrokenPipe.sa_handler = EndByBrokenPipe;
+        sigaction(SIGPIPE, &onBrokenPipe, nullptr);
+    }
     // What goes beyond a limit of file sizes is an error of the write, as a full disk is.
     std::signal(SIGXFSZ, SIG_IGN);
     std::thread([set] {

@@ -8,8 +8,8 @@
 
 namespace lantern::tool {
 
-// What Ctrl+C, a request to end and a terminal that goes would leave half done: files that are
-// removed before the program ends by that signal.
+// What Ctrl+C, a request to end, a terminal that goes and a reader of a pipe that goes would leave
+// half done: files that are removed before the program ends by that signal.
 //
 // Watch is called once, before any other thread is started. The rest may be called from any.
 class Interruption {

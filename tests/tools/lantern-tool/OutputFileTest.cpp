@@ -163,6 +163,26 @@ TEST_F(OutputFileTest, ASignalToEndLeavesNoHalfFile)
     }
 }
 
+// As head and less do it, which leave when they have seen enough.
+TEST_F(OutputFileTest, AReaderThatHasGoneLeavesNoHalfFile)
+{
+    const pid_t child = fork();
+    if (child == 0) {
+        std::signal(SIGPIPE, SIG_DFL);
+        Interruption::Watch();
+        std::array<int, 2> ends = {};
+        OutputFile file;
+        if (!file.Open(In("a"), IfExists::Keep).isEmpty() || !file.Write("half").isEmpty() ||
+            pipe(ends.data()) != 0 || close(ends[0]) != 0)
+            _exit(99);
+        _exit(write(ends[1], "x", 1) == 1 ? 98 : 97);
+    }
+    int status = 0;
+    waitpid(child, &status, 0);
+    EXPECT_TRUE(WIFSIGNALED(status) && WTERMSIG(status) == SIGPIPE) << status;
+    EXPECT_THAT(Names(), IsEmpty());
+}
+
 // As nohup does it.
 TEST_F(OutputFileTest, ASignalThatIsIgnoredEndsNothing)
 {
