@@ -149,6 +149,14 @@ std::optional<double> SoakFixture::Position() const
     return std::atof(told->c_str() + number + 6) / 1e6;
 }
 
+void SoakFixture::Xrandr(std::vector<std::string> arguments) const
+{
+    arguments.insert(arguments.begin(), "xrandr");
+    EXPECT_EQ(Process({.arguments = arguments, .environment = screen.Environment()})
+                  .WaitForExit(kPatience),
+              0);
+}
+
 void SoakFixture::FillDisk()
 {
     std::ofstream filler(SettingsDisk() / "filler", std::ios::binary | std::ios::app);

@@ -41,6 +41,8 @@ protected:
     // before all else, and under them it is left alone.
     void MoveClock(int seconds);
 
+    void Xrandr(std::vector<std::string> arguments) const; // tells the display of its monitors
+
     bool Is(const char* status) const;
     std::optional<double> Position() const;
     SoakTracks::Shown Shown();

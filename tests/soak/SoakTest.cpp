@@ -168,6 +168,13 @@ protected:
                  ExpectAnswer();
                  sound.Control({"suspend-sink", "studio", "0"});
              }},
+            {"another monitor comes and goes", 2,
+             [this] {
+                 Xrandr({"--setmonitor", "stage", "800/200x1200/300+800+0", "none"});
+                 Rest(1500);
+                 ExpectAnswer();
+                 Xrandr({"--delmonitor", "stage"});
+             }},
             {"the program is stopped for a while", 2,
              [this] {
                  player->Program().Signal(SIGSTOP);
