@@ -34,13 +34,13 @@ bool PopMenu::ShowDevices(const std::vector<MenuEntry>& items)
     return Show(QStringLiteral("Sound devices"), items, {});
 }
 
-bool PopMenu::ShowScreens(const std::vector<MenuEntry>& items)
+bool PopMenu::ShowScreens(const std::vector<MenuEntry>& items, const QPoint& place)
 {
-    return Show(QStringLiteral("Screens"), items, {});
+    return Show(QStringLiteral("Screens"), items, {}, place);
 }
 
 bool PopMenu::Show(const QString& name, const std::vector<MenuEntry>& items,
-                   const PictureReference& sidePicture)
+                   const PictureReference& sidePicture, const QPoint& place)
 {
     if (m_isOpen)
         return true;
@@ -55,7 +55,7 @@ bool PopMenu::Show(const QString& name, const std::vector<MenuEntry>& items,
     m_menu.SetUseLeftImage(sidePicture != nullptr);
     const QPointer<QWidget> window(&m_window);
     m_isOpen = true;
-    m_menu.ShowMenu(ctlMenus::kAtPointer, ctlMenus::kAtPointer, sidePicture);
+    m_menu.ShowMenu(place.x(), place.y(), sidePicture);
     if (!window)
         return false;
     m_isOpen = false;

@@ -4,6 +4,8 @@
 #include "MenuEntry.h"
 #include "ctlMenus.h"
 
+#include <QPoint>
+
 #include <functional>
 #include <vector>
 
@@ -21,15 +23,17 @@ public:
 
     bool IsOpen() const { return m_isOpen; }
 
-    // Each opens a menu at the pointer and returns when it has closed. While one is open, another
-    // one doesn't open. False if the window, and the menu with it, was destroyed meanwhile.
+    // Each opens a menu, at the pointer if no place is given, and returns when it has closed. While
+    // one is open, another one doesn't open. False if the window, and the menu with it, was
+    // destroyed meanwhile.
     [[nodiscard]] bool ShowCommands(const std::vector<MenuEntry>& items);
     [[nodiscard]] bool ShowDevices(const std::vector<MenuEntry>& items);
-    [[nodiscard]] bool ShowScreens(const std::vector<MenuEntry>& items);
+    [[nodiscard]] bool ShowScreens(const std::vector<MenuEntry>& items, const QPoint& place);
 
 private:
     bool Show(const QString& name, const std::vector<MenuEntry>& items,
-              const PictureReference& sidePicture);
+              const PictureReference& sidePicture,
+              const QPoint& place = {ctlMenus::kAtPointer, ctlMenus::kAtPointer});
 
     QWidget& m_window;
     ctlMenus m_menu;

@@ -78,6 +78,10 @@ void f101::ConnectParts()
     m_parts.Pic().PaintPicture = [this] { ShowPictures(); };
     m_singer.PictureLost = [this] { ShowPictures(); };
     m_singer.Changed = [this] { ShowSinger(); };
+    m_singer.Opened = [this] {
+        KeepInSight(m_options.get());
+        KeepInSight(m_stageWindow.get());
+    };
     m_parts.Bar().Click = [this](CommandId command) { MainPopup(command); };
     m_parts.Bar().SliderChange = [this] { m_clock.HandleSliderScroll(); };
     m_parts.Bar().VolumeChange = [this] { VolumeMoved(); };

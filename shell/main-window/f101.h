@@ -108,6 +108,7 @@ private:
     frmOptions& Options();
     frmStage& Stage();
     void HideSideWindows();
+    void KeepInSight(QWidget* window);
     void ActOnStage(const StageSettings& settings);
     void ForgetSongs(StageDeed deed);
     void ShowSinger();

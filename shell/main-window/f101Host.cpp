@@ -139,6 +139,7 @@ bool f101::IsAboutShown()
 
 void f101::ShowAbout()
 {
+    KeepInSight(&Options());
     Options().ShowForm(kAboutForm.toString());
 }
 
@@ -222,6 +223,8 @@ void f101::ToggleOptions(bool force)
 {
     frmOptions& options = Options();
     const bool shows = force || !options.isVisible();
+    if (shows)
+        KeepInSight(&options);
     options.ShowForm((shows ? kOptionsForm : kNoForm).toString());
     if (options.isVisible())
         options.activateWindow();
@@ -251,12 +254,17 @@ frmStage& f101::Stage()
 
 void f101::ToggleStage()
 {
-    if (!m_track.MediaLoading)
-        Stage().ShowForm(!Stage().isVisible());
+    if (m_track.MediaLoading)
+        return;
+    if (Stage().isVisible())
+        Stage().ShowForm(false);
+    else
+        ShowStage();
 }
 
 void f101::ShowStage()
 {
+    KeepInSight(&Stage());
     Stage().ShowForm(true);
 }
 
@@ -285,7 +293,10 @@ void f101::ShowScreenMenu()
 {
     const ScreenIdentities there = SingerScreen::Screens();
     m_offeredScreens = OfferedScreens(m_singer.Chosen(), there);
-    RunMenu([&] { return m_popMenu.ShowScreens(ScreenMenuItems(m_singer.Chosen(), there)); });
+    const QWidget& button = m_stageWindow->ScreenButton();
+    const QPoint place = button.mapToGlobal(button.rect().bottomLeft());
+    RunMenu(
+        [&] { return m_popMenu.ShowScreens(ScreenMenuItems(m_singer.Chosen(), there), place); });
 }
 
 // As in the menu, from none on; there is nothing beyond either end.
@@ -321,6 +332,13 @@ void f101::ForgetSongs(StageDeed deed)
     SetOptionsOnTop(true);
     if (answer == MessageAnswer::Yes && m_isLoaded)
         m_songs.ForgetAllSongs();
+}
+
+// Under the singer's picture nobody finds it, and over the picture everybody sees it.
+void f101::KeepInSight(QWidget* window)
+{
+    if (window && m_singer.Covers(window->frameGeometry()))
+        window->move(screen()->geometry().center() - window->rect().center());
 }
 
 void f101::HideSideWindows()

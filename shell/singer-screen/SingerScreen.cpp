@@ -81,6 +81,11 @@ void SingerScreen::Flush()
         m_window->Flush();
 }
 
+bool SingerScreen::Covers(const QRect& area) const
+{
+    return m_window && m_screen && m_screen->geometry().intersects(area);
+}
+
 // The player's window may have come to another screen.
 bool SingerScreen::eventFilter(QObject* watched, QEvent* event)
 {
@@ -158,6 +163,7 @@ bool SingerScreen::IsPlayers(const QScreen& screen) const
 void SingerScreen::Open(QScreen& screen, WindowCare care)
 {
     m_screen = &screen;
+    NoteKeyboard(QGuiApplication::focusWindow());
     m_view = std::make_unique<PictureView>();
     m_window = std::make_unique<SingerWindow>(screen, m_player, care);
     m_window->Pic().SetLook(m_look);
@@ -165,10 +171,9 @@ void SingerScreen::Open(QScreen& screen, WindowCare care)
         if (PictureLost && m_window->Pic().Image().generation != m_shownGeneration)
             PictureLost();
     };
-    m_window->GotKeyboard = [this] {
-        if (m_mainWindow.isVisible() && !m_mainWindow.isMinimized())
-            m_mainWindow.activateWindow();
-    };
+    m_window->GotKeyboard = [this] { GiveKeyboardBack(); };
+    connect(qGuiApp, &QGuiApplication::focusWindowChanged, m_window.get(),
+            [this](QWindow* owner) { NoteKeyboard(owner); });
     m_window->CloseAsked = [this] {
         m_isClosed = true;
         FollowSoon();
@@ -188,6 +193,23 @@ void SingerScreen::Open(QScreen& screen, WindowCare care)
     m_window->FillScreen();
     if (PictureLost)
         PictureLost();
+    if (Opened)
+        Opened();
+}
+
+void SingerScreen::NoteKeyboard(QWindow* owner)
+{
+    if (owner && !(m_window && owner == m_window->windowHandle()))
+        m_hadKeyboard = owner;
+}
+
+// The stage window has it while somebody walks through the screens by the keys.
+void SingerScreen::GiveKeyboardBack()
+{
+    const bool isThere = m_hadKeyboard && m_hadKeyboard->isVisible();
+    QWindow* const owner = isThere ? m_hadKeyboard.data() : m_mainWindow.windowHandle();
+    if (owner && owner->isVisible() && owner->windowState() != Qt::WindowMinimized)
+        owner->requestActivate();
 }
 
 void SingerScreen::Close()

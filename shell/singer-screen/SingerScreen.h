@@ -13,6 +13,8 @@
 #include <functional>
 #include <memory>
 
+class QWindow;
+
 namespace lantern {
 
 enum class SingerState : std::uint8_t {
@@ -41,6 +43,7 @@ public:
     std::function<void()> Changed; // the state, or which screens there are
     // What stood there is lost: the player is to paint both pictures.
     std::function<void()> PictureLost;
+    std::function<void()> Opened; // it has come up, over all that stood there
 
     void Choose(const ScreenIdentity& screen); // none for off
     // A desktop that ends closes all windows one by one, and that is no choice: what was closed is
@@ -48,6 +51,7 @@ public:
     void OpenAgain();
     const ScreenIdentity& Chosen() const { return m_chosen; }
     SingerState State() const { return m_state; }
+    bool Covers(const QRect& area) const; // even some of it
     void SetLook(PictureLook look);
 
     // Draws what has changed of the picture, with that colour around it.
@@ -68,6 +72,8 @@ private:
     bool IsPlayers(const QScreen& screen) const;
     void Open(QScreen& screen, WindowCare care);
     void Close();
+    void NoteKeyboard(QWindow* owner);
+    void GiveKeyboardBack();
 
     QWidget& m_mainWindow;
     InputTarget& m_player;
@@ -78,6 +84,7 @@ private:
     PictureLook m_look = PictureLook::Sharp;
     std::unique_ptr<QObject> m_watch; // what is connected through it ends with it
     QPointer<QScreen> m_screen;       // that the window stands on
+    QPointer<QWindow> m_hadKeyboard;  // the last one of the others
     std::unique_ptr<SingerWindow> m_window;
     std::unique_ptr<PictureView> m_view;
     std::uint64_t m_shownGeneration = 0;

@@ -245,6 +245,56 @@ TEST_F(WindowSingerTest, TheArrowKeysGoFromChoiceToChoice)
     }
 }
 
+TEST_F(WindowSingerTest, TheWindowThatHadTheKeyboardHasItBack)
+{
+    Load(MakeBlueTrack());
+    frmStage& stage = StageShown(window);
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&stage));
+    stage.ScreenButton().setFocus();
+    QTest::keyClick(&stage.ScreenButton(), Qt::Key_Right);
+    QTest::keyClick(&stage.ScreenButton(), Qt::Key_Right);
+    Settle();
+    ASSERT_NE(Singer(), nullptr);
+    EXPECT_TRUE(stage.isActiveWindow()) << "the next arrow key is for its button, too";
+    stage.ShowForm(false);
+    Singer()->activateWindow();
+    Settle();
+    EXPECT_TRUE(window.isActiveWindow());
+}
+
+TEST_F(WindowSingerTest, TheSmallWindowsComeFromUnderIt)
+{
+    Load(MakeBlueTrack());
+    frmStage& stage = StageShown(window);
+    window.DoKeyDown(KeyCode::F1, 0);
+    QWidget* const windows[] = {&stage, &Options()};
+    const QRect there = Screen(kSecondScreen).geometry();
+    for (QWidget* const small : windows)
+        small->move(there.topLeft() + QPoint(50, 50));
+    ChooseSinger("second");
+    for (QWidget* const small : windows)
+        EXPECT_TRUE(Screen(kFirstScreen).geometry().contains(small->frameGeometry()));
+    // Put there by hand they stay, but don't come up there.
+    for (QWidget* const small : windows)
+        small->move(there.topLeft() + QPoint(50, 50));
+    Settle();
+    EXPECT_TRUE(there.contains(stage.frameGeometry()));
+    stage.ShowForm(false);
+    StageShown(window);
+    EXPECT_TRUE(Screen(kFirstScreen).geometry().contains(stage.frameGeometry()));
+}
+
+TEST_F(WindowSingerTest, ItsMenuOpensAtItsButtonWhereverThePointerIs)
+{
+    Load(MakeBlueTrack());
+    MenuButton& button = StageShown(window).ScreenButton();
+    QCursor::setPos(Screen(kSecondScreen).geometry().center());
+    EXPECT_TRUE(WithMenu([&] { button.Press(); },
+                         [&](const frmMenus& menu) {
+                             EXPECT_EQ(menu.pos(), button.mapToGlobal(button.rect().bottomLeft()));
+                         }));
+}
+
 TEST_F(WindowSingerTest, ThePlayersOwnScreenIsNotCovered)
 {
     ChosenBefore("singerscreen\tfirst|||\r\n");
