@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "LineFinder.h"
 
+#include "Turned.h"
+
 #include <algorithm>
 #include <cstdlib>
 #include <iterator>
@@ -12,18 +14,6 @@ namespace {
 constexpr PacketIndex kStanding = 45;
 constexpr int kLeastHeight = 5;
 constexpr int kLeastPixels = 20;
-
-template <typename Values>
-void Turn(Values& values, std::ptrdiff_t width, int right, int down)
-{
-    const std::ptrdiff_t count = std::ssize(values);
-    if (down != 0)
-        std::rotate(values.begin(), values.begin() + (count - down * width) % count, values.end());
-    for (std::ptrdiff_t row = 0; right != 0 && row < count; row += width) {
-        const auto begin = values.begin() + row;
-        std::rotate(begin, begin + (width - right) % width, begin + width);
-    }
-}
 
 } // namespace
 

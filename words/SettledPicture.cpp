@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "SettledPicture.h"
 
+#include "Turned.h"
+
 #include <algorithm>
 
 namespace lantern {
@@ -16,19 +18,6 @@ DiscColour ColourIn(const ColourBytes& table, std::size_t entry)
 {
     const auto component = [&](std::size_t i) { return table[3 * entry + i] / 17; };
     return static_cast<DiscColour>(component(0) << 8 | component(1) << 4 | component(2));
-}
-
-// The rows of a picture, or of its tiles.
-template <typename Pixels>
-void RollArray(Pixels& pixels, std::ptrdiff_t width, std::ptrdiff_t right, std::ptrdiff_t down)
-{
-    const auto count = static_cast<std::ptrdiff_t>(pixels.size());
-    if (down != 0)
-        std::rotate(pixels.begin(), pixels.begin() + (count - down * width) % count, pixels.end());
-    for (std::ptrdiff_t row = 0; right != 0 && row < count; row += width) {
-        const auto begin = pixels.begin() + row;
-        std::rotate(begin, begin + (width - right) % width, begin + width);
-    }
 }
 
 } // namespace
@@ -100,12 +89,12 @@ void SettledPicture::Roll(const CdgPacket& packet, SettledWatcher& watcher)
     if (right == 0 && down == 0)
         return;
     const auto roll = [&](auto& pixels) {
-        RollArray(pixels, kPictureWidth, right * kTileWidth, down * kTileHeight);
+        Turn(pixels, kPictureWidth, right * kTileWidth, down * kTileHeight);
     };
     roll(m_indexes);
     roll(m_changes);
     roll(m_settled);
-    RollArray(m_isRestless, kTileColumns, right, down);
+    Turn(m_isRestless, kTileColumns, right, down);
     watcher.Rolled(right * kTileWidth, down * kTileHeight);
 }
 
