@@ -3,6 +3,8 @@
 
 #include <tesseract/capi.h>
 
+#include <QStringList>
+
 #include <algorithm>
 #include <dlfcn.h>
 #include <utility>
@@ -18,6 +20,7 @@ struct Calls {
     LANTERN_CALL(BaseAPICreate);
     LANTERN_CALL(BaseAPIDelete);
     LANTERN_CALL(BaseAPIInit2);
+    LANTERN_CALL(BaseAPIGetLoadedLanguagesAsVector);
     LANTERN_CALL(BaseAPISetVariable);
     LANTERN_CALL(BaseAPISetPageSegMode);
     LANTERN_CALL(BaseAPISetImage);
@@ -33,6 +36,7 @@ struct Calls {
     LANTERN_CALL(PageIteratorIsAtBeginningOf);
     LANTERN_CALL(PageIteratorBoundingBox);
     LANTERN_CALL(DeleteText);
+    LANTERN_CALL(DeleteTextArray);
 #undef LANTERN_CALL
 };
 
@@ -45,6 +49,7 @@ bool Resolve(void* library, Calls& calls)
     LANTERN_CALL(BaseAPICreate);
     LANTERN_CALL(BaseAPIDelete);
     LANTERN_CALL(BaseAPIInit2);
+    LANTERN_CALL(BaseAPIGetLoadedLanguagesAsVector);
     LANTERN_CALL(BaseAPISetVariable);
     LANTERN_CALL(BaseAPISetPageSegMode);
     LANTERN_CALL(BaseAPISetImage);
@@ -60,6 +65,7 @@ bool Resolve(void* library, Calls& calls)
     LANTERN_CALL(PageIteratorIsAtBeginningOf);
     LANTERN_CALL(PageIteratorBoundingBox);
     LANTERN_CALL(DeleteText);
+    LANTERN_CALL(DeleteTextArray);
 #undef LANTERN_CALL
     return isWhole;
 }
@@ -81,13 +87,20 @@ public:
     TesseractReader(const TesseractReader&) = delete;
     TesseractReader& operator=(const TesseractReader&) = delete;
 
-    bool Initialise(const QString& language)
+    // Tells which of the languages, joined by +, has no data; null if none is missing.
+    QString Initialise(const QString& languages)
     {
-        if (m_calls.BaseAPIInit2(m_api, nullptr, language.toUtf8().constData(),
+        if (m_calls.BaseAPIInit2(m_api, nullptr, languages.toUtf8().constData(),
                                  tesseract::OEM_LSTM_ONLY) != 0)
-            return false;
+            return languages;
+        // With one of several it is content.
+        const QStringList loaded = Loaded();
+        for (const QString& language : languages.split(u'+')) {
+            if (!loaded.contains(language))
+                return language;
+        }
         m_calls.BaseAPISetPageSegMode(m_api, tesseract::PSM_SINGLE_LINE);
-        return true;
+        return {};
     }
 
     std::vector<ReadWord> Read(const GreyPicture& line) override
@@ -111,6 +124,16 @@ public:
     }
 
 private:
+    QStringList Loaded() const
+    {
+        QStringList names;
+        char** const loaded = m_calls.BaseAPIGetLoadedLanguagesAsVector(m_api);
+        for (char** name = loaded; name && *name; ++name)
+            names += QString::fromUtf8(*name);
+        if (loaded)
+            m_calls.DeleteTextArray(loaded);
+        return names;
+    }
     void Collect(TessResultIterator* at, std::vector<ReadWord>& words)
     {
         const TessPageIterator* const page = m_calls.ResultIteratorGetPageIteratorConst(at);
@@ -140,10 +163,10 @@ private:
     TessBaseAPI* const m_api;
 };
 
-// A name is put together to that of a file.
+// A name is put together to that of a file. Several are joined by +.
 bool IsLanguage(const QString& language)
 {
-    return !language.isEmpty() && language.size() <= 100 &&
+    return !language.split(u'+').contains(QString()) && language.size() <= 100 &&
            std::ranges::all_of(language, [](QChar letter) {
                const char16_t code = letter.unicode();
                return (code >= u'a' && code <= u'z') || (code >= u'A' && code <= u'Z') ||
@@ -167,11 +190,12 @@ ReaderOffer LoadTesseractReader(const QString& language)
     const auto setParallelLevels =
         reinterpret_cast<SetParallelLevels>(dlsym(library, kSetParallelLevels));
     auto reader = std::make_unique<TesseractReader>(calls, setParallelLevels);
-    if (reader->Initialise(language))
+    const QString missing = reader->Initialise(language);
+    if (missing.isNull())
         return {std::move(reader), {}};
     return {nullptr, QStringLiteral("Tesseract has no data for '%1'; on Debian they come with a "
                                     "package such as tesseract-ocr-eng")
-                         .arg(language)};
+                         .arg(missing)};
 }
 
 } // namespace lantern

@@ -8,7 +8,8 @@ namespace {
 
 TEST(TesseractReaderTest, TakesOnlyNamesOfLanguages)
 {
-    for (const char* const name : {"", "../eng", "eng/x", "eng\n", "~eng", "engl\xC3\xAF"}) {
+    for (const char* const name :
+         {"", "../eng", "eng/x", "eng\n", "~eng", "+", "eng+", "eng++deu", "engl\xC3\xAF"}) {
         const ReaderOffer offer = LoadTesseractReader(QString::fromUtf8(name));
         EXPECT_FALSE(offer.reader) << name;
         EXPECT_TRUE(offer.error.startsWith(QStringLiteral("Not the name"))) << name;
@@ -21,6 +22,16 @@ TEST(TesseractReaderTest, TellsThatALanguageIsMissing)
     const ReaderOffer offer = LoadTesseractReader(QStringLiteral("xqz"));
     EXPECT_FALSE(offer.reader);
     EXPECT_TRUE(offer.error.contains(QStringLiteral("'xqz'")));
+}
+
+// Tesseract is content if it has one of them, and reads the other's words wrong.
+TEST(TesseractReaderTest, TellsWhichOfSeveralLanguagesIsMissing)
+{
+    for (const char* const languages : {"eng+xqz", "xqz+eng", "eng+xqz+deu"}) {
+        const ReaderOffer offer = LoadTesseractReader(QString::fromUtf8(languages));
+        EXPECT_FALSE(offer.reader) << languages;
+        EXPECT_TRUE(offer.error.contains(QStringLiteral("for 'xqz'"))) << languages;
+    }
 }
 
 TEST(TesseractReaderTest, TakesSeveralLanguagesAndLooksAtAnyPicture)
