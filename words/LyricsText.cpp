@@ -82,11 +82,15 @@ QString Lrc(const std::vector<SongLine>& lines)
     QString text = QStringLiteral("[re:%1]\n").arg(kNotice);
     for (const SongLine& line : lines) {
         text += QStringLiteral("[%1]").arg(LrcTime(StartMs(line)));
+        // Words need not be sung in the order in which they stand, but players go forward only.
+        PacketIndex before = 0;
         for (const SongWord& word : line.words) {
             if (&word != &line.words.front())
                 text += u' ';
-            if (!word.isInterpolated)
+            if (!word.isInterpolated && word.start >= before) {
                 text += QStringLiteral("<%1>").arg(LrcTime(MsOf(word.start)));
+                before = word.start;
+            }
             text += word.text;
         }
         text += u'\n';

@@ -37,6 +37,17 @@ TEST(LyricsTextTest, GivesWordsTheirTimesInAnLrcFileUnlessTheyAreGuesses)
               "[00:10.00]<00:10.00>all night\n");
 }
 
+// Words that are wiped from right to left, say. Players of such files go forward only.
+TEST(LyricsTextTest, LeavesOutTimesInAnLrcFileThatGoBack)
+{
+    std::vector<SongLine> lines = SomeLines();
+    lines[1].words.push_back({QStringLiteral("zwei"), 1210, 1250, 0.9, false});
+    lines[1].words.push_back({QStringLiteral("drei"), 1500, 1600, 0.9, false});
+    EXPECT_TRUE(
+        LyricsText(lines, LyricsFormat::Lrc)
+            .contains("\n[00:04.00]<00:04.00>\u00DCber <00:04.33>uns zwei <00:05.00>drei\n"));
+}
+
 TEST(LyricsTextTest, GivesSubtitlesThatDoNotOverlap)
 {
     EXPECT_EQ(LyricsText(SomeLines(), LyricsFormat::Srt).toStdString(),
