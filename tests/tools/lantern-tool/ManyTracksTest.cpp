@@ -267,12 +267,12 @@ TEST_F(ManyTracks, AnOutputThatDoesNotFitLeavesTheOldOne)
 // A window's terminal, as the programs in it see it.
 TEST_F(ManyTracks, OnATerminalABarShowsHowFarItIsAndLeavesNothingBehind)
 {
-    // Enough to take longer than the moment in which no bar comes.
+    // Enough to take several times as long as the moment in which no bar comes.
     MakeFolder("songs");
     for (int i = 0; i < 8; ++i)
         Make("songs/" + std::to_string(i) + ".cdg", Bytes(std::vector<CdgPacket>(9000, Fill(1))));
     const std::string command = std::string(LANTERN_TOOL) + " frame " + In("songs") +
-                                " --packet 9000 --size 1800x1200 --smooth --jobs 2 --force --out " +
+                                " --packet 9000 --size 3600x2400 --smooth --jobs 2 --force --out " +
                                 In("pictures");
     const auto on = [&](const std::string& line) {
         return test::OutputOf({.arguments = {"script", "-qec", line, "/dev/null"}}, 60s);
