@@ -55,11 +55,12 @@ endif()
 #   SCREENS       the screens that the application finds, instead of one
 #   ALONE         measures moments: nothing runs beside it, and a case that a machine which stands
 #                 still spoils again and again is skipped
-#   BEHIND        only computes: under sanitizers it may run behind all other tests
+#   BEHIND        only computes, and waits for nothing: under sanitizers it may run behind all others
 #   THREADS       of the thread sanitizer's tree only such programs are tests
 #   CASE_SECONDS  after so long a case is taken to hang
-#   LONG          cases that take long: a test of their own with the suffix .long and that label
-#   MEASURED      cases that measure only: left out under sanitizers, which slow the program
+#   LONG          cases that take long: a test of their own with the suffix .long and that label,
+#                 left out under sanitizers, which slow the program
+#   MEASURED      cases that measure only: left out under sanitizers, too
 function(lantern_test name)
     cmake_parse_arguments(arg "WIDGETS;ALONE;BEHIND;THREADS" "MAIN;SCREENS;CASE_SECONDS;LONG;MEASURED"
         "SOURCES;LINK;LABELS" ${ARGN})
@@ -112,7 +113,7 @@ function(lantern_test name)
     if(left_out)
         set(short "*-${left_out}")
     endif()
-    if(arg_LONG)
+    if(arg_LONG AND NOT LANTERN_SANITIZE)
         lantern_add_cases(${name} ".long" "${arg_LONG}" "${arg_CASE_SECONDS}" "${how}"
             "${arg_LABELS};long")
     endif()
