@@ -134,16 +134,8 @@ std::optional<std::int64_t> DecodedStream::FramesSinceFirst(std::int64_t stamp) 
 
 bool DecodedStream::OpenCodec()
 {
-    const AVStream& stream = m_container->Stream();
-    const AVCodec* const decoder = avcodec_find_decoder(stream.codecpar->codec_id);
-    if (!decoder || !SoundContainer::MayDecode(*decoder))
-        return false;
-    m_codec = Made(avcodec_alloc_context3(decoder));
-    if (avcodec_parameters_to_context(m_codec.get(), stream.codecpar) < 0)
-        return false;
-    // By it the decoder skips the frames that a packet tells to skip.
-    m_codec->pkt_timebase = stream.time_base;
-    return avcodec_open2(m_codec.get(), decoder, nullptr) >= 0;
+    m_codec = m_container->MakeCodec();
+    return m_codec && avcodec_open2(m_codec.get(), nullptr, nullptr) >= 0;
 }
 
 bool DecodedStream::DecodeFirstFrame()

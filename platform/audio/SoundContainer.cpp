@@ -94,6 +94,19 @@ bool SoundContainer::MayDecode(const AVCodec& decoder)
     return av_match_list(decoder.name, kDecoders, ',') > 0;
 }
 
+AvPointer<AVCodecContext> SoundContainer::MakeCodec() const
+{
+    const AVCodec* const decoder = avcodec_find_decoder(m_stream->codecpar->codec_id);
+    if (!decoder || !MayDecode(*decoder))
+        return nullptr;
+    auto codec = Made(avcodec_alloc_context3(decoder));
+    if (avcodec_parameters_to_context(codec.get(), m_stream->codecpar) < 0)
+        return nullptr;
+    // By it the decoder skips the frames that a packet tells to skip.
+    codec->pkt_timebase = m_stream->time_base;
+    return codec;
+}
+
 std::unique_ptr<SoundContainer> SoundContainer::Open(const ByteSource& bytes,
                                                      const WorkLimit& limit)
 {

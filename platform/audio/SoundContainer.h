@@ -48,6 +48,8 @@ public:
 
     const ContainerKind& Kind() const { return *m_kind; }
     const AVStream& Stream() const { return *m_stream; }
+    // The decoder of its sound, which is not open yet; null if there is none that may decode it.
+    AvPointer<AVCodecContext> MakeCodec() const;
 
     // The next packet of the audio stream; false at the end, on a failure and once halted.
     bool ReadPacket(AVPacket& packet);

@@ -50,19 +50,14 @@ public:
 private:
     bool OpenCodec()
     {
-        const AVStream& stream = m_container->Stream();
-        const AVCodec* const decoder = avcodec_find_decoder(stream.codecpar->codec_id);
-        if (!decoder || !SoundContainer::MayDecode(*decoder))
+        m_codec = m_container->MakeCodec();
+        if (!m_codec)
             return false;
-        m_codec = Made(avcodec_alloc_context3(decoder));
-        if (avcodec_parameters_to_context(m_codec.get(), stream.codecpar) < 0)
-            return false;
-        m_codec->pkt_timebase = stream.time_base;
         m_codec->err_recognition = AV_EF_CRCCHECK | AV_EF_BITSTREAM | AV_EF_BUFFER;
         const std::string_view kind = m_container->Kind().name;
         m_hasExactTimes =
-            kind == "ogg" || (kind == "asf" && decoder->id != AV_CODEC_ID_WMALOSSLESS);
-        return avcodec_open2(m_codec.get(), decoder, nullptr) >= 0;
+            kind == "ogg" || (kind == "asf" && m_codec->codec_id != AV_CODEC_ID_WMALOSSLESS);
+        return avcodec_open2(m_codec.get(), nullptr, nullptr) >= 0;
     }
 
     void Decode(const AVPacket* packet)
