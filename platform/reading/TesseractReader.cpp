@@ -15,28 +15,31 @@ namespace {
 constexpr char kLibrary[] = "libtesseract.so.5";
 
 // What is called of the library.
+#define LANTERN_CALLS                                                                              \
+    LANTERN_CALL(BaseAPICreate)                                                                    \
+    LANTERN_CALL(BaseAPIDelete)                                                                    \
+    LANTERN_CALL(BaseAPIInit2)                                                                     \
+    LANTERN_CALL(BaseAPIGetLoadedLanguagesAsVector)                                                \
+    LANTERN_CALL(BaseAPISetVariable)                                                               \
+    LANTERN_CALL(BaseAPISetPageSegMode)                                                            \
+    LANTERN_CALL(BaseAPISetImage)                                                                  \
+    LANTERN_CALL(BaseAPISetSourceResolution)                                                       \
+    LANTERN_CALL(BaseAPIRecognize)                                                                 \
+    LANTERN_CALL(BaseAPIGetIterator)                                                               \
+    LANTERN_CALL(BaseAPIClear)                                                                     \
+    LANTERN_CALL(ResultIteratorDelete)                                                             \
+    LANTERN_CALL(ResultIteratorNext)                                                               \
+    LANTERN_CALL(ResultIteratorGetUTF8Text)                                                        \
+    LANTERN_CALL(ResultIteratorConfidence)                                                         \
+    LANTERN_CALL(ResultIteratorGetPageIteratorConst)                                               \
+    LANTERN_CALL(PageIteratorIsAtBeginningOf)                                                      \
+    LANTERN_CALL(PageIteratorBoundingBox)                                                          \
+    LANTERN_CALL(DeleteText)                                                                       \
+    LANTERN_CALL(DeleteTextArray)
+
 struct Calls {
-#define LANTERN_CALL(name) decltype(&::Tess##name) name = nullptr
-    LANTERN_CALL(BaseAPICreate);
-    LANTERN_CALL(BaseAPIDelete);
-    LANTERN_CALL(BaseAPIInit2);
-    LANTERN_CALL(BaseAPIGetLoadedLanguagesAsVector);
-    LANTERN_CALL(BaseAPISetVariable);
-    LANTERN_CALL(BaseAPISetPageSegMode);
-    LANTERN_CALL(BaseAPISetImage);
-    LANTERN_CALL(BaseAPISetSourceResolution);
-    LANTERN_CALL(BaseAPIRecognize);
-    LANTERN_CALL(BaseAPIGetIterator);
-    LANTERN_CALL(BaseAPIClear);
-    LANTERN_CALL(ResultIteratorDelete);
-    LANTERN_CALL(ResultIteratorNext);
-    LANTERN_CALL(ResultIteratorGetUTF8Text);
-    LANTERN_CALL(ResultIteratorConfidence);
-    LANTERN_CALL(ResultIteratorGetPageIteratorConst);
-    LANTERN_CALL(PageIteratorIsAtBeginningOf);
-    LANTERN_CALL(PageIteratorBoundingBox);
-    LANTERN_CALL(DeleteText);
-    LANTERN_CALL(DeleteTextArray);
+#define LANTERN_CALL(name) decltype(&::Tess##name) name = nullptr;
+    LANTERN_CALLS
 #undef LANTERN_CALL
 };
 
@@ -45,30 +48,12 @@ bool Resolve(void* library, Calls& calls)
     bool isWhole = true;
 #define LANTERN_CALL(name)                                                                         \
     calls.name = reinterpret_cast<decltype(calls.name)>(dlsym(library, "Tess" #name));             \
-    isWhole = isWhole && calls.name
-    LANTERN_CALL(BaseAPICreate);
-    LANTERN_CALL(BaseAPIDelete);
-    LANTERN_CALL(BaseAPIInit2);
-    LANTERN_CALL(BaseAPIGetLoadedLanguagesAsVector);
-    LANTERN_CALL(BaseAPISetVariable);
-    LANTERN_CALL(BaseAPISetPageSegMode);
-    LANTERN_CALL(BaseAPISetImage);
-    LANTERN_CALL(BaseAPISetSourceResolution);
-    LANTERN_CALL(BaseAPIRecognize);
-    LANTERN_CALL(BaseAPIGetIterator);
-    LANTERN_CALL(BaseAPIClear);
-    LANTERN_CALL(ResultIteratorDelete);
-    LANTERN_CALL(ResultIteratorNext);
-    LANTERN_CALL(ResultIteratorGetUTF8Text);
-    LANTERN_CALL(ResultIteratorConfidence);
-    LANTERN_CALL(ResultIteratorGetPageIteratorConst);
-    LANTERN_CALL(PageIteratorIsAtBeginningOf);
-    LANTERN_CALL(PageIteratorBoundingBox);
-    LANTERN_CALL(DeleteText);
-    LANTERN_CALL(DeleteTextArray);
+    isWhole = isWhole && calls.name;
+    LANTERN_CALLS
 #undef LANTERN_CALL
     return isWhole;
 }
+#undef LANTERN_CALLS
 
 // Of the library that runs its loops on several threads.
 using SetParallelLevels = void (*)(int);
